@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+// The framework's context and the services that it hands out.
+//
+// The context library implements these interfaces and this library calls them by position in the virtual
+// table, so the order of the operations is the contract: never reorder, insert or remove one. The virtual
+// destructor takes positions 1 and 2; `reservedN` stands for position N, which this library never calls.
+//
+// All operations are called on the thread that calls the C function behind them, in practice the thread that
+// runs the loop. Service objects belong to the context; nobody else deletes them. Strings are passed by
+// value.
+#ifndef CPP2C_BINDING_CONTEXT_H
+#define CPP2C_BINDING_CONTEXT_H
+
+#include <cstdint>
+#include <string>
+
+class IBootContext;
+class ICfmObserver;
+class IDyncDataProvider;
+class IEventObserver;
+class ILoopData;
+class ITimer;
+
+// The log service.
+class ILog {
+ public:
+  virtual ~ILog() = default;
+
+  // Writes one record. `level` is the caller's own; `text` is valid only during the call.
+  virtual int record(std::string module, int level, const char* text) = 0;
+};
+
+// One leaf of the configuration tree, on loan from ICfm::getNode() until ICfm::releaseNode().
+class ICfmNode {
+ public:
+  virtual ~ICfmNode() = default;
+
+  virtual std::string getType() = 0;
+  virtual std::string getValue() = 0;
+  virtual int reserved5() = 0;
+  virtual unsigned int getLength() = 0;  // of the value, as the service counts it
+};
+
+// A walk over the instances of one object, on loan from ICfm::instanceIterator() until
+// ICfm::releaseIterator(). It stands on the first instance when it is handed out.
+class ICfmIterator {
+ public:
+  virtual ~ICfmIterator() = default;
+
+  virtual int next() = 0;  // non-zero while there is a current instance
+  virtual int reserved4() = 0;
+  virtual int reserved5() = 0;
+  virtual std::string name() = 0;  // of the current instance
+};
+
+// The configuration service.
+class ICfm {
+ public:
+  virtual ~ICfm() = default;
+
+  virtual int getAttr(int node, void* out) = 0;
+  virtual int reserved4() = 0;
+  virtual int setAttr(int node, int value) = 0;
+  virtual int reserved6() = 0;
+  virtual int registObserver(int id, ICfmObserver* observer) = 0;
+  virtual int unregistObserver(int id, ICfmObserver* observer) = 0;
+  virtual ICfmNode* getNode(std::string fullname) = 0;  // null if there is none
+  virtual int releaseNode(ICfmNode* node) = 0;
+  virtual int reserved11() = 0;
+  virtual int reserved12() = 0;
+  virtual int reserved13() = 0;
+  virtual ICfmIterator* instanceIterator(int id) = 0;  // null if there is no instance
+  virtual int releaseIterator(ICfmIterator* iterator) = 0;
+  virtual int reserved16() = 0;
+  virtual int setValue(std::string fullname, std::string value, int option) = 0;
+  virtual int registDataProvider(int id, IDyncDataProvider* provider) = 0;
+  virtual int save(int scope) = 0;  // this library always passes 1
+};
+
+// The event service.
+class IEvent {
+ public:
+  virtual ~IEvent() = default;
+
+  virtual int registObserver(std::string event, IEventObserver* observer) = 0;
+  virtual int unregistObserver(std::string event, IEventObserver* observer) = 0;
+  virtual int notify(std::string event, std::string data, int flags) = 0;  // this library always passes 0
+};
+
+// The watchdog that notices a callback which holds the loop too long. lock() suspends it, unlock() resumes
+// it.
+class IHeartbeat {
+ public:
+  virtual ~IHeartbeat() = default;
+
+  virtual int reserved3() = 0;
+  virtual int reserved4() = 0;
+  virtual int reserved5() = 0;
+  virtual int reserved6() = 0;
+  virtual int reserved7() = 0;
+  virtual int reserved8() = 0;
+  virtual int lock() = 0;
+  virtual int unlock() = 0;
+};
+
+// The event loop.
+class ILoop {
+ public:
+  virtual ~ILoop() = default;
+
+  virtual int addFd(int fd, int events, ILoopData* handler) = 0;  // again for one fd: replaces the mask
+  virtual int delFd(int fd) = 0;  // `handler` is not called for `fd` once this has returned
+  virtual int reserved5() = 0;
+  virtual int run() = 0;  // returns when the loop has been stopped
+};
+
+// The framework's core object, handed out by the entry point "getInstance" of the context library and taken
+// back by its "relInstance".
+class IContext {
+ public:
+  virtual ~IContext() = default;
+
+  virtual int init(std::uintptr_t arg1, std::uintptr_t arg2) = 0;  // the words given to c_context_init()
+  virtual int load() = 0;
+  virtual int reserved5() = 0;
+  virtual ILog* getLog() = 0;  // this and the other services: null if there is none
+  virtual ICfm* getCfm() = 0;
+  virtual IEvent* getEvent() = 0;
+  virtual IHeartbeat* getHeartbeat() = 0;
+  virtual ILoop* getLoop() = 0;
+  virtual int reserved11() = 0;
+  virtual int reserved12() = 0;
+  virtual int debugOut(const char* file, int line,
+                       const char* text) = 0;  // shows one diagnostic, if asked to
+  virtual int debugSwitch(int value) = 0;
+  virtual int systemCall(const char* command) = 0;
+  virtual int systemCall2(const char* command) = 0;
+  virtual int popenCall(const char* command) = 0;
+  virtual int reserved18() = 0;
+  virtual int registMasterObserver(IBootContext* observer) = 0;
+  virtual int setTimer(int first, int zero, int second, ITimer* timer) = 0;  // `zero` is always 0
+  virtual int reserved21() = 0;
+  virtual int reserved22() = 0;
+  virtual int reserved23() = 0;
+  virtual int notifyDepends(std::string name) = 0;
+};
+
+#endif

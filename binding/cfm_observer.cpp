@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "binding/cfm_observer.h"
+
+#include <algorithm>
+
+#include "binding/instance_walk.h"
+#include "binding/services.h"
+
+namespace {
+
+// The first observer in order of registration for which `matches` holds, or null.
+template <typename Predicate>
+__CfmC* firstObserver(Predicate matches) {
+  auto found = std::find_if(g_cfm_observers.begin(), g_cfm_observers.end(), matches);
+  return found != g_cfm_observers.end() ? *found : nullptr;
+}
+
+}  // namespace
+
+int __CfmC::update(int object, std::string instance, int operation, std::string leaf) {
+  if (callback == nullptr) return C_RESULT_NO_CALLBACK;
+  return callback(user, object, instance.c_str(), operation, leaf.c_str());
+}
+
+void c_cfm_regist_observer(int id, c_cfm_callback callback, void* user) {
+  ICfm* cfm = currentCfm();
+  if (cfm == nullptr) return;
+
+  auto* observer = new __CfmC;
+  observer->user = user;
+  observer->callback = callback;
+  observer->id = id;
+  cfm->registObserver(id, observer);
+  g_cfm_observers.push_back(observer);
+
+  // Clears user data that was stored under these names before, on purpose: it belongs to an earlier observer.
+  walkInstances(*cfm, id, [id](const std::string& name) { c_dbc_add_userdata(id, name.c_str(), nullptr); });
+}
+
+void c_cfm_unregist_observer(int id, c_cfm_callback callback) {
+  ICfm* cfm = currentCfm();
+  if (cfm == nullptr) return;
+
+  __CfmC* observer = firstObserver([id, callback](const __CfmC* candidate) {
+    return candidate->callback == callback && candidate->id == id;
+  });
+  if (observer == nullptr) return;
+
+  c_dbc_db_release_all(id);
+  cfm->unregistObserver(id, observer);
+  g_cfm_observers.remove(observer);
+  delete observer;
+}
+
+c_cfm_callback c_cfm_get_regist_observer_callback(int id) {
+  // The service plays no further part, but without it nobody observes.
+  if (currentCfm() == nullptr) return nullptr;
+
+  const __CfmC* observer = firstObserver([id](const __CfmC* candidate) { return candidate->id == id; });
+  return observer != nullptr ? observer->callback : nullptr;
+}

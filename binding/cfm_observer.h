@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_BINDING_CFM_OBSERVER_H
+#define CPP2C_BINDING_CFM_OBSERVER_H
+
+#include "binding/handlers.h"
+#include "include_c"
+
+// Presents one C callback to the configuration service, for one configuration object.
+class __CfmC : public ICfmObserver {
+ public:
+  int update(int object, std::string instance, int operation, std::string leaf) override;
+
+  int id = 0;
+  void* user = nullptr;
+  c_cfm_callback callback = nullptr;
+};
+
+#endif

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_BINDING_INSTANCE_WALK_H
+#define CPP2C_BINDING_INSTANCE_WALK_H
+
+#include "binding/context.h"
+
+// Calls `visit` with the name of each present instance of object `id`. Returns what the service answers when
+// it takes its iterator back; 0 if there is no instance.
+template <typename Visit>
+int walkInstances(ICfm& cfm, int id, Visit visit) {
+  ICfmIterator* iterator = cfm.instanceIterator(id);
+  if (iterator == nullptr) return 0;
+
+  // The iterator starts on the first instance, so that one is visited before next() is asked for another.
+  do {
+    visit(iterator->name());
+  } while (iterator->next() != 0);
+  return cfm.releaseIterator(iterator);
+}
+
+#endif

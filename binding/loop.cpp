@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "binding/loop.h"
+
+#include "binding/services.h"
+
+int __LoopData::handler(short events, int value) {
+  // The callback may remove its own watch, which deletes this object: touch no member after it.
+  if (callback != nullptr) callback(user, events, value);
+  return 0;
+}
+
+int c_loop_add_fd(int fd, int events, c_loop_callback callback, void* user) {
+  ILoop* loop = currentLoop();
+  if (loop == nullptr) return 0;
+
+  __LoopData*& watch = g_fd_watches[fd];
+  if (watch == nullptr) watch = new __LoopData;
+  watch->callback = callback;
+  watch->user = user;
+  watch->fd = fd;
+  return loop->addFd(fd, events, watch);
+}
+
+void c_loop_del_fd(int fd) {
+  auto entry = g_fd_watches.find(fd);
+  __LoopData* watch = nullptr;
+  if (entry != g_fd_watches.end()) {
+    watch = entry->second;
+    g_fd_watches.erase(entry);
+  }
+
+  // The loop is told first, and of a descriptor that is not watched as well: it may know it from elsewhere.
+  if (ILoop* loop = currentLoop()) loop->delFd(fd);
+  delete watch;
+}

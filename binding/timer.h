@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_BINDING_TIMER_H
+#define CPP2C_BINDING_TIMER_H
+
+#include "binding/handlers.h"
+
+// Presents the C callback stored last to the context's timer. There is one, `g_timer`, never on the heap.
+class __NtpTimerCB : public ITimer {
+ public:
+  int timeArrive(int value) override;
+
+  int (*callback)() = nullptr;
+};
+
+#endif

@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: MIT
+#include "boot/module.h"
+
+IModule::~IModule() = default;

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+// The instance-name cache: one table for each configuration object, all behind one root.
+#include "dbc/client_table.h"
+#include "include_c"
+
+namespace {
+
+using Root = std::map<int, DBClientTable*>;
+
+// From c_dbc_create() to c_dbc_db_destory(); no other function makes it.
+Root* g_root = nullptr;
+
+// The table of `db`, or null. As with a table's slot, an unknown number leaves an empty entry behind, which
+// means the same as none.
+DBClientTable* tableOf(int db) {
+  return g_root != nullptr ? (*g_root)[db] : nullptr;
+}
+
+}  // namespace
+
+void* c_dbc_create() {
+  if (g_root == nullptr) g_root = new Root;
+  return g_root;
+}
+
+void c_dbc_add_userdata(int db, const char* name, void* userdata) {
+  if (g_root == nullptr) return;
+
+  DBClientTable*& table = (*g_root)[db];
+  if (table == nullptr) table = new DBClientTable;
+  DBClientItem*& item = table->slot(name);
+  if (item == nullptr) item = new DBClientItem{name, nullptr};
+  item->userdata = userdata;
+}
+
+void* c_dbc_get_userdata(int db, const char* name) {
+  DBClientTable* table = tableOf(db);
+  if (table == nullptr) return nullptr;
+
+  const DBClientItem* item = table->slot(name);
+  return item != nullptr ? item->userdata : nullptr;
+}
+
+void c_dbc_db_release(int db, const char* name) {
+  DBClientTable* table = tableOf(db);
+  if (table == nullptr) return;
+
+  const DBClientItem* item = table->slot(name);
+  if (item == nullptr) return;  // the empty entry stays
+  table->items.erase(name);
+  delete item;
+}
+
+void c_dbc_db_release_all(int db) {
+  DBClientTable* table = tableOf(db);
+  if (table == nullptr) return;
+
+  g_root->erase(db);
+  delete table;
+}
+
+void c_dbc_db_destory() {
+  if (g_root == nullptr) return;
+
+  for (const auto& [db, table] : *g_root) delete table;
+  delete g_root;
+  g_root = nullptr;
+}

@@ -1,10 +1,33 @@
 // SPDX-License-Identifier: MIT
 #include "binding/data_provider.h"
 
+#include "binding/services.h"
+#include "binding/value_type.h"
+
 std::string __DataProvider::dataGet(int id, std::string instance, std::string leaf) {
   if (callback == nullptr) return {};
 
   // Not cleared before: a callback that sets nothing repeats the answer to the request before.
   callback(id, instance.c_str(), leaf.c_str(), user, this);
   return result;
+}
+
+void c_cfm_data_provider_regist(int id, c_data_provider_callback callback, void* user) {
+  ICfm* cfm = currentCfm();
+  if (cfm == nullptr) return;
+
+  auto* provider = new __DataProvider;
+  provider->callback = callback;
+  provider->user = user;
+  cfm->registDataProvider(id, provider);
+  g_data_providers.push_back(provider);
+}
+
+void c_cfm_data_provider_set(void* handle, const char* type, char* data) {
+  if (handle == nullptr) return;
+
+  // A flag is answered as its number, unlike a flag that is written with c_cfm_set_value().
+  const ValueKind kind = valueKind(type);
+  const bool is_number = kind == ValueKind::kWord || kind == ValueKind::kFlag;
+  static_cast<__DataProvider*>(handle)->result = is_number ? wordText(loadWord(data)) : data;
 }

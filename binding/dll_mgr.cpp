@@ -6,6 +6,7 @@
 
 #include <dlfcn.h>
 
+#include "binding/context.h"  // the whole type: the debug information then tells what getContext() hands out
 #include "binding/globals.h"
 
 namespace {

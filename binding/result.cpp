@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "binding/result.h"
 
-#include <cstdarg>
-#include <cstdio>
-
+#include "binding/bounded_text.h"
 #include "binding/services.h"
 
 const char* errorText(int code) {
@@ -32,16 +30,13 @@ const char* errorText(int code) {
 }
 
 int c_debug_out(const char* file, int line, const char* format, ...) {
-  // The limit leaves the last byte of the buffer unused: texts end at 1022 bytes, not at 1023. Readers of the
-  // output rely on the length, so it stays.
-  char text[1024] = {};
   va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(text, sizeof text - 1, format, arguments);
+  const BoundedText<1024> text(format, arguments);
   va_end(arguments);
 
   IContext* context = currentContext();
-  return context != nullptr ? context->debugOut(file, line, text) : 0;
+  return context != nullptr ? context->debugOut(file, line, text.c_str()) : 0;
 }
 
 int refuse(int code, const char* message, int line) {

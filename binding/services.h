@@ -9,6 +9,7 @@
 #include "binding/context.h"
 #include "binding/dll_mgr.h"
 #include "binding/globals.h"
+#include "include_c"
 
 // What getContext() answers, without the calls once there is a context.
 inline IContext* currentContext() {
@@ -30,6 +31,9 @@ inline IEvent* currentEvent() {
 }
 inline IHeartbeat* currentHeartbeat() {
   return serviceOf(currentContext(), &IContext::getHeartbeat);
+}
+inline ILog* currentLog() {
+  return serviceOf(currentContext(), &IContext::getLog);
 }
 inline ILoop* currentLoop() {
   return serviceOf(currentContext(), &IContext::getLoop);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "boot/master_observer.h"
 
+#include "binding/services.h"
+
 namespace {
 
 // Calls `entry` of the table if `tested` is set; a null table is refused without a diagnostic.
@@ -47,4 +49,16 @@ int __MasterObserver::onUnload() {
 
 int __MasterObserver::recvDependence(std::string name) {
   return callEntry(table, &ModuleCallbacks::recvDependence, name.c_str());
+}
+
+int c_context_regist_master_observer(ModuleCallbacks* table) {
+  if (g_master_observer != nullptr) return C_RESULT_REDUNDANT;
+
+  g_master_observer = new __MasterObserver(table);
+  IContext* context = currentContext();
+  return context != nullptr ? context->registMasterObserver(g_master_observer) : 0;
+}
+
+void c_context_notify_depends(const char* name) {
+  if (IContext* context = currentContext()) context->notifyDepends(name);
 }

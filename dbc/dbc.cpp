@@ -66,3 +66,7 @@ void c_dbc_db_destory() {
   delete g_root;
   g_root = nullptr;
 }
+
+void c_dbc_lookup(int db, c_visit_callback visit, c_pass_fn3 pass_fn3, c_pass_fn4 pass_fn4, void* arg) {
+  if (const DBClientTable* table = tableOf(db)) table->lookup(db, visit, pass_fn3, pass_fn4, arg);
+}

@@ -12,6 +12,10 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 set(CPP2C_SANITIZE "" CACHE STRING "Sanitizers to build everything with, for example address,undefined")
 
+option(CPP2C_CXX11_ABI "Use libstdc++'s current std::string; off for devices with the one before GCC 5" ON)
+option(CPP2C_STATIC_RUNTIME "Link libstdc++ and libgcc into the library" OFF)
+option(CPP2C_SMALL "Drop unused sections and optimise at link time" OFF)
+
 add_library(cpp2c_build_flags INTERFACE)
 target_compile_options(cpp2c_build_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wmissing-declarations -Werror
@@ -25,4 +29,11 @@ if(CPP2C_SANITIZE)
   target_link_options(cpp2c_build_flags INTERFACE -fsanitize=${CPP2C_SANITIZE})
 else()
   target_link_options(cpp2c_build_flags INTERFACE -Wl,--no-undefined -Wl,--no-undefined-version)
+endif()
+if(NOT CPP2C_CXX11_ABI)
+  target_compile_definitions(cpp2c_build_flags INTERFACE _GLIBCXX_USE_CXX11_ABI=0)
+endif()
+if(CPP2C_SMALL)
+  target_compile_options(cpp2c_build_flags INTERFACE -ffunction-sections -fdata-sections -flto)
+  target_link_options(cpp2c_build_flags INTERFACE -Wl,--gc-sections -flto -Os)
 endif()

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+// The library closed at run time without the teardown before: what was registered is abandoned, not deleted.
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "tests/abi/runtime_library.h"
+#include "tests/support/context_proxy.h"
+#include "tests/support/watched_heap.h"
+
+namespace {
+
+// The adapters that the context has been given. One that is deleted leaves, since its memory may be used
+// again.
+std::set<const void*> g_adapters;
+
+void forgetAdapter(void* block) {
+  if (g_adapters.count(block) != 0) g_adapters.erase(block);
+}
+
+int observe(void* /*user*/, int /*id*/, const char* /*instance*/, int /*operation*/, const char* /*leaf*/) {
+  return 0;
+}
+
+int receive(void* /*user*/, const char* /*event*/, const char* /*data*/, const char* /*source*/) {
+  return 0;
+}
+
+void ready(void* /*user*/, short /*events*/, int /*value*/) {}
+
+class AbandonedTest : public testing::Test {
+ protected:
+  ~AbandonedTest() override { watched_heap::on_delete = nullptr; }
+
+  void regist(const RuntimeLibrary& library) {
+    CPP2C_FUNCTION(library, c_context_init)(0, 0);
+    CPP2C_FUNCTION(library, c_cfm_regist_observer)(5, observe, nullptr);
+    CPP2C_FUNCTION(library, c_event_regist_observer)("link", receive, nullptr);
+    CPP2C_FUNCTION(library, c_loop_add_fd)(7, 1, ready, nullptr);
+    g_adapters = {proxy.context.cfm.registered.at(0).observer, proxy.context.event.registered.at(0).observer,
+                  proxy.context.loop.handlers.at(0)};
+    watched_heap::on_delete = forgetAdapter;
+  }
+
+  ContextProxy& proxy = renewContextProxy();
+};
+
+TEST_F(AbandonedTest, AdaptersAreNotDeleted) {
+  RuntimeLibrary library;
+  ASSERT_TRUE(library);
+  regist(library);
+  library.close();
+  EXPECT_FALSE(RuntimeLibrary::isMapped());
+  EXPECT_EQ(g_adapters.size(), 3U);
+}
+
+TEST_F(AbandonedTest, TeardownDeletesTheAdapters) {
+  RuntimeLibrary library;
+  ASSERT_TRUE(library);
+  regist(library);
+  CPP2C_FUNCTION(library, c_context_deinit)();
+  EXPECT_TRUE(g_adapters.empty());
+}
+
+TEST_F(AbandonedTest, ContextIsNotReleased) {
+  RuntimeLibrary library;
+  ASSERT_TRUE(library);
+  regist(library);
+  library.close();
+  EXPECT_TRUE(proxy.released.empty());
+}
+
+TEST_F(AbandonedTest, LibraryOpenedAgainStartsAfresh) {
+  int place = 0;
+  RuntimeLibrary library;
+  ASSERT_TRUE(library);
+  regist(library);
+  CPP2C_FUNCTION(library, c_dbc_add_userdata)(5, "x", &place);
+  library.close();
+  proxy.calls.take();
+
+  RuntimeLibrary again;
+  ASSERT_TRUE(again);
+  EXPECT_EQ(CPP2C_FUNCTION(again, c_cfm_get_regist_observer_callback)(5), nullptr);
+  EXPECT_EQ(proxy.calls.take(), Calls({"getInstance(null)", "context.getCfm()"}));
+  EXPECT_EQ(CPP2C_FUNCTION(again, c_dbc_get_userdata)(5, "x"), nullptr);
+  CPP2C_FUNCTION(again, c_dbc_create)();
+  EXPECT_EQ(CPP2C_FUNCTION(again, c_dbc_get_userdata)(5, "x"), nullptr);
+  CPP2C_FUNCTION(again, c_context_deinit)();
+}
+
+}  // namespace

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+// The library opened, used, torn down and closed at run time.
+#include <gtest/gtest.h>
+
+#include "tests/abi/runtime_library.h"
+#include "tests/support/context_proxy.h"
+
+namespace {
+
+int observe(void* /*user*/, int /*id*/, const char* /*instance*/, int /*operation*/, const char* /*leaf*/) {
+  return 0;
+}
+
+int receive(void* /*user*/, const char* /*event*/, const char* /*data*/, const char* /*source*/) {
+  return 0;
+}
+
+void ready(void* /*user*/, short /*events*/, int /*value*/) {}
+
+// Uses every kind of state that the library keeps.
+void use(const RuntimeLibrary& library) {
+  CPP2C_FUNCTION(library, c_context_init)(0, 0);
+  CPP2C_FUNCTION(library, c_cfm_regist_observer)(5, observe, nullptr);
+  CPP2C_FUNCTION(library, c_event_regist_observer)("link", receive, nullptr);
+  CPP2C_FUNCTION(library, c_loop_add_fd)(7, 1, ready, nullptr);
+  CPP2C_FUNCTION(library, c_dbc_add_userdata)(5, "x", nullptr);
+  void* module = CPP2C_FUNCTION(library, c_module_regist)(nullptr);
+  CPP2C_FUNCTION(library, c_module_unregist)(module);
+}
+
+class UnloadTest : public testing::Test {
+ protected:
+  ContextProxy& proxy = renewContextProxy();
+};
+
+TEST_F(UnloadTest, ClosedLibraryLeavesTheProcess) {
+  ASSERT_FALSE(RuntimeLibrary::isMapped());
+  RuntimeLibrary library;
+  ASSERT_TRUE(library);
+  use(library);
+  CPP2C_FUNCTION(library, c_context_deinit)();
+  ASSERT_TRUE(RuntimeLibrary::isMapped());
+  library.close();
+  EXPECT_FALSE(RuntimeLibrary::isMapped());
+}
+
+TEST_F(UnloadTest, UnusedLibraryLeavesTheProcess) {
+  RuntimeLibrary library;
+  ASSERT_TRUE(library);
+  library.close();
+  EXPECT_FALSE(RuntimeLibrary::isMapped());
+}
+
+TEST_F(UnloadTest, OpeningTheLibraryDoesNotReachTheContext) {
+  RuntimeLibrary library;
+  ASSERT_TRUE(library);
+  library.close();
+  EXPECT_EQ(proxy.calls.take(), Calls());
+}
+
+TEST_F(UnloadTest, LibraryCanBeUsedAgainAndAgain) {
+  for (int round = 0; round < 3; ++round) {
+    RuntimeLibrary library;
+    ASSERT_TRUE(library);
+    use(library);
+    CPP2C_FUNCTION(library, c_context_deinit)();
+  }
+  EXPECT_FALSE(RuntimeLibrary::isMapped());
+}
+
+}  // namespace

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+// Attributes of configuration nodes.
+#include <climits>
+
+#include "tests/support/capturing_test.h"
+#include "tests/support/late_context_test.h"
+
+namespace {
+
+using AttributeTest = CapturingTest;
+
+TEST_F(AttributeTest, SetReachesTheServiceWithBothWords) {
+  EXPECT_EQ(c_cfm_set_attr(3, -4), 0);
+  EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.setAttr(3, -4)"}));
+}
+
+TEST_F(AttributeTest, SetPassesAllBitsOfBothWords) {
+  c_cfm_set_attr(INT_MIN, INT_MAX);
+  EXPECT_EQ(calls().back(), "cfm.setAttr(-2147483648, 2147483647)");
+}
+
+TEST_F(AttributeTest, SetAnswersTheServicesResult) {
+  log.results["cfm.setAttr"] = -70;
+  EXPECT_EQ(c_cfm_set_attr(0, 0), -70);
+  EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.setAttr(0, 0)"}));
+}
+
+TEST_F(AttributeTest, SetWithoutAConfigurationServiceIsNotInitialised) {
+  capturing.missing.insert("getCfm");
+  EXPECT_EQ(c_cfm_set_attr(3, 4), -1022);
+  EXPECT_EQ(calls(), Calls({"context.getCfm()", "context.debugOut('cpp2c', 'INIT ERROR!')"}));
+}
+
+TEST_F(AttributeTest, GetReachesTheServiceWithTheWordAndThePlace) {
+  int value = 0;
+  EXPECT_EQ(c_cfm_get_attr(INT_MIN, &value), 0);
+  EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.getAttr(-2147483648, object)"}));
+  EXPECT_EQ(service.attribute_places, std::vector<void*>({&value}));
+}
+
+TEST_F(AttributeTest, GetDoesNotTouchThePlaceItself) {
+  int value = 99;
+  log.results["cfm.getAttr"] = -71;
+  EXPECT_EQ(c_cfm_get_attr(3, &value), -71);
+  EXPECT_EQ(value, 99);
+}
+
+TEST_F(AttributeTest, GetWithoutAPlaceIsAParameterError) {
+  EXPECT_EQ(c_cfm_get_attr(3, nullptr), -1023);
+  EXPECT_EQ(calls(), Calls({"context.debugOut('cpp2c', 'PARAM ERROR!')"}));
+}
+
+TEST_F(AttributeTest, GetWithoutAConfigurationServiceIsAParameterErrorToo) {
+  int value = 99;
+  capturing.missing.insert("getCfm");
+  EXPECT_EQ(c_cfm_get_attr(3, &value), -1023);
+  EXPECT_EQ(value, 99);
+  EXPECT_EQ(calls(), Calls({"context.getCfm()", "context.debugOut('cpp2c', 'PARAM ERROR!')"}));
+}
+
+TEST_F(AttributeTest, GetWithoutAPlaceAndAServiceIsReportedOnce) {
+  capturing.missing.insert("getCfm");
+  EXPECT_EQ(c_cfm_get_attr(3, nullptr), -1023);
+  EXPECT_EQ(calls(), Calls({"context.debugOut('cpp2c', 'PARAM ERROR!')"}));
+}
+
+using AttributeWithoutContextTest = LateContextTest;
+
+TEST_F(AttributeWithoutContextTest, SetIsNotInitialised) {
+  EXPECT_EQ(c_cfm_set_attr(3, 4), -1022);
+  EXPECT_EQ(calls(),
+            Calls({"getInstance(null)", "getInstance(null)", "context.debugOut('cpp2c', 'INIT ERROR!')"}));
+}
+
+TEST_F(AttributeWithoutContextTest, GetIsAParameterError) {
+  int value = 99;
+  EXPECT_EQ(c_cfm_get_attr(3, &value), -1023);
+  EXPECT_EQ(value, 99);
+  EXPECT_EQ(calls(),
+            Calls({"getInstance(null)", "getInstance(null)", "context.debugOut('cpp2c', 'PARAM ERROR!')"}));
+}
+
+TEST_F(AttributeWithoutContextTest, GetAsksForTheContextBeforeItTestsThePlace) {
+  EXPECT_EQ(c_cfm_get_attr(3, nullptr), -1023);
+  EXPECT_EQ(calls(),
+            Calls({"getInstance(null)", "getInstance(null)", "context.debugOut('cpp2c', 'PARAM ERROR!')"}));
+}
+
+}  // namespace

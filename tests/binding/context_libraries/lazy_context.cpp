@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// Refers to a function that is defined nowhere, and never calls it.
+#include "tests/binding/context_libraries/entry_counts.h"
+
+EntryCounts entries;
+
+extern "C" int definedNowhere();
+
+void* getInstance(void* caller) {
+  if (caller == &entries) entries.obtained = definedNowhere();
+  return &entries;
+}
+
+void relInstance(void* /*instance*/) {}

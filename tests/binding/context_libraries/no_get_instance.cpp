@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+// Lacks "getInstance".
+#include "tests/binding/context_libraries/entry_counts.h"
+
+EntryCounts entries;
+
+void relInstance(void* instance) {
+  ++entries.released;
+  entries.last_released = instance;
+}

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+// The process-wide context: how it is obtained and released.
+#include "tests/support/recording_test.h"
+
+namespace {
+
+using ContextTest = UnopenedContextTest;
+
+TEST_F(ContextTest, IsTheInstanceOfTheContextLibrary) {
+  EXPECT_EQ(getContext(), &context);
+}
+
+TEST_F(ContextTest, IsAskedForWithANullArgument) {
+  getContext();
+  EXPECT_EQ(calls(), Calls({"getInstance(null)"}));
+}
+
+TEST_F(ContextTest, IsObtainedOnce) {
+  IContext* first = getContext();
+  EXPECT_EQ(getContext(), first);
+  EXPECT_EQ(calls(), Calls({"getInstance(null)"}));
+}
+
+TEST_F(ContextTest, IsRememberedThoughTheLibraryWouldAnswerAnother) {
+  RecordingContext other(log);
+  getContext();
+  proxy.instance = &other;
+  EXPECT_EQ(getContext(), &context);
+}
+
+TEST_F(ContextTest, IsAskedForAgainAfterANullAnswer) {
+  proxy.instance = nullptr;
+  EXPECT_EQ(getContext(), nullptr);
+  EXPECT_EQ(getContext(), nullptr);
+  EXPECT_EQ(calls(), Calls({"getInstance(null)", "getInstance(null)"}));
+
+  proxy.instance = &context;
+  EXPECT_EQ(getContext(), &context);
+}
+
+TEST_F(ContextTest, IsHandedBackOnRelease) {
+  getContext();
+  calls();
+  releaseContext(nullptr);
+  EXPECT_EQ(calls(), Calls({"relInstance(object)"}));
+  EXPECT_EQ(proxy.released, std::vector<void*>({&context}));
+}
+
+TEST_F(ContextTest, ReleaseIgnoresItsArgument) {
+  RecordingContext other(log);
+  getContext();
+  releaseContext(&other);
+  EXPECT_EQ(proxy.released, std::vector<void*>({&context}));
+}
+
+TEST_F(ContextTest, IsObtainedAnewAfterRelease) {
+  RecordingContext other(log);
+  getContext();
+  releaseContext(&other);
+  calls();
+
+  proxy.instance = &other;
+  EXPECT_EQ(getContext(), &other);
+  EXPECT_EQ(calls(), Calls({"getInstance(null)"}));
+  releaseContext(nullptr);
+}
+
+TEST_F(ContextTest, ReleaseBeforeTheFirstUseDoesNotOpenTheLibrary) {
+  releaseContext(nullptr);
+  EXPECT_EQ(calls(), Calls());
+  EXPECT_EQ(getContext(), &context);
+}
+
+TEST_F(ContextTest, ReleaseAfterANullAnswerHandsNullBack) {
+  proxy.instance = nullptr;
+  getContext();
+  calls();
+  releaseContext(nullptr);
+  EXPECT_EQ(calls(), Calls({"relInstance(null)"}));
+}
+
+TEST_F(ContextTest, SecondReleaseDoesNothing) {
+  getContext();
+  releaseContext(nullptr);
+  calls();
+  releaseContext(nullptr);
+  EXPECT_EQ(calls(), Calls());
+}
+
+}  // namespace

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#include "binding/value_type.h"
+
+#include <cstdint>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(ValueKindTest, EachTypeHasItsKind) {
+  for (const char* type : {"str", "ipaddr", "macaddr", "pwd", "base64", "datetime"}) {
+    EXPECT_EQ(valueKind(type), ValueKind::kText) << type;
+  }
+  EXPECT_EQ(valueKind("int"), ValueKind::kWord);
+  EXPECT_EQ(valueKind("uint"), ValueKind::kWord);
+  EXPECT_EQ(valueKind("bool"), ValueKind::kFlag);
+}
+
+TEST(ValueKindTest, NamesAreComparedWhole) {
+  for (const char* type : {"", "Int", "INT", "in", "ints", " int", "string", "boolean", "ip", "hex"}) {
+    EXPECT_EQ(valueKind(type), ValueKind::kUnknown) << '"' << type << '"';
+  }
+}
+
+TEST(WordTextTest, IsDecimalWithASign) {
+  EXPECT_EQ(wordText(0), "0");
+  EXPECT_EQ(wordText(-5), "-5");
+  EXPECT_EQ(wordText(std::numeric_limits<std::int32_t>::max()), "2147483647");
+  EXPECT_EQ(wordText(std::numeric_limits<std::int32_t>::min()), "-2147483648");
+}
+
+}  // namespace

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+// The C interface where no context library can be found: its answers, and that it says nothing.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+
+#include "binding/dll_mgr.h"
+#include "include_c"
+#include "tests/support/printed_text.h"
+#include "tests/support/unreadable_text.h"
+
+namespace {
+
+class WithoutContextTest : public ::testing::Test {
+ protected:
+  ~WithoutContextTest() override { c_context_deinit(); }
+
+  void TearDown() override {
+    EXPECT_EQ(getContext(), nullptr);
+    EXPECT_EQ(printed_.standardOutput(), "");
+    EXPECT_EQ(printed_.standardError(), "");
+  }
+
+ private:
+  PrintedText printed_;
+};
+
+int failing() {
+  ADD_FAILURE() << "a callback was called";
+  return 0;
+}
+
+int failingVisit(int /*id*/, char* /*name*/, void* /*userdata*/, c_pass_fn3 /*pass_fn3*/,
+                 c_pass_fn4 /*pass_fn4*/, void* /*arg*/) {
+  return failing();
+}
+
+int countVisit(int /*id*/, char* /*name*/, void* /*userdata*/, c_pass_fn3 /*pass_fn3*/,
+               c_pass_fn4 /*pass_fn4*/, void* arg) {
+  return ++*static_cast<int*>(arg);
+}
+
+void failingProvider(int /*id*/, const char* /*instance*/, const char* /*leaf*/, void* /*user*/,
+                     void* /*handle*/) {
+  failing();
+}
+
+TEST_F(WithoutContextTest, TimerIsNotSet) {
+  EXPECT_EQ(c_context_set_timer(1, 2, failing), 0);
+}
+
+TEST_F(WithoutContextTest, MasterObserverIsKeptUnregistered) {
+  ModuleCallbacks table = {};
+  EXPECT_EQ(c_context_regist_master_observer(&table), 0);
+  EXPECT_NE(c_context_regist_master_observer(&table), 0);
+}
+
+TEST_F(WithoutContextTest, MasterObserverIsAcceptedAgainAfterTheTeardown) {
+  ModuleCallbacks table = {};
+  c_context_regist_master_observer(&table);
+  c_context_deinit();
+  EXPECT_EQ(c_context_regist_master_observer(&table), 0);
+}
+
+TEST_F(WithoutContextTest, DependenceReachesNobody) {
+  const UnreadableText name;
+  c_context_notify_depends("x");
+  c_context_notify_depends(name.c_str());
+}
+
+TEST_F(WithoutContextTest, SystemCallAnswersZeroWithoutFormatting) {
+  const UnreadableText text;
+  EXPECT_EQ(c_system_call("%s", text.c_str()), 0);
+  EXPECT_EQ(c_system_call("ls"), 0);
+}
+
+TEST_F(WithoutContextTest, SystemCall2FailsWithoutFormatting) {
+  const UnreadableText text;
+  char format[] = "%s";
+  EXPECT_EQ(c_system_call2(format, text.c_str()), -1021);
+}
+
+TEST_F(WithoutContextTest, PopenCallAnswersZeroWithoutFormatting) {
+  const UnreadableText text;
+  char format[] = "%s";
+  EXPECT_EQ(c_popen_call(format, text.c_str()), 0);
+}
+
+TEST_F(WithoutContextTest, LogRecordIsDroppedWithoutFormatting) {
+  const UnreadableText text;
+  c_log_record(text.c_str(), 1, "%s", text.c_str());
+}
+
+TEST_F(WithoutContextTest, MemoryIsThere) {
+  char* block = c_malloc(16, "here.c", 1);
+  EXPECT_NE(block, nullptr);
+  c_free(block);
+}
+
+TEST_F(WithoutContextTest, NamesAreCut) {
+  char buf[16];
+  EXPECT_EQ(c_cfm_get_parent_name("A.B.C", buf, sizeof buf), 0);
+  EXPECT_STREQ(buf, "A.B.");
+  EXPECT_EQ(c_cfm_get_grand_name("A.B.C", buf, sizeof buf), 0);
+  EXPECT_STREQ(buf, "A.");
+  EXPECT_EQ(c_cfm_parent_fullname(buf), 0);
+  EXPECT_STREQ(buf, "A");
+}
+
+TEST_F(WithoutContextTest, NamesFailQuietly) {
+  char name[] = "A";
+  EXPECT_EQ(c_cfm_get_parent_name("A.B", nullptr, 1), -1023);
+  EXPECT_EQ(c_cfm_get_grand_name("A.B", name, 0), -1023);
+  EXPECT_EQ(c_cfm_parent_fullname(nullptr), -1023);
+  EXPECT_EQ(c_cfm_parent_fullname(name), -1019);
+  EXPECT_STREQ(name, "A");
+}
+
+TEST_F(WithoutContextTest, RelativeAccessIsNotInitialised) {
+  std::int32_t word = 99;
+  EXPECT_EQ(c_cfm_set_value_v2("A.B", "PARENT.PARENT.", "x", "int", &word, sizeof word, 0), -1022);
+  EXPECT_EQ(c_cfm_get_value_v2("A.B", "PARENT.PARENT.", "x", "int", &word, sizeof word), -1022);
+  EXPECT_EQ(word, 99);
+}
+
+TEST_F(WithoutContextTest, RelativeAccessTestsItsArgumentsFirst) {
+  std::int32_t word = 99;
+  EXPECT_EQ(c_cfm_set_value_v2(nullptr, "", "x", "int", &word, sizeof word, 0), -1023);
+  EXPECT_EQ(c_cfm_get_value_v2("A.", "", "x", nullptr, &word, sizeof word), -1023);
+  EXPECT_EQ(c_cfm_set_value_v2("A.", "", "x", "int", nullptr, sizeof word, 0), -1023);
+  EXPECT_EQ(c_cfm_get_value_v2("A.", "", "x", "int", &word, 0), -1023);
+}
+
+TEST_F(WithoutContextTest, LiveWalkVisitsNothing) {
+  EXPECT_EQ(c_cfm_lookup_instance(5, failingVisit, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(c_cfm_lookup_instance(5, nullptr, nullptr, nullptr, nullptr), 0);
+}
+
+TEST_F(WithoutContextTest, CachedWalkGoesOnAsEver) {
+  int visits = 0;
+  EXPECT_EQ(c_context_init(0, 0), -1022);
+  c_dbc_add_userdata(5, "A.1.", nullptr);
+  c_dbc_lookup(5, countVisit, nullptr, nullptr, &visits);
+  EXPECT_EQ(visits, 1);
+}
+
+TEST_F(WithoutContextTest, SettingAnAttributeIsNotInitialised) {
+  EXPECT_EQ(c_cfm_set_attr(1, 2), -1022);
+}
+
+TEST_F(WithoutContextTest, GettingAnAttributeIsAParameterError) {
+  int value = 99;
+  EXPECT_EQ(c_cfm_get_attr(1, &value), -1023);
+  EXPECT_EQ(c_cfm_get_attr(1, nullptr), -1023);
+  EXPECT_EQ(value, 99);
+}
+
+TEST_F(WithoutContextTest, ReferencesAreCounted) {
+  EXPECT_EQ(reference_increase("name"), 1);
+  EXPECT_EQ(reference_increase("name"), 2);
+  EXPECT_EQ(reference_decrease("name"), 1);
+  EXPECT_EQ(reference_decrease("name"), 0);
+  EXPECT_EQ(reference_decrease("name"), 0);
+}
+
+TEST_F(WithoutContextTest, DataProviderIsNotRegistered) {
+  c_cfm_data_provider_regist(7, failingProvider, nullptr);
+  c_cfm_data_provider_set(nullptr, nullptr, nullptr);
+}
+
+}  // namespace

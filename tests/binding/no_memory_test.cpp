@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: MIT
+// The library without memory. Its calls of the allocator are diverted to this file by the linker.
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <new>
+#include <vector>
+
+#include "tests/binding/relative_access.h"
+#include "tests/support/printed_text.h"
+#include "tests/support/recording_test.h"
+
+void* realMalloc(std::size_t size) __asm__("__real_malloc");
+void* realCalloc(std::size_t count, std::size_t size) __asm__("__real_calloc");
+void realFree(void* block) __asm__("__real_free");
+void* divertedMalloc(std::size_t size) __asm__("__wrap_malloc");
+void* divertedCalloc(std::size_t count, std::size_t size) __asm__("__wrap_calloc");
+void divertedFree(void* block) __asm__("__wrap_free");
+
+namespace {
+
+// What the library takes from the allocator while it is watched.
+struct Allocations {
+  bool watched = false;
+  std::size_t refused = SIZE_MAX;  // the number of the block that is refused, from 0
+  std::vector<std::size_t> sizes;
+  std::vector<void*> live;
+  int objects = 0;  // taken with `new`
+
+  void* take(std::size_t size, void* (*allocate)(std::size_t)) {
+    if (!watched) return allocate(size);
+    sizes.push_back(size);
+    void* block = sizes.size() - 1 != refused ? allocate(size) : nullptr;
+    if (block != nullptr) live.push_back(block);
+    return block;
+  }
+
+  void giveBack(void* block) {
+    if (watched) live.erase(std::remove(live.begin(), live.end(), block), live.end());
+  }
+};
+
+Allocations allocations;
+
+void* zeroed(std::size_t size) {
+  return realCalloc(1, size);
+}
+
+}  // namespace
+
+void* divertedMalloc(std::size_t size) {
+  return allocations.take(size, realMalloc);
+}
+
+void* divertedCalloc(std::size_t count, std::size_t size) {
+  return allocations.take(count * size, zeroed);
+}
+
+void divertedFree(void* block) {
+  allocations.giveBack(block);
+  realFree(block);
+}
+
+void* operator new(std::size_t size) {
+  if (allocations.watched) ++allocations.objects;
+  void* object = realMalloc(size);
+  if (object == nullptr) throw std::bad_alloc();
+  return object;
+}
+
+void operator delete(void* object) noexcept {
+  realFree(object);
+}
+
+void operator delete(void* object, std::size_t /*size*/) noexcept {
+  realFree(object);
+}
+
+namespace {
+
+class NoMemoryTest : public RecordingTest, public ::testing::WithParamInterface<RelativeAccess> {
+ protected:
+  NoMemoryTest() {
+    allocations = {};
+    cfm.leaves["A.x"] = {"int", "7"};
+  }
+
+  ~NoMemoryTest() override { allocations = {}; }
+
+  int access(const char* base = "A.B", const char* relpath = "PARENT.") {
+    allocations.watched = true;
+    const int result = GetParam().run(base, relpath, "x", "int");
+    allocations.watched = false;
+    return result;
+  }
+
+  Calls report() {
+    return {"context.debugOut('cpp2c', '" + std::string(GetParam().function) + ": Leave: memory out!\n')"};
+  }
+};
+
+TEST_P(NoMemoryTest, TwoBlocksAreTakenAndGivenBack) {
+  EXPECT_EQ(access(), 0);
+  EXPECT_EQ(allocations.sizes, std::vector<std::size_t>({512, 512}));
+  EXPECT_TRUE(allocations.live.empty());
+}
+
+TEST_P(NoMemoryTest, BothBlocksAreGivenBackWhenTheLeafIsUnknown) {
+  EXPECT_EQ(access("B.C"), -1022);
+  EXPECT_TRUE(allocations.live.empty());
+}
+
+TEST_P(NoMemoryTest, RefusalOfTheFirstBlockIsReported) {
+  allocations.refused = 0;
+  EXPECT_EQ(access(), -1018);
+  EXPECT_EQ(calls(), report());
+  EXPECT_EQ(allocations.sizes.size(), 1U);
+}
+
+TEST_P(NoMemoryTest, RefusalOfTheSecondBlockIsReportedAndTheFirstGivenBack) {
+  allocations.refused = 1;
+  EXPECT_EQ(access(), -1018);
+  EXPECT_EQ(calls(), report());
+  EXPECT_EQ(allocations.sizes.size(), 2U);
+  EXPECT_TRUE(allocations.live.empty());
+}
+
+TEST_P(NoMemoryTest, RefusalIsReportedBeforeAnyClimb) {
+  allocations.refused = 1;
+  EXPECT_EQ(access("A", "PARENT."), -1018);
+  EXPECT_EQ(calls(), report());
+}
+
+TEST_P(NoMemoryTest, NullTextsAreTestedBeforeMemoryIsTaken) {
+  EXPECT_EQ(access(nullptr), -1023);
+  EXPECT_TRUE(allocations.sizes.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(RelativeAccess, NoMemoryTest, relativeAccesses(), verbOf);
+
+class AllocatorTest : public RecordingTest {
+ protected:
+  AllocatorTest() { allocations = {}; }
+  ~AllocatorTest() override { allocations = {}; }
+
+  // Runs `use` while the allocator is watched.
+  template <typename Use>
+  static void watch(Use use) {
+    allocations.watched = true;
+    use();
+    allocations.watched = false;
+  }
+};
+
+TEST_F(AllocatorTest, OutOfMemoryIsNullAndSilent) {
+  PrintedText printed;
+  char text = '\0';
+  char* block = &text;
+  allocations.refused = 0;
+  watch([&block] { block = c_malloc(16, "here.c", 1); });
+  EXPECT_EQ(block, nullptr);
+  EXPECT_EQ(calls(), Calls());
+  EXPECT_EQ(printed.standardOutput(), "");
+  EXPECT_EQ(printed.standardError(), "");
+}
+
+TEST_F(AllocatorTest, BlockHasTheSizeAskedForAndIsGivenBack) {
+  watch([] { c_free(c_malloc(48, "here.c", 1)); });
+  EXPECT_EQ(allocations.sizes, std::vector<std::size_t>({48}));
+  EXPECT_TRUE(allocations.live.empty());
+}
+
+// Takes no memory itself.
+class FrugalContext : public RecordingContext {
+ public:
+  using RecordingContext::RecordingContext;
+
+  int commands = 0;
+
+  int systemCall(const char* /*command*/) override { return ++commands; }
+  int systemCall2(const char* /*command*/) override { return ++commands; }
+  int popenCall(const char* /*command*/) override { return ++commands; }
+};
+
+TEST_F(AllocatorTest, CommandsTakeNoMemory) {
+  FrugalContext frugal(log);
+  releaseContext(nullptr);
+  proxy.instance = &frugal;
+  getContext();
+  char format[] = "%s %d";
+  PrintedText printed;
+  watch([&format] {
+    c_system_call("%s %d", "ls", 1);
+    c_system_call2(format, "ls", 1);
+    c_popen_call(format, "ls", 1);
+  });
+  EXPECT_EQ(frugal.commands, 3);
+  EXPECT_TRUE(allocations.sizes.empty());
+  EXPECT_EQ(allocations.objects, 0);
+}
+
+}  // namespace

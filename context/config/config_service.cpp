@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "context/config/config_service.h"
+
+#include <cstring>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "binding/handlers.h"
+#include "context/include/cpp2c_host.h"
+#include "include_c"
+
+namespace {
+
+bool isOption(int option) {
+  return option == 0 || option == C_CFM_CREATE || option == C_CFM_DELETE;
+}
+
+}  // namespace
+
+ConfigService::ConfigService(Tree tree) : tree_(std::move(tree)) {}
+
+int ConfigService::getAttr(int number, void* out) {
+  if (out == nullptr) return C_RESULT_PARAM;
+  const Object* object = tree_.find(number);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  std::memcpy(out, &object->attribute, sizeof object->attribute);
+  return C_RESULT_OK;
+}
+
+int ConfigService::setAttr(int number, int value) {
+  Object* object = tree_.find(number);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  object->attribute = value;
+  return C_RESULT_OK;
+}
+
+int ConfigService::registObserver(int number, ICfmObserver* observer) {
+  if (observer == nullptr) return C_RESULT_PARAM;
+  if (tree_.find(number) == nullptr) return C_RESULT_NOT_FOUND;
+  observers_.add(number, observer);
+  return C_RESULT_OK;
+}
+
+int ConfigService::unregistObserver(int number, ICfmObserver* observer) {
+  return observers_.remove(number, observer) ? C_RESULT_OK : C_RESULT_NOT_FOUND;
+}
+
+int ConfigService::registDataProvider(int number, IDyncDataProvider* provider) {
+  if (provider == nullptr) return C_RESULT_PARAM;
+  if (tree_.find(number) == nullptr) return C_RESULT_NOT_FOUND;
+  providers_[number] = provider;
+  return C_RESULT_OK;
+}
+
+ICfmNode* ConfigService::getNode(std::string fullname) {
+  auto place = tree_.find(fullname);
+  if (!place) return nullptr;
+  return nodes_.lend(
+      std::make_unique<ConfigNode>(place->leaf->type->name, [this, fullname] { return read(fullname); }));
+}
+
+int ConfigService::releaseNode(ICfmNode* node) {
+  return nodes_.takeBack(node) ? C_RESULT_OK : C_RESULT_PARAM;
+}
+
+ICfmIterator* ConfigService::instanceIterator(int number) {
+  const Object* object = tree_.find(number);
+  if (object == nullptr || object->instances.empty()) return nullptr;
+  std::vector<std::string> names;
+  for (const auto& [name, values] : object->instances) names.push_back(name);
+  return iterators_.lend(std::make_unique<InstanceIterator>(std::move(names)));
+}
+
+int ConfigService::releaseIterator(ICfmIterator* iterator) {
+  return iterators_.takeBack(iterator) ? C_RESULT_OK : C_RESULT_PARAM;
+}
+
+// The leaf is found again, even if its instance has gone meanwhile: objects and their leaves stay.
+std::string ConfigService::read(const std::string& fullname) {
+  const Tree::Place place = tree_.find(fullname).value();
+  auto provider = providers_.find(place.object->number);
+  if (!place.leaf->computed || place.values == nullptr || provider == providers_.end()) return place.value();
+  return provider->second->dataGet(place.object->number, place.instance, place.leaf_name);
+}
+
+int ConfigService::setValue(std::string fullname, std::string value, int option) {
+  auto place = tree_.find(fullname);
+  if (!isOption(option)) return C_RESULT_PARAM;
+  if (!place) return C_RESULT_NOT_FOUND;
+  if (option == C_CFM_DELETE) return deleteInstance(place->instance);
+  if (place->leaf->computed || !fits(*place->leaf->type, value)) return C_RESULT_PARAM;
+  if (place->values != nullptr) return write(*place, value);
+  if (option != C_CFM_CREATE) return C_RESULT_NOT_FOUND;
+
+  addInstance(place->instance);
+  return setValue(std::move(fullname), std::move(value), 0);  // looks anew: an observer may have deleted it
+}
+
+int ConfigService::write(const Tree::Place& place, const std::string& value) {
+  if (place.value() == value) return C_RESULT_OK;
+  (*place.values)[place.leaf_name] = value;
+  notify(place.object->number, place.instance, C_CFM_CHANGED, place.leaf_name);
+  return C_RESULT_OK;
+}
+
+int ConfigService::addInstance(const std::string& instance) {
+  Object* object = tree_.ownerOf(instance);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  if (!object->instances.emplace(instance, Values()).second) return C_RESULT_REDUNDANT;
+  notify(object->number, instance, C_CFM_ADDED, "");
+  return C_RESULT_OK;
+}
+
+int ConfigService::deleteInstance(const std::string& instance) {
+  Object* object = tree_.ownerOf(instance);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  if (!object->dynamic) return C_RESULT_PARAM;
+  if (object->instances.erase(instance) == 0) return C_RESULT_NOT_FOUND;
+  notify(object->number, instance, C_CFM_DELETED, "");
+  return C_RESULT_OK;
+}
+
+int ConfigService::save(int scope) {
+  return scope == 1 ? C_RESULT_OK : C_RESULT_PARAM;
+}
+
+void ConfigService::notify(int number, const std::string& instance, int operation, const std::string& leaf) {
+  observers_.notify(number,
+                    [&](ICfmObserver& observer) { observer.update(number, instance, operation, leaf); });
+}

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXT_CONFIG_CONFIG_SERVICE_H
+#define CPP2C_CONTEXT_CONFIG_CONFIG_SERVICE_H
+
+#include <map>
+#include <string>
+
+#include "binding/context.h"
+#include "context/config/config_node.h"
+#include "context/config/instance_iterator.h"
+#include "context/config/tree.h"
+#include "context/loans.h"
+#include "context/observer_list.h"
+
+// The configuration tree as its users see it: with checked writes, observers and computed values. Observers
+// and providers may call every operation. Numbers are those of objects.
+class ConfigService final : public ICfm {
+ public:
+  explicit ConfigService(Tree tree);
+
+  int getAttr(int number, void* out) override;  // a 32-bit word
+  int setAttr(int number, int value) override;
+  int registObserver(int number, ICfmObserver* observer) override;
+  int unregistObserver(int number, ICfmObserver* observer) override;
+  int registDataProvider(int number, IDyncDataProvider* provider) override;  // in place of an earlier one
+
+  ICfmNode* getNode(std::string fullname) override;
+  int releaseNode(ICfmNode* node) override;
+  ICfmIterator* instanceIterator(int number) override;
+  int releaseIterator(ICfmIterator* iterator) override;
+
+  int setValue(std::string fullname, std::string value, int option) override;  // a c_cfm_option, or 0
+  int addInstance(const std::string& instance);                                // of a dynamic object
+  int deleteInstance(const std::string& instance);                             // likewise
+  int save(int scope) override;  // 1, for everything, is the only scope
+
+  int reserved4() override { return 0; }
+  int reserved6() override { return 0; }
+  int reserved11() override { return 0; }
+  int reserved12() override { return 0; }
+  int reserved13() override { return 0; }
+  int reserved16() override { return 0; }
+
+ private:
+  std::string read(const std::string& fullname);
+  int write(const Tree::Place& place, const std::string& value);
+  void notify(int number, const std::string& instance, int operation, const std::string& leaf);
+
+  Tree tree_;
+  ObserverList<int, ICfmObserver> observers_;
+  std::map<int, IDyncDataProvider*> providers_;
+  Loans<ICfmNode> nodes_;
+  Loans<ICfmIterator> iterators_;
+};
+
+#endif

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#include "context/event/event_service.h"
+
+#include <utility>
+
+#include "binding/handlers.h"
+#include "include_c"
+
+EventService::EventService(std::string source) : source_(std::move(source)) {}
+
+int EventService::registObserver(std::string event, IEventObserver* observer) {
+  if (observer == nullptr) return C_RESULT_PARAM;
+  observers_.add(std::move(event), observer);
+  return C_RESULT_OK;
+}
+
+int EventService::unregistObserver(std::string event, IEventObserver* observer) {
+  return observers_.remove(event, observer) ? C_RESULT_OK : C_RESULT_NOT_FOUND;
+}
+
+int EventService::notify(std::string event, std::string data, int flags) {
+  if (flags != 0) return C_RESULT_PARAM;
+  observers_.notify(event, [&](IEventObserver& observer) { observer.update(event, data, source_); });
+  return C_RESULT_OK;
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXT_EVENT_EVENT_SERVICE_H
+#define CPP2C_CONTEXT_EVENT_EVENT_SERVICE_H
+
+#include <string>
+
+#include "binding/context.h"
+#include "context/observer_list.h"
+
+// Hands each event to its observers, in order of registration, before notify() returns. An observer may
+// register, unregister and notify meanwhile.
+class EventService final : public IEvent {
+ public:
+  // `source` is what observers are told about where an event comes from.
+  explicit EventService(std::string source);
+
+  int registObserver(std::string event, IEventObserver* observer) override;
+  int unregistObserver(std::string event, IEventObserver* observer) override;
+  int notify(std::string event, std::string data, int flags) override;  // `flags` must be 0
+
+ private:
+  const std::string source_;
+  ObserverList<std::string, IEventObserver> observers_;
+};
+
+#endif

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "context/host_context.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#include "context/config/config_service.h"
+#include "context/config/configuration.h"
+#include "context/event/event_service.h"
+#include "context/heartbeat/heartbeat.h"
+#include "context/lifecycle/lifecycle.h"
+#include "context/log/log_service.h"
+#include "context/loop/event_base.h"
+#include "context/loop/event_loop.h"
+#include "context/one_line.h"
+#include "context/options/options.h"
+#include "context/process/processes.h"
+#include "context/start_error.h"
+#include "context/timer/timers.h"
+#include "include_c"
+
+namespace {
+
+constexpr int kNotInit = C_RESULT_NOT_INIT;
+
+}  // namespace
+
+// In the order in which they need one another.
+struct HostContext::Services {
+  Services(IContext* context, const Options& options, Configuration configuration)
+      : log(options.log_level, options.log_file),
+        processes(log),
+        config(Tree(std::move(configuration.objects))),
+        events(program_invocation_short_name),
+        heartbeat(log, configuration.heartbeat_limit),
+        event_base(log),
+        loop(event_base, heartbeat),
+        timers(event_base, heartbeat),
+        lifecycle(context, std::move(configuration.modules), log) {
+    log.debugSwitch(options.debug);
+    loop.callWhenStopped([this] { lifecycle.unload(); });
+  }
+
+  LogService log;
+  Processes processes;
+  ConfigService config;
+  EventService events;
+  Heartbeat heartbeat;
+  EventBase event_base;
+  EventLoop loop;
+  Timers timers;
+  Lifecycle lifecycle;
+};
+
+HostContext::HostContext() = default;
+
+HostContext::~HostContext() = default;
+
+int HostContext::init(std::uintptr_t argc, std::uintptr_t argv) {
+  try {
+    if (services_ != nullptr)
+      throw StartError(C_RESULT_REDUNDANT, "the context has been initialised already");
+    const Options options = readOptions(static_cast<int>(argc), reinterpret_cast<const char* const*>(argv));
+    Configuration configuration;
+    if (!options.config.empty()) configuration = readConfiguration(options.config);
+    auto& modules = configuration.modules;
+    modules.insert(modules.end(), options.modules.begin(), options.modules.end());
+    services_ = std::make_unique<Services>(this, options, std::move(configuration));
+    return C_RESULT_OK;
+  } catch (const StartError& error) {
+    std::fprintf(stderr, "%s\n", oneLine(error.what()).c_str());
+    return error.code();
+  }
+}
+
+int HostContext::load() {
+  return services_ != nullptr ? services_->lifecycle.load() : kNotInit;
+}
+
+ILog* HostContext::getLog() {
+  return services_ != nullptr ? &services_->log : nullptr;
+}
+
+ICfm* HostContext::getCfm() {
+  return services_ != nullptr ? &services_->config : nullptr;
+}
+
+IEvent* HostContext::getEvent() {
+  return services_ != nullptr ? &services_->events : nullptr;
+}
+
+IHeartbeat* HostContext::getHeartbeat() {
+  return services_ != nullptr ? &services_->heartbeat : nullptr;
+}
+
+ILoop* HostContext::getLoop() {
+  return services_ != nullptr ? &services_->loop : nullptr;
+}
+
+int HostContext::debugOut(const char* file, int line, const char* text) {
+  return services_ != nullptr ? services_->log.debugOut(file, line, text) : kNotInit;
+}
+
+int HostContext::debugSwitch(int value) {
+  if (services_ == nullptr) return kNotInit;
+  services_->log.debugSwitch(value != 0);
+  return C_RESULT_OK;
+}
+
+int HostContext::systemCall(const char* command) {
+  return systemCall2(command);
+}
+
+int HostContext::systemCall2(const char* command) {
+  return services_ != nullptr ? services_->processes.run(command) : kNotInit;
+}
+
+int HostContext::popenCall(const char* command) {
+  return services_ != nullptr ? services_->processes.runLogged(command) : kNotInit;
+}
+
+int HostContext::registMasterObserver(IBootContext* observer) {
+  return services_ != nullptr ? services_->lifecycle.registMasterObserver(observer) : kNotInit;
+}
+
+int HostContext::setTimer(int first, int zero, int period, ITimer* timer) {
+  return services_ != nullptr ? services_->timers.set(first, zero, period, timer) : kNotInit;
+}
+
+int HostContext::notifyDepends(std::string name) {
+  if (services_ == nullptr) return kNotInit;
+  services_->lifecycle.notifyDepends(name);
+  return C_RESULT_OK;
+}

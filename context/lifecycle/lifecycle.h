@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXT_LIFECYCLE_LIFECYCLE_H
+#define CPP2C_CONTEXT_LIFECYCLE_LIFECYCLE_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "context/lifecycle/host_product.h"
+#include "context/lifecycle/participant.h"
+
+class IBootContext;
+class IContext;
+class ILog;
+
+// Takes the product's modules, then the master observer through their steps, and back again in reverse order.
+// They are touched only inside the operations here: the master observer may be deleted before this.
+class Lifecycle {
+ public:
+  Lifecycle(IContext* context, std::vector<std::string> modules, ILog& log);
+
+  // There is one master observer, and it comes before load().
+  int registMasterObserver(IBootContext* observer);
+
+  // Load, start, configure, run: each step for every participant before the next one. A failure takes back
+  // what has been done and is the result.
+  int load();
+
+  // Unconfigure, stop, unload: takes back what has been done.
+  void unload();
+
+  // Tells every participant that is loaded.
+  void notifyDepends(const std::string& name);
+
+ private:
+  struct Member {
+    IBootContext* boot;
+    const char* configuration;  // what its onConfig() is told
+  };
+
+  std::vector<Member> members();
+  int takeSteps();
+
+  ILog& log_;
+  HostProduct product_;
+  std::optional<Participant> master_observer_;
+  bool loaded_ = false;
+};
+
+#endif

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXT_LOG_LOG_SERVICE_H
+#define CPP2C_CONTEXT_LOG_LOG_SERVICE_H
+
+#include <memory>
+#include <string>
+
+#include "binding/context.h"
+
+namespace spdlog {
+class logger;
+}
+
+// Writes records and diagnostics, each as one line: time, level, module, text.
+class LogService final : public ILog {
+ public:
+  // Shows records up to `level`. Appends to `file`, or writes to standard error if that is empty. Throws
+  // StartError if the file cannot be opened.
+  LogService(int level, const std::string& file);
+  ~LogService() override;
+
+  int record(std::string module, int level, const char* text) override;
+
+  // Writes one diagnostic if they are switched on, whatever the level.
+  int debugOut(const char* file, int line, const char* text);
+  void debugSwitch(bool on) { debug_ = on; }
+
+ private:
+  void write(const char* level, const std::string& module, const char* text);
+
+  const int level_;
+  bool debug_ = false;
+  std::unique_ptr<spdlog::logger> logger_;
+};
+
+#endif

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXT_OPTIONS_OPTIONS_H
+#define CPP2C_CONTEXT_OPTIONS_OPTIONS_H
+
+#include <string>
+#include <vector>
+
+#include "context/include/cpp2c_host.h"
+
+// What the command line asks for.
+struct Options {
+  std::string config;  // file; empty: none
+  std::vector<std::string> modules;
+  int log_level = C_LOG_INFO;
+  std::string log_file;  // empty: standard error
+  bool debug = false;
+};
+
+// Reads the command line behind the program's name, up to "--". Throws StartError for the first mistake.
+Options readOptions(int argc, const char* const* argv);
+
+#endif

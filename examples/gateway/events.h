@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+// The events that the modules raise. The data of each begins with the name of the interface.
+#ifndef GATEWAY_EVENTS_H
+#define GATEWAY_EVENTS_H
+
+enum { EVENT_COUNT = 5 };
+
+extern const char* const kEvents[EVENT_COUNT];
+
+#endif

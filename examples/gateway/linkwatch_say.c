@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// Where linkwatch's words go when it is a module: a program prints, a module hands its text to the log.
+#include <stdarg.h>
+#include <stdio.h>
+
+#include "cpp2c_host.h"
+#include "include_c"
+#include "say.h"
+
+enum { LINE_SIZE = 128 };  // more than the log takes of a record
+
+static enum say_level g_limit = SAY_NEWS;
+
+void say_up_to(enum say_level level) {
+  g_limit = level;
+}
+
+void say(enum say_level level, const char* format, ...) {
+  if (level > g_limit) return;
+
+  char line[LINE_SIZE];
+  va_list arguments;
+  va_start(arguments, format);
+  vsnprintf(line, sizeof line, format, arguments);
+  va_end(arguments);
+  c_log_record("linkwatch", level == SAY_PROBLEM ? C_LOG_ERROR : C_LOG_INFO, "%s", line);
+}

@@ -1,0 +1,41 @@
+# Builds a service and a module outside the source tree, and runs them on the installed host context. To be sourced
+# with `sources` set to this project and `prefix` to where it is installed.
+
+fail() {
+  echo "$*" >&2
+  exit 1
+}
+
+expect_run() {
+  local hello=$1 module=$2 printed
+  printed=$(echo Hello | "$prefix/bin/cpp2c-host" "$hello" --module "$module") || fail "$hello ended with status $?"
+  [ "$printed" = "greeter: running
+line from hello: Hello
+greeter: unloaded" ] || fail "unexpected output: $printed"
+}
+
+copy_sources() {
+  mkdir -p "$1"
+  cp "$sources/examples/hello/hello.c" "$sources/tests/install/greeter.c" "$sources/tests/install/outside/CMakeLists.txt" "$1"
+}
+
+with_pkg_config() {
+  copy_sources "$1"
+  (
+    cd "$1"
+    flags="-Wall -Wextra -Werror $(pkg-config --cflags cpp2c)"
+    libraries=$(pkg-config --libs cpp2c)
+    # shellcheck disable=SC2086
+    cc -std=c11 $flags hello.c $libraries -o hello
+    # shellcheck disable=SC2086
+    cc -std=c11 -fPIC -shared $flags greeter.c $libraries -o libgreeter.so
+  )
+  expect_run "$1/hello" "$1/libgreeter.so"
+}
+
+with_cmake() {
+  copy_sources "$1"
+  cmake -S "$1" -B "$1/build" -G Ninja "-DCMAKE_PREFIX_PATH=$prefix" >/dev/null
+  cmake --build "$1/build" >/dev/null
+  expect_run "$1/build/hello" "$1/build/libgreeter.so"
+}

@@ -1,0 +1,48 @@
+#!/bin/sh
+# Makes the Debian packages, looks at what they hold and need, and uses them as a new user would, in a root of their
+# own laid over this machine's.
+#
+#   packages_test.sh SOURCES BUILD
+set -eu
+sources=$1
+build=$2
+top=$(mktemp -d)
+trap 'rm -rf "$top"' EXIT
+prefix=/usr
+
+. "$sources/tests/install/outside.sh"
+
+(cd "$build" && cpack -G DEB -B "$top/packages" >/dev/null)
+cd "$top/packages"
+
+package() {
+  echo "$1"_*.deb
+}
+
+expect_file() {
+  dpkg-deb --contents "$(package "$1")" | grep -E " \./usr/$2( -> .*)?\$" >/dev/null || fail "$1 lacks $2"
+}
+
+expect_dependency() {
+  dpkg-deb --field "$(package "$1")" Depends | grep -Fq "$2" || fail "$1 does not depend on $2"
+}
+
+expect_file libcpp2c1 'lib/libcpp2c\.so\.1'
+expect_file libcpp2c-dev include/cpp2c/include_c
+expect_file libcpp2c-dev include/cpp2c/binding/context.h
+expect_file libcpp2c-dev 'lib/libcpp2c\.so'
+expect_file libcpp2c-dev 'lib/pkgconfig/cpp2c\.pc'
+expect_file libcpp2c-dev 'lib/cmake/cpp2c/cpp2cConfig\.cmake'
+expect_file cpp2c-host bin/cpp2c-host
+expect_file cpp2c-host 'lib/cpp2c/libcontext_proxy\.so'
+expect_dependency libcpp2c1 libstdc++6
+expect_dependency libcpp2c-dev "libcpp2c1 (= "
+expect_dependency cpp2c-host "libcpp2c1 (= "
+expect_dependency cpp2c-host libevent-
+
+# Mounts are seen by nobody else and go with this shell.
+if ! unshare --mount true 2>/dev/null; then
+  echo "This machine allows no root of its own; the packages have been looked at, not installed."
+  exit
+fi
+unshare --mount sh -eu "$sources/tests/install/use_packages.sh" "$sources" "$top"

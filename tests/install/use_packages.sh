@@ -1,0 +1,29 @@
+# Installs the packages in $2/packages into a root laid over this machine's, uses them and takes them off again. Runs
+# in a mount namespace of its own.
+#
+#   use_packages.sh SOURCES TOP
+sources=$1
+top=$2
+root=$top/root
+
+mkdir "$top/over" "$root"
+mount -t tmpfs none "$top/over"
+mkdir "$top/over/changes" "$top/over/work"
+mount -t overlay overlay -o "lowerdir=/,upperdir=$top/over/changes,workdir=$top/over/work" "$root"
+mount --rbind /dev "$root/dev"
+mount -t proc proc "$root/proc"
+
+mkdir -p "$root/outside/tests/install" "$root/outside/examples/hello"
+cp -r "$top/packages" "$root/outside"
+cp -r "$sources/tests/install" "$root/outside/tests"
+cp "$sources/examples/hello/hello.c" "$root/outside/examples/hello"
+chroot "$root" sh -eu -c '
+  sources=/outside
+  prefix=/usr
+  . /outside/tests/install/outside.sh
+  unset LD_LIBRARY_PATH PKG_CONFIG_PATH
+  dpkg -i /outside/packages/*.deb >/dev/null
+  with_pkg_config /outside/pkg-config
+  with_cmake /outside/cmake
+  dpkg --purge cpp2c-host libcpp2c-dev libcpp2c1 >/dev/null
+  [ -z "$(find /usr/lib /usr/bin /usr/include -name "*cpp2c*")" ] || fail "files stay behind"'

@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <utility>
 
@@ -24,6 +25,20 @@
 namespace {
 
 constexpr int kNotInit = C_RESULT_NOT_INIT;
+
+// The word is a pointer that has come through the C interface.
+const char* const* pointerOf(std::uintptr_t word) {
+  const char* const* pointer = nullptr;
+  std::memcpy(&pointer, &word, sizeof pointer);
+  return pointer;
+}
+
+Configuration configurationFor(const Options& options) {
+  Configuration configuration;
+  if (!options.config.empty()) configuration = readConfiguration(options.config);
+  configuration.modules.insert(configuration.modules.end(), options.modules.begin(), options.modules.end());
+  return configuration;
+}
 
 }  // namespace
 
@@ -60,14 +75,11 @@ HostContext::~HostContext() = default;
 
 int HostContext::init(std::uintptr_t argc, std::uintptr_t argv) {
   try {
-    if (services_ != nullptr)
+    if (services_ != nullptr) {
       throw StartError(C_RESULT_REDUNDANT, "the context has been initialised already");
-    const Options options = readOptions(static_cast<int>(argc), reinterpret_cast<const char* const*>(argv));
-    Configuration configuration;
-    if (!options.config.empty()) configuration = readConfiguration(options.config);
-    auto& modules = configuration.modules;
-    modules.insert(modules.end(), options.modules.begin(), options.modules.end());
-    services_ = std::make_unique<Services>(this, options, std::move(configuration));
+    }
+    const Options options = readOptions(static_cast<int>(argc), pointerOf(argv));
+    services_ = std::make_unique<Services>(this, options, configurationFor(options));
     return C_RESULT_OK;
   } catch (const StartError& error) {
     std::fprintf(stderr, "%s\n", oneLine(error.what()).c_str());

@@ -8,6 +8,8 @@
  * - c_context_init(): `argc` and `argv` of main(), each cast to uintptr_t, or 0 and 0 for all defaults. Every
  *   argument up to "--" is an option of the host context. A failure is told in one line on standard error.
  *   Services exist once it has succeeded. Once only: a second call is refused with C_RESULT_REDUNDANT.
+ * - c_context_load(): opens the modules and takes everybody through load, start, configure and run. A module
+ *   that cannot be opened gives C_RESULT_NOT_FOUND, a step that fails its own negative code.
  * - c_context_set_timer(): both times in milliseconds. A first time of 0 expires at once, a negative one
  *   disarms the timer; a period of 0 expires once. A negative period is refused with C_RESULT_PARAM.
  * - c_loop_run(): returns 0 after SIGINT or SIGTERM, once every participant has been unconfigured, stopped

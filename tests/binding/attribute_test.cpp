@@ -2,12 +2,12 @@
 // Attributes of configuration nodes.
 #include <climits>
 
-#include "tests/support/capturing_test.h"
 #include "tests/support/late_context_test.h"
+#include "tests/support/recording_test.h"
 
 namespace {
 
-using AttributeTest = CapturingTest;
+using AttributeTest = RecordingTest;
 
 TEST_F(AttributeTest, SetReachesTheServiceWithBothWords) {
   EXPECT_EQ(c_cfm_set_attr(3, -4), 0);
@@ -26,7 +26,7 @@ TEST_F(AttributeTest, SetAnswersTheServicesResult) {
 }
 
 TEST_F(AttributeTest, SetWithoutAConfigurationServiceIsNotInitialised) {
-  capturing.missing.insert("getCfm");
+  context.missing.insert("getCfm");
   EXPECT_EQ(c_cfm_set_attr(3, 4), -1022);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "context.debugOut('cpp2c', 'INIT ERROR!')"}));
 }
@@ -35,7 +35,7 @@ TEST_F(AttributeTest, GetReachesTheServiceWithTheWordAndThePlace) {
   int value = 0;
   EXPECT_EQ(c_cfm_get_attr(INT_MIN, &value), 0);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.getAttr(-2147483648, object)"}));
-  EXPECT_EQ(service.attribute_places, std::vector<void*>({&value}));
+  EXPECT_EQ(cfm.attribute_places, std::vector<void*>({&value}));
 }
 
 TEST_F(AttributeTest, GetDoesNotTouchThePlaceItself) {
@@ -52,14 +52,14 @@ TEST_F(AttributeTest, GetWithoutAPlaceIsAParameterError) {
 
 TEST_F(AttributeTest, GetWithoutAConfigurationServiceIsAParameterErrorToo) {
   int value = 99;
-  capturing.missing.insert("getCfm");
+  context.missing.insert("getCfm");
   EXPECT_EQ(c_cfm_get_attr(3, &value), -1023);
   EXPECT_EQ(value, 99);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "context.debugOut('cpp2c', 'PARAM ERROR!')"}));
 }
 
 TEST_F(AttributeTest, GetWithoutAPlaceAndAServiceIsReportedOnce) {
-  capturing.missing.insert("getCfm");
+  context.missing.insert("getCfm");
   EXPECT_EQ(c_cfm_get_attr(3, nullptr), -1023);
   EXPECT_EQ(calls(), Calls({"context.debugOut('cpp2c', 'PARAM ERROR!')"}));
 }

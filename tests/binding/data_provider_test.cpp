@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/support/capturing_test.h"
+#include "tests/support/recording_test.h"
 
 namespace {
 
@@ -44,12 +44,12 @@ std::function<void(void*)> textAnswer(const char* type, std::string text) {
   };
 }
 
-class DataProviderTest : public CapturingTest {
+class DataProviderTest : public RecordingTest {
  protected:
   // The provider that the service was given for `requests`.
   IDyncDataProvider& registered() {
     c_cfm_data_provider_regist(7, provide, &requests);
-    return *service.providers.back();
+    return *cfm.providers.back();
   }
 
   std::string ask() { return registered().dataGet(1, "A.1.", "x"); }
@@ -65,8 +65,8 @@ TEST_F(DataProviderTest, IsRegisteredWithTheService) {
 TEST_F(DataProviderTest, EveryRegistrationIsAProviderOfItsOwn) {
   c_cfm_data_provider_regist(7, provide, &requests);
   c_cfm_data_provider_regist(7, provide, &requests);
-  ASSERT_EQ(service.providers.size(), 2U);
-  EXPECT_NE(service.providers[0], service.providers[1]);
+  ASSERT_EQ(cfm.providers.size(), 2U);
+  EXPECT_NE(cfm.providers[0], cfm.providers[1]);
 }
 
 TEST_F(DataProviderTest, RegistrationAsksForNothing) {
@@ -81,7 +81,7 @@ TEST_F(DataProviderTest, AnswersThoughTheServiceRefusedIt) {
 }
 
 TEST_F(DataProviderTest, WithoutAConfigurationServiceNothingIsRegistered) {
-  capturing.missing.insert("getCfm");
+  context.missing.insert("getCfm");
   c_cfm_data_provider_regist(7, provide, &requests);
   EXPECT_EQ(calls(), Calls({"context.getCfm()"}));
 }
@@ -248,7 +248,7 @@ TEST_F(DataProviderTest, CallbackMayHandItsRequestOn) {
   outer.answer = [&inner](void* handle) { textAnswer("str", inner.dataGet(2, "B", "y") + '!')(handle); };
   c_cfm_data_provider_regist(8, provide, &outer);
   requests.answer = textAnswer("str", "inner");
-  EXPECT_EQ(service.providers.back()->dataGet(1, "A", "x"), "inner!");
+  EXPECT_EQ(cfm.providers.back()->dataGet(1, "A", "x"), "inner!");
 }
 
 TEST_F(DataProviderTest, NullHandleIsIgnored) {
@@ -261,18 +261,18 @@ TEST_F(DataProviderTest, NullUserReachesTheCallback) {
   was_null = false;
   c_cfm_data_provider_regist(
       7, [](int, const char*, const char*, void* user, void*) { was_null = user == nullptr; }, nullptr);
-  service.providers.back()->dataGet(1, "A", "x");
+  cfm.providers.back()->dataGet(1, "A", "x");
   EXPECT_TRUE(was_null);
 }
 
 TEST_F(DataProviderTest, WithoutACallbackTheAnswerIsEmpty) {
   c_cfm_data_provider_regist(7, nullptr, nullptr);
-  EXPECT_EQ(service.providers.back()->dataGet(1, "A", "x"), "");
+  EXPECT_EQ(cfm.providers.back()->dataGet(1, "A", "x"), "");
 }
 
 TEST_F(DataProviderTest, WithoutACallbackTheAnswerIsEmptyThoughOneWasSet) {
   c_cfm_data_provider_regist(7, nullptr, nullptr);
-  IDyncDataProvider& provider = *service.providers.back();
+  IDyncDataProvider& provider = *cfm.providers.back();
   textAnswer("str", "set")(&provider);
   EXPECT_EQ(provider.dataGet(1, "A", "x"), "");
 }

@@ -3,11 +3,13 @@
 #include <cstdint>
 #include <string>
 
+#include "tests/support/late_context_test.h"
 #include "tests/support/recording_test.h"
 
 namespace {
 
 using StartTest = UnopenedContextTest;
+using StartWithoutContextTest = LateContextTest;
 using LifecycleTest = RecordingTest;
 
 int noObserver(void* /*user*/, int /*id*/, const char* /*instance*/, int /*operation*/,
@@ -58,13 +60,7 @@ TEST_F(StartTest, InitWithoutAContextFailsAndStillCreatesTheCache) {
   EXPECT_TRUE(cacheExists());
 }
 
-TEST_F(StartTest, InitReportsThatThereIsNoContext) {
-  // A context that appears right after it was missed shows the report.
-  proxy.instance = nullptr;
-  int asked = 0;
-  log.on_call = [&](const std::string& call) {
-    if (call == "getInstance(null)" && ++asked == 2) proxy.instance = &context;
-  };
+TEST_F(StartWithoutContextTest, InitReportsThatThereIsNone) {
   EXPECT_EQ(c_context_init(0, 0), -1022);
   EXPECT_EQ(calls(), Calls({"getInstance(null)", "getInstance(null)",
                             "context.debugOut('cpp2c', 'NOT INITED! ERROR!')"}));

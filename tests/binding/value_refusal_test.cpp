@@ -3,6 +3,7 @@
 #include <ostream>
 #include <string>
 
+#include "tests/support/late_context_test.h"
 #include "tests/support/recording_test.h"
 
 namespace {
@@ -63,20 +64,6 @@ TEST_P(ValueRefusalTest, ReportNamesALine) {
   EXPECT_GT(context.diagnostics.at(0).line, 0);
 }
 
-TEST_P(ValueRefusalTest, MissingContextIsReportedWithACapital) {
-  // A context that appears right after it was missed shows the report.
-  releaseContext(nullptr);
-  proxy.instance = nullptr;
-  calls();
-  int asked = 0;
-  log.on_call = [&](const std::string& call) {
-    if (call == "getInstance(null)" && ++asked == 2) proxy.instance = &context;
-  };
-  EXPECT_EQ(access("A.B", "ipaddr", buffer, 4), -1022);
-  EXPECT_EQ(calls(), Calls({"getInstance(null)", "getInstance(null)",
-                            "context.debugOut('cpp2c', 'Not inited, error!')"}));
-}
-
 TEST_P(ValueRefusalTest, ArgumentsAreCheckedBeforeTheContext) {
   releaseContext(nullptr);
   proxy.instance = nullptr;
@@ -117,8 +104,20 @@ TEST_P(ValueRefusalTest, NodesTypeCountsPastAnEmbeddedNul) {
   EXPECT_EQ(access("A.B", "ipaddr", buffer, 4), -1023);
 }
 
-INSTANTIATE_TEST_SUITE_P(Functions, ValueRefusalTest,
-                         testing::Values(Access{"Write", writeLeaf}, Access{"Read", c_cfm_get_value}),
-                         [](const auto& access) { return std::string(access.param.name); });
+class ValueWithoutContextTest : public LateContextTest, public testing::WithParamInterface<Access> {};
+
+TEST_P(ValueWithoutContextTest, MissingContextIsReportedWithACapital) {
+  char buffer[16] = "untouched";
+  EXPECT_EQ(GetParam().call("A.B", "ipaddr", buffer, 4), -1022);
+  EXPECT_EQ(calls(), Calls({"getInstance(null)", "getInstance(null)",
+                            "context.debugOut('cpp2c', 'Not inited, error!')"}));
+  EXPECT_STREQ(buffer, "untouched");
+}
+
+const auto kFunctions = testing::Values(Access{"Write", writeLeaf}, Access{"Read", c_cfm_get_value});
+const auto kName = [](const auto& access) { return std::string(access.param.name); };
+
+INSTANTIATE_TEST_SUITE_P(Functions, ValueRefusalTest, kFunctions, kName);
+INSTANTIATE_TEST_SUITE_P(Functions, ValueWithoutContextTest, kFunctions, kName);
 
 }  // namespace

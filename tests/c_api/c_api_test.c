@@ -8,6 +8,7 @@
 #include <string.h>
 
 #include "include_c"
+#include "tests/c_api/callbacks.h"
 #include "tests/c_api/context_view.h"
 
 static int failures = 0;
@@ -26,58 +27,6 @@ static void check_calls(const char* expected, int line) {
   if (strcmp(actual, expected) == 0) return;
   fprintf(stderr, "c_api_test.c:%d: expected calls:\n%sactual calls:\n%s", line, expected, actual);
   ++failures;
-}
-
-/* What the callbacks have been told last. */
-static char told[256];
-
-static void on_ready(void* user, short events, int value) {
-  snprintf(told, sizeof told, "%s %d %d", (const char*)user, events, value);
-}
-
-static int on_event(void* user, const char* event, const char* data, const char* source) {
-  snprintf(told, sizeof told, "%s %s %s %s", (const char*)user, event, data, source);
-  return 31;
-}
-
-static int on_change(void* user, int id, const char* instance, int operation, const char* leaf) {
-  snprintf(told, sizeof told, "%s %d %s %d %s", (const char*)user, id, instance, operation, leaf);
-  return 32;
-}
-
-static int on_load(void) {
-  strcpy(told, "load");
-  return 1;
-}
-
-static int on_start(void) {
-  strcat(told, " start");
-  return 2;
-}
-
-static int on_config(const char* name, int arg) {
-  snprintf(told + strlen(told), sizeof told - strlen(told), " config %s %d", name, arg);
-  return 4;
-}
-
-static int on_run(void) {
-  strcat(told, " run");
-  return 8;
-}
-
-static int on_unconfig(const char* name, int arg) {
-  snprintf(told + strlen(told), sizeof told - strlen(told), " unconfig %s %d", name, arg);
-  return 16;
-}
-
-static int on_unload(void) {
-  strcat(told, " unload");
-  return 32;
-}
-
-static int on_dependence(const char* name) {
-  snprintf(told + strlen(told), sizeof told - strlen(told), " dependence %s", name);
-  return 64;
 }
 
 static void test_start(void) {
@@ -121,17 +70,30 @@ static void test_services(void) {
   CHECK_CALLS("context.getCfm()\ncfm.save(1)\n");
 }
 
+static const char whole_lifecycle[] = "load;start;config cfmd 1;run;dependence net;unconfig cfmd 2;unload;";
+
 static void test_modules(void) {
   void* (*regist)(ModuleCallbacks*) = c_module_regist;
   void (*unregist)(void*) = c_module_unregist;
-  ModuleCallbacks table = {on_load, on_start, on_config, on_run, on_unconfig, on_unload, on_dependence};
-  void* module = regist(&table);
+  void* module = regist(&lifecycle);
 
-  CHECK(drive_module(module) == 127);
-  CHECK(strcmp(told, "load start config cfmd 1 run dependence net unconfig cfmd 2 unload") == 0);
+  CHECK(drive_lifecycle(module) == 127);
+  CHECK(was_told(whole_lifecycle));
   unregist(module);
   unregist(NULL);
   CHECK_CALLS("");
+}
+
+static void test_master_observer(void) {
+  int (*regist)(ModuleCallbacks*) = c_context_regist_master_observer;
+  void (*notify)(const char*) = c_context_notify_depends;
+
+  context_set_result("context.registMasterObserver", 5);
+  CHECK(regist(&lifecycle) == 5);
+  CHECK(drive_lifecycle(context_master_observer()) == 127);
+  CHECK(was_told(whole_lifecycle));
+  notify("net");
+  CHECK_CALLS("context.registMasterObserver(object)\ncontext.notifyDepends('net')\n");
 }
 
 static void test_watches(void) {
@@ -142,9 +104,19 @@ static void test_watches(void) {
   context_set_result("loop.addFd", 5);
   CHECK(add(7, 1, on_ready, user) == 5);
   CHECK(context_fire_watch(2, 7) == 0);
-  CHECK(strcmp(told, "user 2 7") == 0);
+  CHECK(was_told("user 2 7;"));
   del(7);
   CHECK_CALLS("context.getLoop()\nloop.addFd(7, 1, object)\ncontext.getLoop()\nloop.delFd(7)\n");
+}
+
+static void test_timer(void) {
+  int (*set)(int, int, c_timer_callback) = c_context_set_timer;
+
+  context_set_result("context.setTimer", 5);
+  CHECK(set(100, 200, on_timer) == 5);
+  CHECK(context_fire_timer(7) == 30);
+  CHECK(was_told("timer;"));
+  CHECK_CALLS("context.setTimer(100, 0, 200, object)\n");
 }
 
 static void test_events(void) {
@@ -155,13 +127,43 @@ static void test_events(void) {
 
   regist("link", on_event, user);
   CHECK(context_fire_event("link", "up", "kernel") == 31);
-  CHECK(strcmp(told, "user link up kernel") == 0);
+  CHECK(was_told("user link up kernel;"));
   notify("link", "down");
   unregist("link", on_event);
   CHECK_CALLS(
       "context.getEvent()\nevent.registObserver('link', object)\n"
       "context.getEvent()\nevent.notify('link', 'down', 0)\n"
       "context.getEvent()\nevent.unregistObserver('link', object)\n");
+}
+
+static void test_processes(void) {
+  int (*call)(const char*, ...) = c_system_call;
+  int (*call2)(char*, ...) = c_system_call2;
+  int (*open)(char*, ...) = c_popen_call;
+  void (*record)(const char*, int, const char*, ...) = c_log_record;
+  char format[] = "echo %d";
+
+  CHECK(call("echo %s", "x") == (int)strlen("cmd:echo x\r\n"));
+  context_set_result("context.systemCall2", 5);
+  CHECK(call2(format, 2) == 5);
+  context_set_result("context.popenCall", 6);
+  CHECK(open(format, 3) == 6);
+  record("module", 4, "text %d", 4);
+  CHECK_CALLS(
+      "context.systemCall('echo x')\ncontext.systemCall2('echo 2')\ncontext.popenCall('echo 3')\n"
+      "context.getLog()\nlog.record('module', 4, 'text 4')\n");
+}
+
+static void test_memory(void) {
+  char* (*allocate)(unsigned int, const char*, int) = c_malloc;
+  void (*release)(char*) = c_free;
+  static const char zeros[100];
+  char* block = allocate(sizeof zeros, __FILE__, __LINE__);
+
+  CHECK(block != NULL && memcmp(block, zeros, sizeof zeros) == 0);
+  release(block);
+  release(NULL);
+  CHECK_CALLS("");
 }
 
 static void test_values(void) {
@@ -194,6 +196,91 @@ static void test_values(void) {
   context_calls();
 }
 
+static void test_names(void) {
+  int (*parent)(const char*, char*, unsigned int) = c_cfm_get_parent_name;
+  int (*grand)(const char*, char*, unsigned int) = c_cfm_get_grand_name;
+  int (*cut)(char*) = c_cfm_parent_fullname;
+  char buffer[16];
+  char name[] = "A.B.C";
+
+  CHECK(parent("A.B.C", buffer, sizeof buffer) == C_RESULT_OK);
+  CHECK(strcmp(buffer, "A.B.") == 0);
+  CHECK(grand("A.B.C.D", buffer, sizeof buffer) == C_RESULT_OK);
+  CHECK(strcmp(buffer, "A.B.") == 0);
+  CHECK(cut(name) == C_RESULT_OK);
+  CHECK(strcmp(name, "A.B") == 0);
+  CHECK(cut(name) == C_RESULT_OK);
+  CHECK(cut(name) == C_RESULT_NOT_FOUND);
+  CHECK(strcmp(name, "A") == 0);
+  CHECK(cut(NULL) == C_RESULT_PARAM);
+  CHECK_CALLS(
+      "context.debugOut('framework/inc/include_c', 'c_cfm_parent_fullname: Leave: not find!\n')\n"
+      "context.debugOut('framework/inc/include_c', 'c_cfm_parent_fullname: Leave: param error!\n')\n");
+}
+
+static void test_relative_values(void) {
+  int (*set)(const char*, const char*, const char*, const char*, const void*, unsigned int, int) =
+      c_cfm_set_value_v2;
+  int (*get)(const char*, const char*, const char*, const char*, void*, unsigned int) = c_cfm_get_value_v2;
+  int32_t number = -5;
+
+  context_set_leaf("A.x", "int", "-12");
+  context_set_result("cfm.setValue", 9);
+  CHECK(set("A.B.C", "PARENT.PARENT.", "x", "int", &number, sizeof number, 3) == 9);
+  CHECK_CALLS(
+      "context.getCfm()\ncfm.getNode('A.x')\nnode.getType()\ncfm.releaseNode('A.x')\n"
+      "cfm.setValue('A.x', '-5', 3)\n");
+  CHECK(get("A.", "", "x", "int", &number, sizeof number) == C_RESULT_OK);
+  CHECK(number == -12);
+  context_calls();
+}
+
+static void test_instances(void) {
+  int (*lookup)(int, c_visit_callback, c_pass_fn3, c_pass_fn4, void*) = c_cfm_lookup_instance;
+  char arg[] = "arg";
+
+  context_add_instance(8, "A.8.");
+  context_set_result("cfm.releaseIterator", 5);
+  CHECK(lookup(8, on_visit, pass3, pass4, arg) == 5);
+  CHECK(was_told("visit 8 A.8. none;pass3 8 A.8. data;pass4 8 A.8. data arg;"));
+  context_calls();
+}
+
+static void test_attributes(void) {
+  int (*set)(int, int) = c_cfm_set_attr;
+  int (*get)(int, void*) = c_cfm_get_attr;
+  int value = 0;
+
+  context_set_result("cfm.setAttr", 5);
+  CHECK(set(1, 2) == 5);
+  context_set_result("cfm.getAttr", 6);
+  CHECK(get(3, &value) == 6);
+  CHECK_CALLS("context.getCfm()\ncfm.setAttr(1, 2)\ncontext.getCfm()\ncfm.getAttr(3, object)\n");
+}
+
+static void test_reference_counts(void) {
+  int (*increase)(const char*) = reference_increase;
+  int (*decrease)(const char*) = reference_decrease;
+
+  CHECK(increase("A.1.") == 1);
+  CHECK(decrease("A.1.") == 0);
+  CHECK(decrease("A.1.") == 0);
+  CHECK_CALLS(
+      "context.debugOut('cpp2c', '-----str=A.1.,count=1')\n"
+      "context.debugOut('cpp2c', '-----str2=A.1.,count=0')\n"
+      "context.debugOut('cpp2c', '-----str2=A.1.,count=0')\n");
+}
+
+static void test_provider(void) {
+  void (*regist)(int, c_data_provider_callback, void*) = c_cfm_data_provider_regist;
+  char user[] = "user";
+
+  regist(5, on_request, user);
+  CHECK(strcmp(context_ask_provider(5, "A.1.", "leaf"), "computed") == 0);
+  CHECK(was_told("5 A.1. leaf user;"));
+  CHECK_CALLS("context.getCfm()\ncfm.registDataProvider(5, object)\n");
+}
+
 static void test_observers(void) {
   void (*regist)(int, c_cfm_callback, void*) = c_cfm_regist_observer;
   void (*unregist)(int, c_cfm_callback) = c_cfm_unregist_observer;
@@ -207,7 +294,7 @@ static void test_observers(void) {
   CHECK(lookup(5) == on_change);
   CHECK(lookup(6) == NULL);
   CHECK(context_fire_change(5, "A.1.", 2, "leaf") == 32);
-  CHECK(strcmp(told, "user 5 A.1. 2 leaf") == 0);
+  CHECK(was_told("user 5 A.1. 2 leaf;"));
   unregist(5, on_change);
   CHECK(lookup(5) == NULL);
   context_calls();
@@ -219,19 +306,22 @@ static void test_cache(void) {
   void* (*get)(int, const char*) = c_dbc_get_userdata;
   void (*release)(int, const char*) = c_dbc_db_release;
   void (*release_all)(int) = c_dbc_db_release_all;
+  void (*lookup)(int, c_visit_callback, c_pass_fn3, c_pass_fn4, void*) = c_dbc_lookup;
   void (*destroy)(void) = c_dbc_db_destory;
-  int place = 0;
+  char place[] = "place";
 
   CHECK(create() != NULL);
-  add(5, "x", &place);
-  add(5, "y", &place);
-  CHECK(get(5, "x") == &place);
+  add(5, "x", place);
+  add(5, "y", place);
+  CHECK(get(5, "x") == place);
   release(5, "x");
   CHECK(get(5, "x") == NULL);
-  CHECK(get(5, "y") == &place);
+  CHECK(get(5, "y") == place);
+  lookup(5, on_visit, pass3, pass4, place);
+  CHECK(was_told("visit 5 y place;pass3 5 y data;pass4 5 y data place;"));
   release_all(5);
   CHECK(get(5, "y") == NULL);
-  add(5, "x", &place);
+  add(5, "x", place);
   destroy();
   CHECK(get(5, "x") == NULL);
   CHECK_CALLS("");
@@ -248,10 +338,20 @@ int main(void) {
   test_start();
   test_services();
   test_modules();
+  test_master_observer();
   test_watches();
+  test_timer();
   test_events();
+  test_processes();
+  test_memory();
   test_values();
+  test_names();
+  test_relative_values();
+  test_instances();
+  test_attributes();
+  test_reference_counts();
   test_observers();
+  test_provider();
   test_cache();
   test_end();
   return failures == 0 ? 0 : 1;

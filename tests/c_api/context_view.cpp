@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "boot/module.h"
+#include "boot/boot_context.h"
 #include "tests/support/context_proxy.h"
 
 const char* context_calls() {
@@ -39,9 +39,23 @@ int context_fire_change(int id, const char* instance, int operation, const char*
   return contextProxy().context.cfm.registered.back().observer->update(id, instance, operation, leaf);
 }
 
-int drive_module(void* module) {
-  auto* participant = static_cast<IModule*>(module);
-  return participant->onLoad() + participant->onStart() + participant->onConfig("cfmd", 1) +
-         participant->onRun() + participant->recvDependence("net") + participant->onUnconfig("cfmd", 2) +
-         participant->onStop() + participant->onUnload();
+int context_fire_timer(int value) {
+  return contextProxy().context.timers.back()->timeArrive(value);
+}
+
+const char* context_ask_provider(int id, const char* instance, const char* leaf) {
+  static std::string answer;
+  answer = contextProxy().context.cfm.providers.back()->dataGet(id, instance, leaf);
+  return answer.c_str();
+}
+
+void* context_master_observer() {
+  const auto& observers = contextProxy().context.master_observers;
+  return observers.empty() ? nullptr : observers.back();
+}
+
+int drive_lifecycle(void* participant) {
+  auto* boot = static_cast<IBootContext*>(participant);
+  return boot->onLoad() + boot->onStart() + boot->onConfig("cfmd", 1) + boot->onRun() +
+         boot->recvDependence("net") + boot->onUnconfig("cfmd", 2) + boot->onStop() + boot->onUnload();
 }

@@ -21,8 +21,18 @@ int context_fire_watch(short events, int value);
 int context_fire_event(const char* event, const char* data, const char* source);
 int context_fire_change(int id, const char* instance, int operation, const char* leaf);
 
-/* Takes a module through all steps of its lifecycle; returns the sum of their results. */
-int drive_module(void* module);
+/* Expires the timer that has been armed last. */
+int context_fire_timer(int value);
+
+/* What the provider that has been registered last answers. Valid until the next time. */
+const char* context_ask_provider(int id, const char* instance, const char* leaf);
+
+/* The master observer that has been registered last, or NULL. */
+void* context_master_observer(void);
+
+/* Takes a participant through all steps of its lifecycle; returns the sum of their results. A
+   module is one as it is. */
+int drive_lifecycle(void* participant);
 
 #ifdef __cplusplus
 }

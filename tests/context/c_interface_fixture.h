@@ -22,6 +22,7 @@ class CInterfaceFixture : public testing::Test {
   static int init(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "service");
     std::vector<const char*> argv;
+    argv.reserve(arguments.size());
     for (const std::string& argument : arguments) argv.push_back(argument.c_str());
     return c_context_init(argv.size(), reinterpret_cast<std::uintptr_t>(argv.data()));
   }

@@ -62,7 +62,7 @@ class CModulesTest : public CInterfaceFixture {
   // The records that have come since the last call.
   Records news() {
     const Records all = records();
-    const Records result(all.begin() + static_cast<std::ptrdiff_t>(seen_), all.end());
+    Records result(all.begin() + static_cast<std::ptrdiff_t>(seen_), all.end());
     seen_ = all.size();
     return result;
   }
@@ -111,10 +111,10 @@ TEST_F(CModulesTest, ModulesOfTheCommandLineComeAfterThoseOfTheConfiguration) {
 TEST_F(CModulesTest, ModuleThatFailsIsNamedAndWhatWasDoneIsTakenBack) {
   initWithModules({"first_module", "failing_module"});
   registMaster();
-  EXPECT_EQ(c_context_load(), -5);
+  EXPECT_EQ(c_context_load(), C_RESULT_PARAM);
   EXPECT_EQ(news(), (Records{"info first: onLoad", "info failing: onLoad", "info master: onLoad",
                              "info first: onStart", "info failing: onStart",
-                             "error lifecycle: onStart of " + library("failing_module") + " failed: -5",
+                             "error lifecycle: onStart of " + library("failing_module") + " failed: -1023",
                              "info master: onUnload", "info first: onUnload", "info failing: onUnload"}));
 }
 

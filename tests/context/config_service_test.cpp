@@ -460,6 +460,21 @@ TEST_F(ConfigServiceTest, AttributeOfAnUnknownObjectIsRefused) {
   EXPECT_EQ(config_.getAttr(kTime, nullptr), C_RESULT_PARAM);
 }
 
+TEST_F(ConfigServiceTest, PositionsThatNobodyCallsAnswerZero) {
+  ICfm& cfm = config_;
+  for (auto reserved : {&ICfm::reserved4, &ICfm::reserved6, &ICfm::reserved11, &ICfm::reserved12,
+                        &ICfm::reserved13, &ICfm::reserved16}) {
+    EXPECT_EQ((cfm.*reserved)(), 0);
+  }
+  ICfmNode* node = config_.getNode("Time.Server");
+  EXPECT_EQ(node->reserved5(), 0);
+  config_.releaseNode(node);
+  ICfmIterator* iterator = config_.instanceIterator(kTime);
+  EXPECT_EQ(iterator->reserved4(), 0);
+  EXPECT_EQ(iterator->reserved5(), 0);
+  config_.releaseIterator(iterator);
+}
+
 TEST_F(ConfigServiceTest, OnlyTheWholeIsSaved) {
   EXPECT_EQ(config_.save(1), C_RESULT_OK);
   EXPECT_EQ(config_.save(0), C_RESULT_PARAM);

@@ -2,6 +2,8 @@
 #include "context/config/configuration.h"
 
 #include <chrono>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -118,6 +120,21 @@ TEST(ConfigurationTest, LeafWithoutDefaultHasTheInitialValueOfItsType) {
 TEST(ConfigurationTest, FileIsRead) {
   const TemporaryFolder folder;
   EXPECT_EQ(readConfiguration(folder.write("c.json", R"({"modules": ["a.so"]})")).modules.size(), 1U);
+}
+
+// The text between the first pair of marks in the documentation.
+std::string documentedExample() {
+  std::ifstream stream(DOCUMENTATION);
+  const std::string text{std::istreambuf_iterator<char>(stream), {}};
+  const std::string mark = "```json\n";
+  const auto start = text.find(mark) + mark.size();
+  return text.substr(start, text.find("```", start) - start);
+}
+
+TEST(ConfigurationTest, ExampleInTheDocumentationIsAConfiguration) {
+  const Configuration configuration = parse(documentedExample());
+  EXPECT_EQ(configuration.objects.size(), 2U);
+  EXPECT_EQ(configuration.objects.at(1).instances.at("Device.Interfaces.eth1.").at("Mtu"), "9000");
 }
 
 TEST(ConfigurationTest, MissingFileIsRefused) {

@@ -95,6 +95,14 @@ TEST_F(HeartbeatTest, LockFromBeforeEndsInside) {
   EXPECT_EQ(log_.records, Records{"4 heartbeat: the callback of descriptor 7 held the loop for 101 ms"});
 }
 
+TEST_F(HeartbeatTest, PositionsThatNobodyCallsAnswerZero) {
+  IHeartbeat& heartbeat = heartbeat_;
+  for (auto reserved : {&IHeartbeat::reserved3, &IHeartbeat::reserved4, &IHeartbeat::reserved5,
+                        &IHeartbeat::reserved6, &IHeartbeat::reserved7, &IHeartbeat::reserved8}) {
+    EXPECT_EQ((heartbeat.*reserved)(), 0);
+  }
+}
+
 TEST_F(HeartbeatTest, UnlockWithoutLockIsRefused) {
   EXPECT_EQ(heartbeat_.unlock(), C_RESULT_PARAM);
   heartbeat_.lock();

@@ -65,6 +65,17 @@ TEST_F(HostContextTest, InitWithoutArgumentsSucceeds) {
   EXPECT_NE(context_.getLoop(), nullptr);
 }
 
+TEST_F(HostContextTest, PositionsThatNobodyCallsAnswerZero) {
+  IContext& context = context_;
+  for (auto reserved :
+       {&IContext::reserved5, &IContext::reserved11, &IContext::reserved12, &IContext::reserved18,
+        &IContext::reserved21, &IContext::reserved22, &IContext::reserved23}) {
+    EXPECT_EQ((context.*reserved)(), 0);
+  }
+  context.init(0, 0);
+  EXPECT_EQ(context.getLoop()->reserved5(), 0);
+}
+
 TEST_F(HostContextTest, FailedInitSaysWhyInOneLineAndLeavesNothing) {
   PrintedText printed;
   EXPECT_EQ(init(context_, {"--colour"}), C_RESULT_PARAM);

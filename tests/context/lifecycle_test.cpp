@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "context/lifecycle/lifecycle.h"
 
+#include <errno.h>
+
 #include <functional>
 #include <map>
 #include <string>
@@ -184,6 +186,12 @@ TEST_F(LifecycleTest, DependenceIsToldWhileStepsAreTaken) {
   lifecycle_.registMasterObserver(&master_);
   lifecycle_.load();
   EXPECT_EQ(calls_[2], "recvDependence dns");
+}
+
+TEST_F(LifecycleTest, ProductIsNamedAfterTheProgram) {
+  HostProduct product(nullptr, {}, log_);
+  EXPECT_EQ(product.productName(), program_invocation_short_name);
+  EXPECT_EQ(product.productVersion(), "");
 }
 
 TEST_F(LifecycleTest, LoadInsideAStepIsRefused) {

@@ -29,10 +29,10 @@ class Timer final : public ITimer {
 
 class TimersTest : public LoopFixture {
  protected:
-  // Expiries within the time are those of timers that were set before this, for times up to it.
+  // Runs the loop for a time, and on until every timer that is due has been called.
   void runFor(int ms) {
     Timer end;
-    end.then = [this] { loop_.stop(); };
+    end.then = [this] { stopWhenIdle(); };
     EXPECT_EQ(timers_.set(ms, 0, 0, &end), C_RESULT_OK);
     loop_.run();
   }
@@ -81,7 +81,7 @@ TEST_F(TimersTest, ExpiriesWhileTheLoopIsHeldUpAreCounted) {
   };
   timers_.set(0, 0, 5, &timer_);
   loop_.run();
-  EXPECT_EQ(timer_.values[0], 1);
+  EXPECT_GE(timer_.values[0], 1);
   EXPECT_GE(timer_.values[1], 3);
 }
 
@@ -112,11 +112,15 @@ TEST_F(TimersTest, TimerMayDisarmItself) {
 
 TEST_F(TimersTest, TimerMayArmItselfAnew) {
   timer_.then = [this] {
-    if (timer_.values.size() < 3) timers_.set(1, 0, 0, &timer_);
+    if (timer_.values.size() < 3) {
+      timers_.set(1, 0, 0, &timer_);
+    } else {
+      loop_.stop();
+    }
   };
   timers_.set(1, 0, 0, &timer_);
-  runFor(50);
-  EXPECT_EQ(timer_.values.size(), 3U);
+  loop_.run();
+  EXPECT_EQ(timer_.values, (std::vector<int>{1, 1, 1}));
 }
 
 // Both expire before the loop looks, and whichever is called first disarms the other one.

@@ -45,6 +45,11 @@ std::string RecordingIterator::name() {
   return names_.at(current_);
 }
 
+int RecordingCfm::getAttr(int node, void* out) {
+  attribute_places.push_back(out);
+  return calls_.record("cfm.getAttr", node, out);
+}
+
 int RecordingCfm::registObserver(int id, ICfmObserver* observer) {
   registered.push_back({id, observer});
   return calls_.record("cfm.registObserver", id, observer);
@@ -90,5 +95,6 @@ int RecordingCfm::setValue(std::string fullname, std::string value, int option) 
 }
 
 int RecordingCfm::registDataProvider(int id, IDyncDataProvider* provider) {
+  providers.push_back(provider);
   return calls_.record("cfm.registDataProvider", id, provider);
 }

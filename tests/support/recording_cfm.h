@@ -73,10 +73,12 @@ class RecordingCfm : public ICfm {
 
   std::vector<Registration> registered;
   std::vector<Registration> unregistered;
+  std::vector<IDyncDataProvider*> providers;  // of each registDataProvider(), in order
+  std::vector<void*> attribute_places;        // of each getAttr(), in order
   std::vector<std::unique_ptr<RecordingNode>> nodes_on_loan;
   std::vector<std::unique_ptr<RecordingIterator>> iterators_on_loan;
 
-  int getAttr(int node, void* out) override { return calls_.record("cfm.getAttr", node, out); }
+  int getAttr(int node, void* out) override;
   int reserved4() override { return calls_.record("cfm.reserved4"); }
   int setAttr(int node, int value) override { return calls_.record("cfm.setAttr", node, value); }
   int reserved6() override { return calls_.record("cfm.reserved6"); }

@@ -3,6 +3,7 @@
 // be entered at its positions.
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -101,6 +102,63 @@ TEST_F(FunctionPositionsTest, Values) {
                                     "ICfmNode 3 ()", "ICfm 10 ()", "ICfm 17 (A.B, new, 3)"}));
 }
 
+int tick() {
+  return 13;
+}
+
+TEST_F(FunctionPositionsTest, Timer) {
+  EXPECT_EQ(c_context_set_timer(1, 2, tick), 200);
+  EXPECT_EQ(enterTimer3(lastAdapter(), 7), 13);
+  EXPECT_EQ(takeEntered(), Entered({"IContext 20 (1, 0, 2, adapter)"}));
+}
+
+TEST_F(FunctionPositionsTest, Processes) {
+  char format[] = "b";
+  c_system_call("a");
+  EXPECT_EQ(c_system_call2(format), 160);
+  EXPECT_EQ(c_popen_call(format), 170);
+  EXPECT_EQ(takeEntered(), Entered({"IContext 15 (a)", "IContext 16 (b)", "IContext 17 (b)"}));
+}
+
+TEST_F(FunctionPositionsTest, Log) {
+  c_log_record("module", 3, "text");
+  EXPECT_EQ(takeEntered(), Entered({"IContext 6 ()", "ILog 3 (module, 3, text)"}));
+}
+
+TEST_F(FunctionPositionsTest, Attributes) {
+  int out = 0;
+  EXPECT_EQ(c_cfm_set_attr(1, 2), 50);
+  EXPECT_EQ(c_cfm_get_attr(1, &out), 30);
+  EXPECT_EQ(lastAdapter(), &out);
+  EXPECT_EQ(takeEntered(),
+            Entered({"IContext 7 ()", "ICfm 5 (1, 2)", "IContext 7 ()", "ICfm 3 (1, adapter)"}));
+}
+
+void answer(int id, const char* instance, const char* leaf, void* /*user*/, void* handle) {
+  std::string text = std::to_string(id) + ' ' + instance + ' ' + leaf;
+  c_cfm_data_provider_set(handle, "str", text.data());
+}
+
+TEST_F(FunctionPositionsTest, DataProvider) {
+  c_cfm_data_provider_regist(5, answer, nullptr);
+  EXPECT_EQ(enterDyncDataProvider1(lastAdapter(), 5, "A.1.", "leaf"), "5 A.1. leaf");
+  EXPECT_EQ(takeEntered(), Entered({"IContext 7 ()", "ICfm 18 (5, adapter)"}));
+}
+
+int visit(int /*id*/, char* name, void* /*userdata*/, c_pass_fn3 /*pass_fn3*/, c_pass_fn4 /*pass_fn4*/,
+          void* arg) {
+  *static_cast<std::string*>(arg) += name;
+  return 0;
+}
+
+TEST_F(FunctionPositionsTest, Instances) {
+  std::string seen;
+  EXPECT_EQ(c_cfm_lookup_instance(5, visit, nullptr, nullptr, &seen), 0);
+  EXPECT_EQ(seen, "A.1.");
+  EXPECT_EQ(takeEntered(), Entered({"IContext 7 ()", "ICfm 14 (5)", "ICfmIterator 6 ()", "ICfmIterator 3 ()",
+                                    "ICfm 15 ()"}));
+}
+
 // What the entries of the table have been called with.
 std::string g_module_entered;
 
@@ -139,24 +197,37 @@ int dependence(const char* name) {
   return 27;
 }
 
-TEST_F(FunctionPositionsTest, ModuleOperations) {
-  ModuleCallbacks table = {load, start, config, run, unconfig, unload, dependence};
-  void* module = c_module_regist(&table);
+// Enters every operation of a participant that has been made from the table of these entries.
+void expectOperations(void* participant) {
   const std::vector<std::pair<int, std::string>> expected = {
       {21, "load"}, {22, "start"},  {23, "config name 9"},  {24, "run"}, {25, "unconfig name 9"},
       {0, ""},      {26, "unload"}, {27, "dependence name"}};
   for (int position = 3; position <= 10; ++position) {
     g_module_entered.clear();
     const auto& [result, entered] = expected[static_cast<std::size_t>(position - 3)];
-    EXPECT_EQ(enterBootContext(module, position), result) << position;
+    EXPECT_EQ(enterBootContext(participant, position), result) << position;
     EXPECT_EQ(g_module_entered, entered) << position;
   }
+}
+
+TEST_F(FunctionPositionsTest, ModuleOperations) {
+  ModuleCallbacks table = {load, start, config, run, unconfig, unload, dependence};
+  void* module = c_module_regist(&table);
+  expectOperations(module);
   c_module_unregist(module);
 }
 
 TEST_F(FunctionPositionsTest, ModuleDestructor) {
   c_module_unregist(newModule());
   EXPECT_EQ(takeEntered(), Entered({"IModule 1 ()"}));
+}
+
+TEST_F(FunctionPositionsTest, MasterObserver) {
+  ModuleCallbacks table = {load, start, config, run, unconfig, unload, dependence};
+  EXPECT_EQ(c_context_regist_master_observer(&table), 190);
+  expectOperations(lastAdapter());
+  c_context_notify_depends("net");
+  EXPECT_EQ(takeEntered(), Entered({"IContext 19 (adapter)", "IContext 24 (net)"}));
 }
 
 }  // namespace

@@ -22,4 +22,6 @@ void* getInstance(void* context) {
   return c_module_regist(&callbacks);
 }
 
-void relInstance(void* module) { c_module_unregist(module); }
+void relInstance(void* module) {
+  c_module_unregist(module);
+}

@@ -1,6 +1,12 @@
 # What `cmake --install` puts where, in components that become packages: runtime, development, host.
 include(CMakePackageConfigHelpers)
 
+# Each package carries the licence where Debian looks for it.
+function(install_licence component package)
+  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package}
+    COMPONENT ${component} RENAME copyright)
+endfunction()
+
 set(public_headers
   binding/context.h
   binding/dll_mgr.h
@@ -19,6 +25,8 @@ install(TARGETS cpp2c EXPORT cpp2cTargets
     NAMELINK_COMPONENT development
   INCLUDES DESTINATION ${header_dir}
 )
+install_licence(runtime libcpp2c1)
+install_licence(development libcpp2c-dev)
 install(FILES framework/inc/include_c context/include/cpp2c_host.h DESTINATION ${header_dir} COMPONENT development)
 foreach(header IN LISTS public_headers)
   cmake_path(GET header PARENT_PATH folder)
@@ -48,4 +56,12 @@ if(CPP2C_CONTEXT)
   configure_file(packaging/cpp2c-host.in cpp2c-host @ONLY)
   install(PROGRAMS ${PROJECT_BINARY_DIR}/cpp2c-host DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
   install(TARGETS context_proxy LIBRARY DESTINATION ${host_libdir} COMPONENT host)
+
+  install_licence(host cpp2c-host)
+
+  set(example_dir ${host_libdir}/examples)
+  install(TARGETS hello linkwatch gateway gateway_report RUNTIME DESTINATION ${example_dir} COMPONENT host)
+  install(TARGETS gateway_linkwatch gateway_traffic gateway_address
+    LIBRARY DESTINATION ${example_dir} COMPONENT host)
+  install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT host USE_SOURCE_PERMISSIONS)
 endif()

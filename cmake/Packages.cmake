@@ -2,7 +2,7 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME cpp2c)
 set(CPACK_PACKAGE_VENDOR "The libcpp2c authors")
-set(CPACK_PACKAGE_CONTACT "The libcpp2c authors <maintainers@localhost>")
+set(CPACK_PACKAGE_CONTACT "The libcpp2c authors <maintainers@libcpp2c.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Plain C access to an object-oriented service framework")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

@@ -35,6 +35,12 @@ expect_file libcpp2c-dev 'lib/pkgconfig/cpp2c\.pc'
 expect_file libcpp2c-dev 'lib/cmake/cpp2c/cpp2cConfig\.cmake'
 expect_file cpp2c-host bin/cpp2c-host
 expect_file cpp2c-host 'lib/cpp2c/libcontext_proxy\.so'
+expect_file cpp2c-host lib/cpp2c/examples/gateway
+expect_file cpp2c-host lib/cpp2c/examples/libtraffic.so
+expect_file cpp2c-host share/doc/cpp2c/examples/hello/hello.c
+for name in libcpp2c1 libcpp2c-dev cpp2c-host; do
+  expect_file $name share/doc/$name/copyright
+done
 expect_dependency libcpp2c1 libstdc++6
 expect_dependency libcpp2c-dev "libcpp2c1 (= "
 expect_dependency cpp2c-host "libcpp2c1 (= "

@@ -33,10 +33,10 @@ class AbandonedTest : public testing::Test {
   ~AbandonedTest() override { watched_heap::on_delete = nullptr; }
 
   void regist(const RuntimeLibrary& library) {
-    CPP2C_FUNCTION(library, c_context_init)(0, 0);
-    CPP2C_FUNCTION(library, c_cfm_regist_observer)(5, observe, nullptr);
-    CPP2C_FUNCTION(library, c_event_regist_observer)("link", receive, nullptr);
-    CPP2C_FUNCTION(library, c_loop_add_fd)(7, 1, ready, nullptr);
+    library.context_init(0, 0);
+    library.cfm_regist_observer(5, observe, nullptr);
+    library.event_regist_observer("link", receive, nullptr);
+    library.loop_add_fd(7, 1, ready, nullptr);
     g_adapters = {proxy.context.cfm.registered.at(0).observer, proxy.context.event.registered.at(0).observer,
                   proxy.context.loop.handlers.at(0)};
     watched_heap::on_delete = forgetAdapter;
@@ -58,7 +58,7 @@ TEST_F(AbandonedTest, TeardownDeletesTheAdapters) {
   RuntimeLibrary library;
   ASSERT_TRUE(library);
   regist(library);
-  CPP2C_FUNCTION(library, c_context_deinit)();
+  library.context_deinit();
   EXPECT_TRUE(g_adapters.empty());
 }
 
@@ -75,18 +75,18 @@ TEST_F(AbandonedTest, LibraryOpenedAgainStartsAfresh) {
   RuntimeLibrary library;
   ASSERT_TRUE(library);
   regist(library);
-  CPP2C_FUNCTION(library, c_dbc_add_userdata)(5, "x", &place);
+  library.dbc_add_userdata(5, "x", &place);
   library.close();
   proxy.calls.take();
 
   RuntimeLibrary again;
   ASSERT_TRUE(again);
-  EXPECT_EQ(CPP2C_FUNCTION(again, c_cfm_get_regist_observer_callback)(5), nullptr);
+  EXPECT_EQ(again.cfm_get_regist_observer_callback(5), nullptr);
   EXPECT_EQ(proxy.calls.take(), Calls({"getInstance(null)", "context.getCfm()"}));
-  EXPECT_EQ(CPP2C_FUNCTION(again, c_dbc_get_userdata)(5, "x"), nullptr);
-  CPP2C_FUNCTION(again, c_dbc_create)();
-  EXPECT_EQ(CPP2C_FUNCTION(again, c_dbc_get_userdata)(5, "x"), nullptr);
-  CPP2C_FUNCTION(again, c_context_deinit)();
+  EXPECT_EQ(again.dbc_get_userdata(5, "x"), nullptr);
+  again.dbc_create();
+  EXPECT_EQ(again.dbc_get_userdata(5, "x"), nullptr);
+  again.context_deinit();
 }
 
 }  // namespace

@@ -22,9 +22,24 @@ class RuntimeLibrary : public OpenedLibrary {
     }
     return false;
   }
-};
 
-// The function `name` of `library`, with the type that the header gives it.
-#define CPP2C_FUNCTION(library, name) (*(library).find<decltype(name)>(#name))
+  // Its functions, without the prefix that all of them have.
+  decltype(::c_cfm_get_regist_observer_callback)* cfm_get_regist_observer_callback =
+      find<decltype(::c_cfm_get_regist_observer_callback)>("c_cfm_get_regist_observer_callback");
+  decltype(::c_cfm_regist_observer)* cfm_regist_observer =
+      find<decltype(::c_cfm_regist_observer)>("c_cfm_regist_observer");
+  decltype(::c_context_deinit)* context_deinit = find<decltype(::c_context_deinit)>("c_context_deinit");
+  decltype(::c_context_init)* context_init = find<decltype(::c_context_init)>("c_context_init");
+  decltype(::c_dbc_add_userdata)* dbc_add_userdata =
+      find<decltype(::c_dbc_add_userdata)>("c_dbc_add_userdata");
+  decltype(::c_dbc_create)* dbc_create = find<decltype(::c_dbc_create)>("c_dbc_create");
+  decltype(::c_dbc_get_userdata)* dbc_get_userdata =
+      find<decltype(::c_dbc_get_userdata)>("c_dbc_get_userdata");
+  decltype(::c_event_regist_observer)* event_regist_observer =
+      find<decltype(::c_event_regist_observer)>("c_event_regist_observer");
+  decltype(::c_loop_add_fd)* loop_add_fd = find<decltype(::c_loop_add_fd)>("c_loop_add_fd");
+  decltype(::c_module_regist)* module_regist = find<decltype(::c_module_regist)>("c_module_regist");
+  decltype(::c_module_unregist)* module_unregist = find<decltype(::c_module_unregist)>("c_module_unregist");
+};
 
 #endif

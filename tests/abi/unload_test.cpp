@@ -19,13 +19,13 @@ void ready(void* /*user*/, short /*events*/, int /*value*/) {}
 
 // Uses every kind of state that the library keeps.
 void use(const RuntimeLibrary& library) {
-  CPP2C_FUNCTION(library, c_context_init)(0, 0);
-  CPP2C_FUNCTION(library, c_cfm_regist_observer)(5, observe, nullptr);
-  CPP2C_FUNCTION(library, c_event_regist_observer)("link", receive, nullptr);
-  CPP2C_FUNCTION(library, c_loop_add_fd)(7, 1, ready, nullptr);
-  CPP2C_FUNCTION(library, c_dbc_add_userdata)(5, "x", nullptr);
-  void* module = CPP2C_FUNCTION(library, c_module_regist)(nullptr);
-  CPP2C_FUNCTION(library, c_module_unregist)(module);
+  library.context_init(0, 0);
+  library.cfm_regist_observer(5, observe, nullptr);
+  library.event_regist_observer("link", receive, nullptr);
+  library.loop_add_fd(7, 1, ready, nullptr);
+  library.dbc_add_userdata(5, "x", nullptr);
+  void* module = library.module_regist(nullptr);
+  library.module_unregist(module);
 }
 
 class UnloadTest : public testing::Test {
@@ -38,7 +38,7 @@ TEST_F(UnloadTest, ClosedLibraryLeavesTheProcess) {
   RuntimeLibrary library;
   ASSERT_TRUE(library);
   use(library);
-  CPP2C_FUNCTION(library, c_context_deinit)();
+  library.context_deinit();
   ASSERT_TRUE(RuntimeLibrary::isMapped());
   library.close();
   EXPECT_FALSE(RuntimeLibrary::isMapped());
@@ -63,7 +63,7 @@ TEST_F(UnloadTest, LibraryCanBeUsedAgainAndAgain) {
     RuntimeLibrary library;
     ASSERT_TRUE(library);
     use(library);
-    CPP2C_FUNCTION(library, c_context_deinit)();
+    library.context_deinit();
   }
   EXPECT_FALSE(RuntimeLibrary::isMapped());
 }

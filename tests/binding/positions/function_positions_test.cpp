@@ -113,10 +113,10 @@ TEST_F(FunctionPositionsTest, Timer) {
 }
 
 TEST_F(FunctionPositionsTest, Processes) {
-  char format[] = "b";
+  char format[] = "%s";
   c_system_call("a");
-  EXPECT_EQ(c_system_call2(format), 160);
-  EXPECT_EQ(c_popen_call(format), 170);
+  EXPECT_EQ(c_system_call2(format, "b"), 160);
+  EXPECT_EQ(c_popen_call(format, "b"), 170);
   EXPECT_EQ(takeEntered(), Entered({"IContext 15 (a)", "IContext 16 (b)", "IContext 17 (b)"}));
 }
 

@@ -18,6 +18,7 @@
 #include "context/one_line.h"
 #include "context/options/options.h"
 #include "context/process/processes.h"
+#include "context/registration/call_history.h"
 #include "context/start_error.h"
 #include "context/timer/timers.h"
 #include "include_c"
@@ -47,22 +48,26 @@ struct HostContext::Services {
   Services(IContext* context, const Options& options, Configuration configuration)
       : log(options.log_level, options.log_file),
         processes(log),
-        config(Tree(std::move(configuration.objects))),
-        events(program_invocation_short_name),
         heartbeat(log, configuration.heartbeat_limit),
+        registry(heartbeat),
+        history(registry),
+        config(Tree(std::move(configuration.objects)), registry),
+        events(program_invocation_short_name, registry),
         event_base(log),
-        loop(event_base, heartbeat),
-        timers(event_base, heartbeat),
-        lifecycle(context, std::move(configuration.modules), log) {
+        loop(event_base, registry),
+        timers(event_base, registry),
+        lifecycle(context, std::move(configuration.modules), log, registry) {
     log.debugSwitch(options.debug);
     loop.callWhenStopped([this] { lifecycle.unload(); });
   }
 
   LogService log;
   Processes processes;
+  Heartbeat heartbeat;
+  Registry registry;
+  CallHistory history;
   ConfigService config;
   EventService events;
-  Heartbeat heartbeat;
   EventBase event_base;
   EventLoop loop;
   Timers timers;

@@ -8,12 +8,14 @@
 #include <utility>
 #include <vector>
 
+#include "context/registration/registry.h"
+
 // Who observes what, in order of registration. Observers are neither owned nor touched outside notify().
 template <typename Topic, typename Observer>
 class ObserverList {
  public:
-  void add(Topic topic, Observer* observer) {
-    entries_.emplace(next_serial_++, Entry{std::move(topic), observer});
+  void add(Topic topic, Observer* observer, Registration registration) {
+    entries_.emplace(next_serial_++, Entry{std::move(topic), observer, std::move(registration)});
   }
 
   // Takes out the oldest entry of this observer for this topic. Returns whether there was one.
@@ -32,7 +34,9 @@ class ObserverList {
   void notify(const Topic& topic, Tell tell) const {
     for (const Serial serial : serialsOf(topic)) {
       auto entry = entries_.find(serial);
-      if (entry != entries_.end()) tell(*entry->second.observer);
+      if (entry == entries_.end()) continue;
+      Observer& observer = *entry->second.observer;
+      entry->second.registration.call([&] { return tell(observer); });
     }
   }
 
@@ -42,6 +46,7 @@ class ObserverList {
   struct Entry {
     Topic topic;
     Observer* observer;
+    Registration registration;
   };
 
   std::vector<Serial> serialsOf(const Topic& topic) const {

@@ -18,7 +18,7 @@ bool isOption(int option) {
 
 }  // namespace
 
-ConfigService::ConfigService(Tree tree) : tree_(std::move(tree)) {}
+ConfigService::ConfigService(Tree tree, Registry& registry) : tree_(std::move(tree)), registry_(registry) {}
 
 int ConfigService::getAttr(int number, void* out) {
   if (out == nullptr) return C_RESULT_PARAM;
@@ -37,8 +37,9 @@ int ConfigService::setAttr(int number, int value) {
 
 int ConfigService::registObserver(int number, ICfmObserver* observer) {
   if (observer == nullptr) return C_RESULT_PARAM;
-  if (tree_.find(number) == nullptr) return C_RESULT_NOT_FOUND;
-  observers_.add(number, observer);
+  const Object* object = tree_.find(number);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  observers_.add(number, observer, registry_.add(Kind::kChange, object->name, calleeOf(*observer)));
   return C_RESULT_OK;
 }
 
@@ -48,8 +49,9 @@ int ConfigService::unregistObserver(int number, ICfmObserver* observer) {
 
 int ConfigService::registDataProvider(int number, IDyncDataProvider* provider) {
   if (provider == nullptr) return C_RESULT_PARAM;
-  if (tree_.find(number) == nullptr) return C_RESULT_NOT_FOUND;
-  providers_[number] = provider;
+  const Object* object = tree_.find(number);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  providers_[number] = {provider, registry_.add(Kind::kProvider, object->name, calleeOf(*provider))};
   return C_RESULT_OK;
 }
 
@@ -81,7 +83,9 @@ std::string ConfigService::read(const std::string& fullname) {
   const Tree::Place place = tree_.find(fullname).value();
   auto provider = providers_.find(place.object->number);
   if (!place.leaf->computed || place.values == nullptr || provider == providers_.end()) return place.value();
-  return provider->second->dataGet(place.object->number, place.instance, place.leaf_name);
+  return provider->second.registration.call([&, source = provider->second.provider] {
+    return source->dataGet(place.object->number, place.instance, place.leaf_name);
+  });
 }
 
 int ConfigService::setValue(std::string fullname, std::string value, int option) {
@@ -126,6 +130,6 @@ int ConfigService::save(int scope) {
 }
 
 void ConfigService::notify(int number, const std::string& instance, int operation, const std::string& leaf) {
-  observers_.notify(number,
-                    [&](ICfmObserver& observer) { observer.update(number, instance, operation, leaf); });
+  observers_.notify(
+      number, [&](ICfmObserver& observer) { return observer.update(number, instance, operation, leaf); });
 }

@@ -16,7 +16,7 @@
 // and providers may call every operation. Numbers are those of objects.
 class ConfigService final : public ICfm {
  public:
-  explicit ConfigService(Tree tree);
+  ConfigService(Tree tree, Registry& registry);
 
   int getAttr(int number, void* out) override;  // a 32-bit word
   int setAttr(int number, int value) override;
@@ -46,9 +46,15 @@ class ConfigService final : public ICfm {
   int write(const Tree::Place& place, const std::string& value);
   void notify(int number, const std::string& instance, int operation, const std::string& leaf);
 
+  struct Provider {
+    IDyncDataProvider* provider;
+    Registration registration;
+  };
+
   Tree tree_;
+  Registry& registry_;
   ObserverList<int, ICfmObserver> observers_;
-  std::map<int, IDyncDataProvider*> providers_;
+  std::map<int, Provider> providers_;
   Loans<ICfmNode> nodes_;
   Loans<ICfmIterator> iterators_;
 };

@@ -6,11 +6,12 @@
 #include "binding/handlers.h"
 #include "include_c"
 
-EventService::EventService(std::string source) : source_(std::move(source)) {}
+EventService::EventService(std::string source, Registry& registry)
+    : source_(std::move(source)), registry_(registry) {}
 
 int EventService::registObserver(std::string event, IEventObserver* observer) {
   if (observer == nullptr) return C_RESULT_PARAM;
-  observers_.add(std::move(event), observer);
+  observers_.add(event, observer, registry_.add(Kind::kEvent, event, calleeOf(*observer)));
   return C_RESULT_OK;
 }
 
@@ -20,6 +21,6 @@ int EventService::unregistObserver(std::string event, IEventObserver* observer) 
 
 int EventService::notify(std::string event, std::string data, int flags) {
   if (flags != 0) return C_RESULT_PARAM;
-  observers_.notify(event, [&](IEventObserver& observer) { observer.update(event, data, source_); });
+  observers_.notify(event, [&](IEventObserver& observer) { return observer.update(event, data, source_); });
   return C_RESULT_OK;
 }

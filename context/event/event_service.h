@@ -12,7 +12,7 @@
 class EventService final : public IEvent {
  public:
   // `source` is what observers are told about where an event comes from.
-  explicit EventService(std::string source);
+  EventService(std::string source, Registry& registry);
 
   int registObserver(std::string event, IEventObserver* observer) override;
   int unregistObserver(std::string event, IEventObserver* observer) override;
@@ -20,6 +20,7 @@ class EventService final : public IEvent {
 
  private:
   const std::string source_;
+  Registry& registry_;
   ObserverList<std::string, IEventObserver> observers_;
 };
 

@@ -3,27 +3,32 @@
 #define CPP2C_CONTEXT_HEARTBEAT_HEARTBEAT_H
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 #include "binding/context.h"
 
-// Reports each callback that holds the loop longer than a limit. While it is locked, time stands still.
+// Reports each callback that holds the loop longer than a limit. The time in which it is locked does not
+// count.
 class Heartbeat final : public IHeartbeat {
  public:
   using TimePoint = std::chrono::steady_clock::time_point;
+
+  struct Reading {
+    TimePoint time;
+    TimePoint::duration locked;  // all the time spent locked so far
+    int locks;                   // that are held
+  };
 
   Heartbeat(ILog& log, std::chrono::milliseconds limit, TimePoint (*now)() = std::chrono::steady_clock::now);
 
   int lock() override;
   int unlock() override;
 
-  // Makes one call and measures it. `what` says for the report whose callback it is.
-  template <typename Call>
-  void measure(const std::string& what, Call call) {
-    const TimePoint start = unlockedTime();
-    call();
-    check(what, unlockedTime() - start);
-  }
+  Reading read() const;
+
+  // Reports the callback that ran from one reading to the other if that was too long.
+  void check(const Reading& before, const Reading& after, const std::function<std::string()>& callback);
 
   int reserved3() override { return 0; }
   int reserved4() override { return 0; }
@@ -33,13 +38,10 @@ class Heartbeat final : public IHeartbeat {
   int reserved8() override { return 0; }
 
  private:
-  TimePoint unlockedTime() const;  // now, but for all the time spent locked
-  void check(const std::string& what, TimePoint::duration held);
-
   ILog& log_;
   const std::chrono::milliseconds limit_;
   TimePoint (*const now_)();
-  int depth_ = 0;
+  int locks_ = 0;
   TimePoint locked_at_;
   TimePoint::duration locked_time_{0};
 };

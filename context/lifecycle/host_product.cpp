@@ -11,8 +11,8 @@
 #include "binding/context.h"
 #include "context/include/cpp2c_host.h"
 
-HostProduct::HostProduct(IContext* owner, std::vector<std::string> names, ILog& log)
-    : IProductConfig(owner), names_(std::move(names)), log_(log) {
+HostProduct::HostProduct(IContext* owner, std::vector<std::string> names, ILog& log, Registry& registry)
+    : IProductConfig(owner), names_(std::move(names)), log_(log), registry_(registry) {
   // They stay where they are, in the order of the names: modules are called in the order of the addresses.
   participants_.reserve(names_.size());
 }
@@ -67,7 +67,7 @@ void HostProduct::logFailure(const std::string& name) {
 void HostProduct::putParticipantsBefore(const std::vector<IModule*>& opened) {
   std::map<IModule*, DllMgr*> before;
   for (std::size_t i = 0; i < opened.size(); i++) {
-    participants_.emplace_back(names_[i], opened[i], log_);
+    participants_.emplace_back(names_[i], opened[i], log_, registry_);
     before.emplace(&participants_[i], modules[opened[i]]);
   }
   modules = std::move(before);

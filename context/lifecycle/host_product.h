@@ -13,12 +13,15 @@ class ILog;
 // The module libraries that the configuration and the command line name.
 class HostProduct final : public IProductConfig {
  public:
-  HostProduct(IContext* owner, std::vector<std::string> names, ILog& log);
+  HostProduct(IContext* owner, std::vector<std::string> names, ILog& log, Registry& registry);
 
   // Opens every library, unless they are open. Logs the first that yields no module, closes the others and
   // returns a negative code. They stay open as long as this object: what they have registered may still be
   // called after the last step.
   int open();
+
+  // One before each module, in the order of the names. None before open().
+  const std::vector<Participant>& participants() const { return participants_; }
 
   std::string productName() override;
   void listLibraries() override;
@@ -31,8 +34,9 @@ class HostProduct final : public IProductConfig {
 
   const std::vector<std::string> names_;
   ILog& log_;
-  std::string next_;                       // the one that listLibraries() gives
-  std::vector<Participant> participants_;  // one before each module
+  Registry& registry_;
+  std::string next_;  // the one that listLibraries() gives
+  std::vector<Participant> participants_;
 };
 
 #endif

@@ -7,31 +7,35 @@
 namespace {
 
 struct Step {
+  State state;  // once it has been taken
   int (*take)(IBootContext& boot, const char* configuration);
   void (*takeBack)(IBootContext& boot);
 };
 
 constexpr Step kSteps[] = {
-    {[](IBootContext& boot, const char*) { return boot.onLoad(); },  //
+    {State::kLoaded,  //
+     [](IBootContext& boot, const char*) { return boot.onLoad(); },
      [](IBootContext& boot) { boot.onUnload(); }},
-    {[](IBootContext& boot, const char*) { return boot.onStart(); },  //
+    {State::kStarted,  //
+     [](IBootContext& boot, const char*) { return boot.onStart(); },
      [](IBootContext& boot) { boot.onStop(); }},
-    {[](IBootContext& boot, const char* configuration) { return boot.onConfig(configuration, 0); },
+    {State::kConfigured,
+     [](IBootContext& boot, const char* configuration) { return boot.onConfig(configuration, 0); },
      // Everybody takes back "master", a product too, which has been configured under another name.
      [](IBootContext& boot) { boot.onUnconfig("master", 0); }},
-    {[](IBootContext& boot, const char*) { return boot.onRun(); },  //
-     [](IBootContext&) {}},
+    {State::kRunning,  //
+     [](IBootContext& boot, const char*) { return boot.onRun(); }, [](IBootContext&) {}},
 };
 
 }  // namespace
 
-Lifecycle::Lifecycle(IContext* context, std::vector<std::string> modules, ILog& log)
-    : log_(log), product_(context, std::move(modules), log) {}
+Lifecycle::Lifecycle(IContext* context, std::vector<std::string> modules, ILog& log, Registry& registry)
+    : log_(log), registry_(registry), product_(context, std::move(modules), log, registry) {}
 
 int Lifecycle::registMasterObserver(IBootContext* observer) {
   if (observer == nullptr || loaded_) return C_RESULT_PARAM;
   if (master_observer_) return C_RESULT_REDUNDANT;
-  master_observer_.emplace("the master observer", observer, log_);
+  master_observer_.emplace("the master observer", observer, log_, registry_);
   return C_RESULT_OK;
 }
 
@@ -56,6 +60,7 @@ int Lifecycle::takeSteps() {
       const int result = step.take(*member.boot, member.configuration);
       if (result != C_RESULT_OK) return result;
     }
+    state_ = step.state;
   }
   return C_RESULT_OK;
 }
@@ -67,6 +72,7 @@ void Lifecycle::unload() {
     for (auto member = all.rbegin(); member != all.rend(); ++member) step->takeBack(*member->boot);
   }
   loaded_ = false;
+  state_ = State::kIdle;
 }
 
 void Lifecycle::notifyDepends(const std::string& name) {

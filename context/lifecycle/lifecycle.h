@@ -17,7 +17,7 @@ class ILog;
 // They are touched only inside the operations here: the master observer may be deleted before this.
 class Lifecycle {
  public:
-  Lifecycle(IContext* context, std::vector<std::string> modules, ILog& log);
+  Lifecycle(IContext* context, std::vector<std::string> modules, ILog& log, Registry& registry);
 
   // There is one master observer, and it comes before load().
   int registMasterObserver(IBootContext* observer);
@@ -32,6 +32,9 @@ class Lifecycle {
   // Tells every participant that is loaded.
   void notifyDepends(const std::string& name);
 
+  const std::vector<Participant>& modules() const { return product_.participants(); }
+  State state() const { return state_; }  // the step that everybody has taken last
+
  private:
   struct Member {
     IBootContext* boot;
@@ -42,9 +45,11 @@ class Lifecycle {
   int takeSteps();
 
   ILog& log_;
+  Registry& registry_;
   HostProduct product_;
   std::optional<Participant> master_observer_;
   bool loaded_ = false;
+  State state_ = State::kIdle;
 };
 
 #endif

@@ -2,9 +2,12 @@
 #ifndef CPP2C_CONTEXT_LIFECYCLE_PARTICIPANT_H
 #define CPP2C_CONTEXT_LIFECYCLE_PARTICIPANT_H
 
+#include <map>
 #include <string>
 
 #include "boot/module.h"
+#include "context/lifecycle/state.h"
+#include "context/registration/registry.h"
 
 class ILog;
 
@@ -14,7 +17,12 @@ class ILog;
 // What it stands before is touched only when a step is passed on.
 class Participant final : public IModule {
  public:
-  Participant(std::string name, IBootContext* boot, ILog& log);
+  Participant(std::string name, IBootContext* boot, ILog& log, Registry& registry);
+  Participant(Participant&&) = default;
+  Participant(const Participant&) = delete;
+
+  const std::string& name() const { return name_; }
+  State state() const { return state_; }
 
   int onLoad() override;
   int onStart() override;
@@ -26,18 +34,19 @@ class Participant final : public IModule {
   int recvDependence(std::string name) override;  // passed on between loading and unloading
 
  private:
-  enum State { kIdle, kLoaded, kStarted, kConfigured, kRunning };
-
-  template <typename Call>
-  int advanceTo(State state, const char* operation, Call call);
-  template <typename Call>
-  int fallBackTo(State state, const char* operation, Call call);
+  template <typename Function>
+  int advanceTo(State state, const char* operation, Function function);
+  template <typename Function>
+  int fallBackTo(State state, const char* operation, Function function);
+  template <typename Function>
+  int call(const char* operation, Function function);
   int check(const char* operation, int result);
 
   const std::string name_;
   IBootContext* const boot_;
   ILog& log_;
-  State state_ = kIdle;
+  std::map<std::string, Registration> steps_;  // by operation; none where a C module has no function
+  State state_ = State::kIdle;
 };
 
 #endif

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "binding/handlers.h"
-#include "context/heartbeat/heartbeat.h"
 #include "context/include/cpp2c_host.h"
 #include "include_c"
 
@@ -29,7 +28,7 @@ bool isMask(int events) {
 
 }  // namespace
 
-EventLoop::EventLoop(EventBase& base, Heartbeat& heartbeat) : base_(base), heartbeat_(heartbeat) {}
+EventLoop::EventLoop(EventBase& base, Registry& registry) : base_(base), registry_(registry) {}
 
 int EventLoop::addFd(int fd, int events, ILoopData* handler) {
   if (fd < 0 || !isMask(events) || handler == nullptr) return C_RESULT_PARAM;
@@ -40,7 +39,8 @@ int EventLoop::addFd(int fd, int events, ILoopData* handler) {
   EventPtr event(event_new(base_.get(), fd, mask, onReady, this));
   if (event == nullptr) return C_RESULT_NO_MEMORY;
   if (event_add(event.get(), nullptr) != 0) return C_RESULT_SYSTEM_CALL;
-  watches_.emplace(fd, Watch{std::move(event), handler, once});
+  watches_.emplace(fd, Watch{std::move(event), handler, once,
+                             registry_.add(Kind::kFd, std::to_string(fd), calleeOf(*handler))});
   return C_RESULT_OK;
 }
 
@@ -51,11 +51,16 @@ int EventLoop::delFd(int fd) {
 void EventLoop::onReady(evutil_socket_t fd, short events, void* self) {
   auto& loop = *static_cast<EventLoop*>(self);
   auto watch = loop.watches_.find(fd);
-  ILoopData* handler = watch->second.handler;
-  if (watch->second.once) loop.watches_.erase(watch);
-
-  const auto ready = static_cast<short>(events & kReadiness);
-  loop.heartbeat_.measure("descriptor " + std::to_string(fd), [&] { handler->handler(ready, fd); });
+  const auto call = [handler = watch->second.handler, fd, events] {
+    return handler->handler(static_cast<short>(events & kReadiness), fd);
+  };
+  if (!watch->second.once) {
+    watch->second.registration.call(call);
+    return;
+  }
+  const Watch last = std::move(watch->second);
+  loop.watches_.erase(watch);
+  last.registration.call(call);
 }
 
 void EventLoop::onSignal(evutil_socket_t /*signal*/, short /*events*/, void* self) {

@@ -8,14 +8,13 @@
 
 #include "binding/context.h"
 #include "context/loop/event_base.h"
-
-class Heartbeat;
+#include "context/registration/registry.h"
 
 // Watches descriptors and calls their handlers. A handler may add and delete any watch, its own too, and is
 // touched only to be called.
 class EventLoop final : public ILoop {
  public:
-  EventLoop(EventBase& base, Heartbeat& heartbeat);
+  EventLoop(EventBase& base, Registry& registry);
 
   // `events` is a mask of c_loop_event. A descriptor that is watched already is watched anew.
   int addFd(int fd, int events, ILoopData* handler) override;
@@ -33,6 +32,7 @@ class EventLoop final : public ILoop {
     EventPtr event;
     ILoopData* handler;
     bool once;
+    Registration registration;
   };
 
   static void onReady(evutil_socket_t fd, short events, void* self);
@@ -40,7 +40,7 @@ class EventLoop final : public ILoop {
   EventPtr stopOn(int signal);
 
   EventBase& base_;
-  Heartbeat& heartbeat_;
+  Registry& registry_;
   std::map<int, Watch> watches_;
   std::function<void()> when_stopped_ = [] {};
   bool running_ = false;

@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <string>
 #include <utility>
 
 #include "binding/handlers.h"
-#include "context/heartbeat/heartbeat.h"
 #include "include_c"
 
 namespace {
@@ -24,12 +24,19 @@ timespec firstTimeOf(int ms) {
   return ms > 0 ? timeOf(ms) : timespec{0, 1};
 }
 
+// What the timer is set to, for whoever looks at the registrations.
+std::string keyOf(int first, int period) {
+  const std::string once = "after " + std::to_string(first) + " ms";
+  return period == 0 ? once : once + ", every " + std::to_string(period) + " ms";
+}
+
 }  // namespace
 
 // One timer on a descriptor of its own: the kernel keeps the time and counts the expiries.
 class Timers::Armed {
  public:
-  Armed(Timers& timers, ITimer* timer, bool once) : timers_(timers), timer_(timer), once_(once) {}
+  Armed(Timers& timers, ITimer* timer, bool once, Registration registration)
+      : timers_(timers), timer_(timer), once_(once), registration_(std::move(registration)) {}
   ~Armed();
   Armed(const Armed&) = delete;
   Armed& operator=(const Armed&) = delete;
@@ -44,6 +51,7 @@ class Timers::Armed {
   Timers& timers_;
   ITimer* const timer_;
   const bool once_;
+  Registration registration_;
   int fd_ = -1;
   EventPtr event_;
 };
@@ -77,12 +85,17 @@ void Timers::Armed::expire() {
 
   // The call may arm the timer anew or disarm it, so this object is done with before it.
   ITimer* const timer = timer_;
-  Heartbeat& heartbeat = timers_.heartbeat_;
-  if (once_) timers_.armed_.erase(timer);
-  heartbeat.measure("a timer", [timer, count] { timer->timeArrive(count); });
+  const auto call = [timer, count] { return timer->timeArrive(count); };
+  if (!once_) {
+    registration_.call(call);
+    return;
+  }
+  const Registration last = std::move(registration_);
+  timers_.armed_.erase(timer);
+  last.call(call);
 }
 
-Timers::Timers(EventBase& base, Heartbeat& heartbeat) : base_(base), heartbeat_(heartbeat) {}
+Timers::Timers(EventBase& base, Registry& registry) : base_(base), registry_(registry) {}
 
 Timers::~Timers() = default;
 
@@ -91,7 +104,8 @@ int Timers::set(int first, int zero, int period, ITimer* timer) {
 
   armed_.erase(timer);
   if (first < 0) return C_RESULT_OK;
-  auto armed = std::make_unique<Armed>(*this, timer, period == 0);
+  auto armed = std::make_unique<Armed>(*this, timer, period == 0,
+                                       registry_.add(Kind::kTimer, keyOf(first, period), calleeOf(*timer)));
   if (!armed->start(first, period)) return C_RESULT_SYSTEM_CALL;
   armed_.emplace(timer, std::move(armed));
   return C_RESULT_OK;

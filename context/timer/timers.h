@@ -6,14 +6,14 @@
 #include <memory>
 
 #include "context/loop/event_base.h"
+#include "context/registration/registry.h"
 
-class Heartbeat;
 class ITimer;
 
 // Timers on the loop. A timer is touched only when it expires, and may then be armed anew or disarmed.
 class Timers {
  public:
-  Timers(EventBase& base, Heartbeat& heartbeat);
+  Timers(EventBase& base, Registry& registry);
   ~Timers();
 
   // Arms the timer, anew if it is armed. Times are in milliseconds: `first` to the first expiry, negative to
@@ -25,7 +25,7 @@ class Timers {
   class Armed;
 
   EventBase& base_;
-  Heartbeat& heartbeat_;
+  Registry& registry_;
   std::map<ITimer*, std::unique_ptr<Armed>> armed_;
 };
 

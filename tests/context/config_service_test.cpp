@@ -12,6 +12,7 @@
 #include "context/config/configuration.h"
 #include "context/include/cpp2c_host.h"
 #include "include_c"
+#include "tests/context/quiet_registry.h"
 
 namespace {
 
@@ -85,7 +86,8 @@ class ConfigServiceTest : public testing::Test {
     return names;
   }
 
-  ConfigService config_{Tree(parseConfiguration(kTree, "test").objects)};
+  QuietRegistry registry_;
+  ConfigService config_{Tree(parseConfiguration(kTree, "test").objects), registry_};
   Observer observer_;
 };
 

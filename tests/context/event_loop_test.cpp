@@ -261,7 +261,8 @@ TEST(EventLoopHeartbeatTest, SlowHandlerIsReportedWithItsDescriptor) {
   RecordingLog log;
   Heartbeat heartbeat(log, std::chrono::milliseconds(10), [] { return now; });
   EventBase base(log);
-  EventLoop loop(base, heartbeat);
+  Registry registry(heartbeat);
+  EventLoop loop(base, registry);
   const Pipe pipe;
   Handler slow([&](short, int) {
     now += std::chrono::milliseconds(25);
@@ -271,7 +272,7 @@ TEST(EventLoopHeartbeatTest, SlowHandlerIsReportedWithItsDescriptor) {
   loop.addFd(pipe.reading(), C_LOOP_READ, &slow);
   loop.run();
   EXPECT_EQ(log.records,
-            std::vector<std::string>{"4 heartbeat: the callback of descriptor " +
+            std::vector<std::string>{"4 heartbeat: the callback Handler of fd " +
                                      std::to_string(pipe.reading()) + " held the loop for 25 ms"});
 }
 

@@ -9,6 +9,7 @@
 
 #include "binding/handlers.h"
 #include "include_c"
+#include "tests/context/quiet_registry.h"
 
 namespace {
 
@@ -33,7 +34,8 @@ class Observer final : public IEventObserver {
 
 class EventServiceTest : public testing::Test {
  protected:
-  EventService events_{"program"};
+  QuietRegistry registry_;
+  EventService events_{"program", registry_};
   Told told_;
   Observer a_{"a", told_};
   Observer b_{"b", told_};

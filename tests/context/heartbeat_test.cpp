@@ -24,7 +24,9 @@ void pass(int ms) {
 class HeartbeatTest : public testing::Test {
  protected:
   void measure(void (*call)(Heartbeat&)) {
-    heartbeat_.measure("descriptor 7", [&] { call(heartbeat_); });
+    const Heartbeat::Reading before = heartbeat_.read();
+    call(heartbeat_);
+    heartbeat_.check(before, heartbeat_.read(), [] { return "read_line of fd 7"; });
   }
 
   RecordingLog log_;
@@ -33,7 +35,7 @@ class HeartbeatTest : public testing::Test {
 
 TEST_F(HeartbeatTest, CallbackBeyondTheLimitIsReported) {
   measure([](Heartbeat&) { pass(101); });
-  EXPECT_EQ(log_.records, Records{"4 heartbeat: the callback of descriptor 7 held the loop for 101 ms"});
+  EXPECT_EQ(log_.records, Records{"4 heartbeat: the callback read_line of fd 7 held the loop for 101 ms"});
 }
 
 TEST_F(HeartbeatTest, CallbackAtTheLimitIsNotReported) {
@@ -60,7 +62,7 @@ TEST_F(HeartbeatTest, TimeBesideTheLockCounts) {
     heartbeat.unlock();
     pass(60);
   });
-  EXPECT_EQ(log_.records, Records{"4 heartbeat: the callback of descriptor 7 held the loop for 120 ms"});
+  EXPECT_EQ(log_.records, Records{"4 heartbeat: the callback read_line of fd 7 held the loop for 120 ms"});
 }
 
 TEST_F(HeartbeatTest, LocksNest) {
@@ -92,7 +94,7 @@ TEST_F(HeartbeatTest, LockFromBeforeEndsInside) {
     heartbeat.unlock();
     pass(101);
   });
-  EXPECT_EQ(log_.records, Records{"4 heartbeat: the callback of descriptor 7 held the loop for 101 ms"});
+  EXPECT_EQ(log_.records, Records{"4 heartbeat: the callback read_line of fd 7 held the loop for 101 ms"});
 }
 
 TEST_F(HeartbeatTest, PositionsThatNobodyCallsAnswerZero) {

@@ -12,6 +12,7 @@
 
 #include "boot/boot_context.h"
 #include "include_c"
+#include "tests/context/quiet_registry.h"
 #include "tests/context/recording_log.h"
 
 namespace {
@@ -53,7 +54,8 @@ class Participant final : public IBootContext {
 class LifecycleTest : public testing::Test {
  protected:
   RecordingLog log_;
-  Lifecycle lifecycle_{nullptr, {}, log_};
+  QuietRegistry registry_;
+  Lifecycle lifecycle_{nullptr, {}, log_, registry_};
   Calls calls_;
   Participant master_{"", calls_};
 };
@@ -189,7 +191,7 @@ TEST_F(LifecycleTest, DependenceIsToldWhileStepsAreTaken) {
 }
 
 TEST_F(LifecycleTest, ProductIsNamedAfterTheProgram) {
-  HostProduct product(nullptr, {}, log_);
+  HostProduct product(nullptr, {}, log_, registry_);
   EXPECT_EQ(product.productName(), program_invocation_short_name);
   EXPECT_EQ(product.productVersion(), "");
 }

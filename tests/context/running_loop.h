@@ -72,8 +72,9 @@ class LoopFixture : public testing::Test {
 
   RecordingLog log_;
   Heartbeat heartbeat_{log_, std::chrono::hours(1)};
+  Registry registry_{heartbeat_};
   EventBase base_{log_};
-  EventLoop loop_{base_, heartbeat_};
+  EventLoop loop_{base_, registry_};
 
  private:
   Pipe wake_;

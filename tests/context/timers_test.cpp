@@ -37,7 +37,7 @@ class TimersTest : public LoopFixture {
     loop_.run();
   }
 
-  Timers timers_{base_, heartbeat_};
+  Timers timers_{base_, registry_};
   Timer timer_;
 };
 
@@ -169,8 +169,9 @@ TEST(TimersHeartbeatTest, SlowTimerIsReported) {
   RecordingLog log;
   Heartbeat heartbeat(log, std::chrono::milliseconds(10), [] { return now; });
   EventBase base(log);
-  EventLoop loop(base, heartbeat);
-  Timers timers(base, heartbeat);
+  Registry registry(heartbeat);
+  EventLoop loop(base, registry);
+  Timers timers(base, registry);
   Timer slow;
   slow.then = [&] {
     now += std::chrono::milliseconds(25);
@@ -179,7 +180,8 @@ TEST(TimersHeartbeatTest, SlowTimerIsReported) {
   timers.set(0, 0, 0, &slow);
   loop.run();
   EXPECT_EQ(log.records,
-            std::vector<std::string>{"4 heartbeat: the callback of a timer held the loop for 25 ms"});
+            std::vector<std::string>{"4 heartbeat: the callback (anonymous namespace)::Timer of timer after "
+                                     "0 ms held the loop for 25 ms"});
 }
 
 }  // namespace

@@ -22,7 +22,11 @@ __attribute__((noinline)) void staticFunction() {
 TEST(SymbolTest, StaticFunctionHasNameFileAndLine) {
   const Symbol& symbol = symbolAt(reinterpret_cast<const void*>(staticFunction));
   EXPECT_EQ(symbol.name, "(anonymous namespace)::staticFunction()");
-  EXPECT_EQ(symbol.location, "symbol_test.cpp:" + std::to_string(kLineOfStaticFunction));
+  // Compilers that optimise count its first statement as its beginning.
+  const std::string file = "symbol_test.cpp:";
+  ASSERT_EQ(symbol.location.rfind(file, 0), 0U) << symbol.location;
+  const int line = std::stoi(symbol.location.substr(file.size()));
+  EXPECT_TRUE(line == kLineOfStaticFunction || line == kLineOfStaticFunction + 1) << line;
   EXPECT_NE(symbol.library.find("host_context_test"), std::string::npos);
 }
 

@@ -9,6 +9,7 @@
 
 #include "context/config/config_service.h"
 #include "context/config/configuration.h"
+#include "context/control/control.h"
 #include "context/event/event_service.h"
 #include "context/heartbeat/heartbeat.h"
 #include "context/lifecycle/lifecycle.h"
@@ -59,6 +60,9 @@ struct HostContext::Services {
         lifecycle(context, std::move(configuration.modules), log, registry) {
     log.debugSwitch(options.debug);
     loop.callWhenStopped([this] { lifecycle.unload(); });
+    if (options.control.empty()) return;
+    control = std::make_unique<Control>(Controlled{config, events, log, lifecycle, registry, history, loop},
+                                        event_base, options.control);
   }
 
   LogService log;
@@ -72,6 +76,7 @@ struct HostContext::Services {
   EventLoop loop;
   Timers timers;
   Lifecycle lifecycle;
+  std::unique_ptr<Control> control;  // null: not asked for
 };
 
 HostContext::HostContext() = default;

@@ -59,7 +59,7 @@ ICfmNode* ConfigService::getNode(std::string fullname) {
   auto place = tree_.find(fullname);
   if (!place) return nullptr;
   return nodes_.lend(
-      std::make_unique<ConfigNode>(place->leaf->type->name, [this, fullname] { return read(fullname); }));
+      std::make_unique<ConfigNode>(place->leaf->type->name, [this, fullname] { return value(fullname); }));
 }
 
 int ConfigService::releaseNode(ICfmNode* node) {
@@ -79,13 +79,18 @@ int ConfigService::releaseIterator(ICfmIterator* iterator) {
 }
 
 // The leaf is found again, even if its instance has gone meanwhile: objects and their leaves stay.
-std::string ConfigService::read(const std::string& fullname) {
+std::string ConfigService::value(const std::string& fullname) {
   const Tree::Place place = tree_.find(fullname).value();
   auto provider = providers_.find(place.object->number);
   if (!place.leaf->computed || place.values == nullptr || provider == providers_.end()) return place.value();
   return provider->second.registration.call([&, source = provider->second.provider] {
     return source->dataGet(place.object->number, place.instance, place.leaf_name);
   });
+}
+
+const Leaf* ConfigService::findLeaf(const std::string& fullname) {
+  const auto place = tree_.find(fullname);
+  return place ? place->leaf : nullptr;
 }
 
 int ConfigService::setValue(std::string fullname, std::string value, int option) {
@@ -104,7 +109,7 @@ int ConfigService::setValue(std::string fullname, std::string value, int option)
 int ConfigService::write(const Tree::Place& place, const std::string& value) {
   if (place.value() == value) return C_RESULT_OK;
   (*place.values)[place.leaf_name] = value;
-  notify(place.object->number, place.instance, C_CFM_CHANGED, place.leaf_name);
+  notify(*place.object, place.instance, C_CFM_CHANGED, place.leaf_name);
   return C_RESULT_OK;
 }
 
@@ -112,7 +117,7 @@ int ConfigService::addInstance(const std::string& instance) {
   Object* object = tree_.ownerOf(instance);
   if (object == nullptr) return C_RESULT_NOT_FOUND;
   if (!object->instances.emplace(instance, Values()).second) return C_RESULT_REDUNDANT;
-  notify(object->number, instance, C_CFM_ADDED, "");
+  notify(*object, instance, C_CFM_ADDED, "");
   return C_RESULT_OK;
 }
 
@@ -121,7 +126,7 @@ int ConfigService::deleteInstance(const std::string& instance) {
   if (object == nullptr) return C_RESULT_NOT_FOUND;
   if (!object->dynamic) return C_RESULT_PARAM;
   if (object->instances.erase(instance) == 0) return C_RESULT_NOT_FOUND;
-  notify(object->number, instance, C_CFM_DELETED, "");
+  notify(*object, instance, C_CFM_DELETED, "");
   return C_RESULT_OK;
 }
 
@@ -129,7 +134,10 @@ int ConfigService::save(int scope) {
   return scope == 1 ? C_RESULT_OK : C_RESULT_PARAM;
 }
 
-void ConfigService::notify(int number, const std::string& instance, int operation, const std::string& leaf) {
-  observers_.notify(
-      number, [&](ICfmObserver& observer) { return observer.update(number, instance, operation, leaf); });
+void ConfigService::notify(const Object& object, const std::string& instance, int operation,
+                           const std::string& leaf) {
+  on_change_({object, instance, operation, leaf});
+  observers_.notify(object.number, [&](ICfmObserver& observer) {
+    return observer.update(object.number, instance, operation, leaf);
+  });
 }

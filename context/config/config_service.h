@@ -2,8 +2,10 @@
 #ifndef CPP2C_CONTEXT_CONFIG_CONFIG_SERVICE_H
 #define CPP2C_CONTEXT_CONFIG_CONFIG_SERVICE_H
 
+#include <functional>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "binding/context.h"
 #include "context/config/config_node.h"
@@ -34,6 +36,19 @@ class ConfigService final : public ICfm {
   int deleteInstance(const std::string& instance);                             // likewise
   int save(int scope) override;  // 1, for everything, is the only scope
 
+  const Tree& tree() const { return tree_; }
+  const Leaf* findLeaf(const std::string& fullname);  // null if there is none
+  std::string value(const std::string& fullname);     // of a leaf that there is
+
+  // Has each change told, before its observers are.
+  struct Change {
+    const Object& object;
+    const std::string& instance;
+    int operation;            // a c_cfm_operation
+    const std::string& leaf;  // "", unless a leaf has changed
+  };
+  void onChange(std::function<void(const Change&)> tell) { on_change_ = std::move(tell); }
+
   int reserved4() override { return 0; }
   int reserved6() override { return 0; }
   int reserved11() override { return 0; }
@@ -42,9 +57,8 @@ class ConfigService final : public ICfm {
   int reserved16() override { return 0; }
 
  private:
-  std::string read(const std::string& fullname);
   int write(const Tree::Place& place, const std::string& value);
-  void notify(int number, const std::string& instance, int operation, const std::string& leaf);
+  void notify(const Object& object, const std::string& instance, int operation, const std::string& leaf);
 
   struct Provider {
     IDyncDataProvider* provider;
@@ -57,6 +71,7 @@ class ConfigService final : public ICfm {
   std::map<int, Provider> providers_;
   Loans<ICfmNode> nodes_;
   Loans<ICfmIterator> iterators_;
+  std::function<void(const Change&)> on_change_ = [](const Change&) {};
 };
 
 #endif

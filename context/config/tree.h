@@ -26,8 +26,9 @@ class Tree {
   // Numbers, names of objects and names of instances must all be different.
   explicit Tree(std::vector<Object> objects);
 
-  Object* find(int number);                                // null if there is none
-  std::optional<Place> find(const std::string& fullname);  // of a leaf
+  Object* find(int number);                                          // null if there is none
+  std::optional<Place> find(const std::string& fullname);            // of a leaf
+  const std::map<int, Object>& objects() const { return objects_; }  // by number
   Object* ownerOf(const std::string& instance);  // the object that has this instance or may; or null
 
  private:

@@ -21,6 +21,7 @@ int EventService::unregistObserver(std::string event, IEventObserver* observer) 
 
 int EventService::notify(std::string event, std::string data, int flags) {
   if (flags != 0) return C_RESULT_PARAM;
+  on_event_({event, data, source_});
   observers_.notify(event, [&](IEventObserver& observer) { return observer.update(event, data, source_); });
   return C_RESULT_OK;
 }

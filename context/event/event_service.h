@@ -2,7 +2,9 @@
 #ifndef CPP2C_CONTEXT_EVENT_EVENT_SERVICE_H
 #define CPP2C_CONTEXT_EVENT_EVENT_SERVICE_H
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "binding/context.h"
 #include "context/observer_list.h"
@@ -18,10 +20,19 @@ class EventService final : public IEvent {
   int unregistObserver(std::string event, IEventObserver* observer) override;
   int notify(std::string event, std::string data, int flags) override;  // `flags` must be 0
 
+  // Has each event told, before its observers are.
+  struct Event {
+    const std::string& name;
+    const std::string& data;
+    const std::string& source;
+  };
+  void onEvent(std::function<void(const Event&)> tell) { on_event_ = std::move(tell); }
+
  private:
   const std::string source_;
   Registry& registry_;
   ObserverList<std::string, IEventObserver> observers_;
+  std::function<void(const Event&)> on_event_ = [](const Event&) {};
 };
 
 #endif

@@ -62,5 +62,7 @@ int LogService::debugOut(const char* file, int line, const char* text) {
 
 void LogService::write(const char* level, const std::string& module, const char* text) {
   // Levels have been weighed already, and spdlog has no notice: it gets them all as one.
-  logger_->info(std::string(level) + ' ' + oneLine(module) + ": " + oneLine(text));
+  const Line line{level, oneLine(module), oneLine(text)};
+  logger_->info(line.level + (' ' + line.module) + ": " + line.text);
+  on_line_(line);
 }

@@ -2,8 +2,10 @@
 #ifndef CPP2C_CONTEXT_LOG_LOG_SERVICE_H
 #define CPP2C_CONTEXT_LOG_LOG_SERVICE_H
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "binding/context.h"
 
@@ -25,11 +27,20 @@ class LogService final : public ILog {
   int debugOut(const char* file, int line, const char* text);
   void debugSwitch(bool on) { debug_ = on; }
 
+  // Has each line told that is written.
+  struct Line {
+    const char* level;
+    std::string module;
+    std::string text;
+  };
+  void onLine(std::function<void(const Line&)> tell) { on_line_ = std::move(tell); }
+
  private:
   void write(const char* level, const std::string& module, const char* text);
 
   const int level_;
   bool debug_ = false;
+  std::function<void(const Line&)> on_line_ = [](const Line&) {};
   std::unique_ptr<spdlog::logger> logger_;
 };
 

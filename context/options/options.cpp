@@ -32,6 +32,7 @@ struct Option {
 constexpr Option kOptions[] = {
     {"--config", [](Options& options, const std::string& file) { options.config = file; }},
     {"--module", [](Options& options, const std::string& file) { options.modules.push_back(file); }},
+    {"--control", [](Options& options, const std::string& path) { options.control = path; }},
     {"--log-level", [](Options& options, const std::string& level) { options.log_level = levelOf(level); }},
     {"--log-file", [](Options& options, const std::string& file) { options.log_file = file; }},
     {"--debug", [](Options& options, const std::string&) { options.debug = true; }, false},

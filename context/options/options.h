@@ -11,6 +11,7 @@
 struct Options {
   std::string config;  // file; empty: none
   std::vector<std::string> modules;
+  std::string control;  // Unix socket; empty: none
   int log_level = C_LOG_INFO;
   std::string log_file;  // empty: standard error
   bool debug = false;

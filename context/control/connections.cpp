@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include "context/control/connections.h"
+
+#include <sys/socket.h>
+
+#include <algorithm>
+
+#include "context/start_error.h"
+#include "include_c"
+
+namespace {
+
+// More than the longest request: what comes behind one is read when that has been answered.
+constexpr std::size_t kMostUnread = 2 << 20;
+
+timeval timevalOf(std::chrono::milliseconds time) {
+  return {static_cast<time_t>(time.count() / 1000), static_cast<suseconds_t>(time.count() % 1000 * 1000)};
+}
+
+// The server takes its callbacks away from a connection that it has done with.
+bool isClosed(bufferevent* connection) {
+  void* argument = nullptr;
+  bufferevent_getcb(connection, nullptr, nullptr, nullptr, &argument);
+  return argument == nullptr;
+}
+
+}  // namespace
+
+Connections::Connections(EventBase& base, evconnlistener* listener, const Limits& limits)
+    : base_(base),
+      listener_(listener),
+      limits_(limits),
+      timer_(event_new(base.get(), -1, EV_PERSIST, onTime, this)) {
+  const timeval period = timevalOf(limits_.look_every);
+  if (timer_ == nullptr || event_add(timer_.get(), &period) != 0) {
+    throw StartError(C_RESULT_SYSTEM_CALL, "the control socket's clock cannot be made");
+  }
+}
+
+Connections::~Connections() {
+  for (const auto& [connection, deadline] : deadlines_) bufferevent_decref(connection);
+}
+
+std::size_t Connections::count() const {
+  return static_cast<std::size_t>(std::count_if(deadlines_.begin(), deadlines_.end(),
+                                                [](const auto& entry) { return !isClosed(entry.first); }));
+}
+
+bufferevent* Connections::accept() {
+  bufferevent* connection = bufferevent_socket_new(base_.get(), -1, BEV_OPT_CLOSE_ON_FREE);
+  if (connection == nullptr) return nullptr;
+  bufferevent_incref(connection);
+  bufferevent_setwatermark(connection, EV_READ, 0, kMostUnread);
+  deadlines_.emplace(connection, deadline());
+  if (deadlines_.size() >= limits_.count) evconnlistener_disable(listener_);
+  return connection;
+}
+
+void Connections::requestIn(bufferevent* connection) {
+  deadlines_[connection] = deadline();
+}
+
+void Connections::streamIn(bufferevent* connection) {
+  deadlines_[connection] = TimePoint::max();
+}
+
+void Connections::onTime(evutil_socket_t /*fd*/, short /*events*/, void* self) {
+  static_cast<Connections*>(self)->lookAtAll();
+}
+
+void Connections::lookAtAll() {
+  const TimePoint now = std::chrono::steady_clock::now();
+  for (auto entry = deadlines_.begin(); entry != deadlines_.end();) {
+    const auto [connection, deadline] = *entry;
+    if (isClosed(connection)) {
+      entry = deadlines_.erase(entry);
+      bufferevent_decref(connection);
+      continue;
+    }
+    // The server then sees the end of the input, and closes.
+    if (deadline < now) shutdown(bufferevent_getfd(connection), SHUT_RDWR);
+    ++entry;
+  }
+  if (deadlines_.size() < limits_.count) evconnlistener_enable(listener_);
+}

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "context/clock/clock.h"
 #include "context/config/config_service.h"
 #include "context/config/configuration.h"
 #include "context/control/control.h"
@@ -21,6 +22,7 @@
 #include "context/process/processes.h"
 #include "context/registration/call_history.h"
 #include "context/start_error.h"
+#include "context/timer/deadlines.h"
 #include "context/timer/timers.h"
 #include "include_c"
 
@@ -47,16 +49,18 @@ Configuration configurationFor(const Options& options) {
 // In the order in which they need one another.
 struct HostContext::Services {
   Services(IContext* context, const Options& options, Configuration configuration)
-      : log(options.log_level, options.log_file),
+      : clock(options.clock),
+        log(options.log_level, options.log_file, clock),
         processes(log),
         heartbeat(log, configuration.heartbeat_limit),
-        registry(heartbeat),
+        registry(heartbeat, [this] { return clock.wallTime(); }),
         history(registry),
         config(Tree(std::move(configuration.objects)), registry),
         events(program_invocation_short_name, registry),
         event_base(log),
         loop(event_base, registry),
-        timers(event_base, registry),
+        deadlines(event_base, clock),
+        timers(deadlines, clock, registry),
         lifecycle(context, std::move(configuration.modules), log, registry) {
     log.debugSwitch(options.debug);
     loop.callWhenStopped([this] { lifecycle.unload(); });
@@ -65,6 +69,7 @@ struct HostContext::Services {
                                         event_base, options.control);
   }
 
+  Clock clock;
   LogService log;
   Processes processes;
   Heartbeat heartbeat;
@@ -74,6 +79,7 @@ struct HostContext::Services {
   EventService events;
   EventBase event_base;
   EventLoop loop;
+  Deadlines deadlines;
   Timers timers;
   Lifecycle lifecycle;
   std::unique_ptr<Control> control;  // null: not asked for

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "context/clock/clock.h"
 #include "context/include/cpp2c_host.h"
 #include "context/log/log_level.h"
 #include "context/one_line.h"
@@ -39,8 +40,8 @@ spdlog::sink_ptr openSink(const std::string& file) {
 
 }  // namespace
 
-LogService::LogService(int level, const std::string& file)
-    : level_(level), logger_(std::make_unique<spdlog::logger>("", openSink(file))) {
+LogService::LogService(int level, const std::string& file, const Clock& clock)
+    : level_(level), clock_(clock), logger_(std::make_unique<spdlog::logger>("", openSink(file))) {
   logger_->set_pattern("%Y-%m-%d %H:%M:%S.%e %v");
   logger_->flush_on(spdlog::level::trace);
 }
@@ -63,6 +64,7 @@ int LogService::debugOut(const char* file, int line, const char* text) {
 void LogService::write(const char* level, const std::string& module, const char* text) {
   // Levels have been weighed already, and spdlog has no notice: it gets them all as one.
   const Line line{level, oneLine(module), oneLine(text)};
-  logger_->info(line.level + (' ' + line.module) + ": " + line.text);
+  logger_->log(clock_.wallTime(), {}, spdlog::level::info,
+               line.level + (' ' + line.module) + ": " + line.text);
   on_line_(line);
 }

@@ -12,13 +12,14 @@
 namespace spdlog {
 class logger;
 }
+class Clock;
 
-// Writes records and diagnostics, each as one line: time, level, module, text.
+// Writes records and diagnostics, each as one line: time by the clock, level, module, text.
 class LogService final : public ILog {
  public:
   // Shows records up to `level`. Appends to `file`, or writes to standard error if that is empty. Throws
   // StartError if the file cannot be opened.
-  LogService(int level, const std::string& file);
+  LogService(int level, const std::string& file, const Clock& clock);
   ~LogService() override;
 
   int record(std::string module, int level, const char* text) override;
@@ -39,6 +40,7 @@ class LogService final : public ILog {
   void write(const char* level, const std::string& module, const char* text);
 
   const int level_;
+  const Clock& clock_;
   bool debug_ = false;
   std::function<void(const Line&)> on_line_ = [](const Line&) {};
   std::unique_ptr<spdlog::logger> logger_;

@@ -11,6 +11,18 @@ namespace {
 // libevent has one message function for the whole process and gives it nothing of ours.
 ILog* g_log = nullptr;
 
+struct FreeConfig {
+  void operator()(event_config* config) const { event_config_free(config); }
+};
+
+// Timers by the microsecond, as the kernel has them.
+event_base* newBase() {
+  const std::unique_ptr<event_config, FreeConfig> config(event_config_new());
+  if (config == nullptr) return nullptr;
+  event_config_set_flag(config.get(), EVENT_BASE_FLAG_PRECISE_TIMER);
+  return event_base_new_with_config(config.get());
+}
+
 void logMessage(int severity, const char* text) {
   g_log->record("libevent", severity >= EVENT_LOG_WARN ? C_LOG_WARNING : C_LOG_DEBUG, text);
 }
@@ -20,8 +32,10 @@ void logMessage(int severity, const char* text) {
 EventBase::EventBase(ILog& log) {
   g_log = &log;
   event_set_log_callback(logMessage);
-  base_.reset(event_base_new());
-  if (base_ == nullptr) throw StartError(C_RESULT_SYSTEM_CALL, "the event loop cannot be made");
+  base_.reset(newBase());
+  if (base_ == nullptr || event_base_priority_init(base_.get(), kLastPriority + 1) != 0) {
+    throw StartError(C_RESULT_SYSTEM_CALL, "the event loop cannot be made");
+  }
 }
 
 EventBase::~EventBase() {

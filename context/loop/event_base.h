@@ -11,6 +11,10 @@ class ILog;
 // The one libevent loop. Everything that waits, waits here.
 class EventBase {
  public:
+  // The priority of an event that has its turn only when nothing else is ready. All others have the middle
+  // one.
+  static constexpr int kLastPriority = 2;
+
   // What libevent has to say goes to `log` from now on.
   explicit EventBase(ILog& log);
   ~EventBase();

@@ -23,6 +23,12 @@ int levelOf(const std::string& name) {
   return level->number;
 }
 
+Clock::Kind clockOf(const std::string& name) {
+  if (name == "real") return Clock::Kind::kReal;
+  if (name == "virtual") return Clock::Kind::kVirtual;
+  refuse('"' + name + "\" is not a clock: real, virtual");
+}
+
 struct Option {
   const char* name;
   void (*apply)(Options& options, const std::string& argument);
@@ -36,6 +42,7 @@ constexpr Option kOptions[] = {
     {"--log-level", [](Options& options, const std::string& level) { options.log_level = levelOf(level); }},
     {"--log-file", [](Options& options, const std::string& file) { options.log_file = file; }},
     {"--debug", [](Options& options, const std::string&) { options.debug = true; }, false},
+    {"--clock", [](Options& options, const std::string& clock) { options.clock = clockOf(clock); }},
 };
 
 const Option& findOption(const std::string& name) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "context/clock/clock.h"
 #include "context/include/cpp2c_host.h"
 
 // What the command line asks for.
@@ -15,6 +16,7 @@ struct Options {
   int log_level = C_LOG_INFO;
   std::string log_file;  // empty: standard error
   bool debug = false;
+  Clock::Kind clock = Clock::Kind::kReal;
 };
 
 // Reads the command line behind the program's name, up to "--". Throws StartError for the first mistake.

@@ -1,28 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "context/timer/timers.h"
 
-#include <sys/timerfd.h>
-#include <unistd.h>
-
 #include <algorithm>
+#include <chrono>
 #include <climits>
-#include <cstdint>
 #include <string>
 #include <utility>
 
 #include "binding/handlers.h"
 #include "include_c"
 
+using std::chrono::milliseconds;
+
 namespace {
-
-timespec timeOf(int ms) {
-  return {ms / 1000, (ms % 1000) * 1000000L};
-}
-
-// To the kernel, a first time of zero would mean to disarm.
-timespec firstTimeOf(int ms) {
-  return ms > 0 ? timeOf(ms) : timespec{0, 1};
-}
 
 // What the timer is set to, for whoever looks at the registrations.
 std::string keyOf(int first, int period) {
@@ -32,81 +22,50 @@ std::string keyOf(int first, int period) {
 
 }  // namespace
 
-// One timer on a descriptor of its own: the kernel keeps the time and counts the expiries.
-class Timers::Armed {
- public:
-  Armed(Timers& timers, ITimer* timer, bool once, Registration registration)
-      : timers_(timers), timer_(timer), once_(once), registration_(std::move(registration)) {}
-  ~Armed();
-  Armed(const Armed&) = delete;
-  Armed& operator=(const Armed&) = delete;
-
-  bool start(int first, int period);
-
- private:
-  static void onReadable(evutil_socket_t fd, short events, void* self);
-  int takeExpiries() const;
-  void expire();
-
-  Timers& timers_;
-  ITimer* const timer_;
-  const bool once_;
-  Registration registration_;
-  int fd_ = -1;
-  EventPtr event_;
-};
-
-Timers::Armed::~Armed() {
-  event_.reset();
-  if (fd_ >= 0) close(fd_);
-}
-
-bool Timers::Armed::start(int first, int period) {
-  fd_ = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK);
-  const itimerspec times{timeOf(period), firstTimeOf(first)};
-  if (fd_ < 0 || timerfd_settime(fd_, 0, &times, nullptr) != 0) return false;
-  event_.reset(event_new(timers_.base_.get(), fd_, EV_READ | EV_PERSIST, onReadable, this));
-  return event_ != nullptr && event_add(event_.get(), nullptr) == 0;
-}
-
-int Timers::Armed::takeExpiries() const {
-  std::uint64_t count = 0;
-  if (read(fd_, &count, sizeof count) != sizeof count) return 0;
-  return static_cast<int>(std::min<std::uint64_t>(count, INT_MAX));
-}
-
-void Timers::Armed::onReadable(evutil_socket_t /*fd*/, short /*events*/, void* self) {
-  static_cast<Armed*>(self)->expire();
-}
-
-void Timers::Armed::expire() {
-  const int count = takeExpiries();
-  if (count == 0) return;
-
-  // The call may arm the timer anew or disarm it, so this object is done with before it.
-  ITimer* const timer = timer_;
-  const auto call = [timer, count] { return timer->timeArrive(count); };
-  if (!once_) {
-    registration_.call(call);
-    return;
-  }
-  const Registration last = std::move(registration_);
-  timers_.armed_.erase(timer);
-  last.call(call);
-}
-
-Timers::Timers(EventBase& base, Registry& registry) : base_(base), registry_(registry) {}
-
-Timers::~Timers() = default;
+Timers::Timers(Deadlines& deadlines, const Clock& clock, Registry& registry)
+    : deadlines_(deadlines), clock_(clock), registry_(registry) {}
 
 int Timers::set(int first, int zero, int period, ITimer* timer) {
   if (zero != 0 || period < 0 || timer == nullptr) return C_RESULT_PARAM;
 
-  armed_.erase(timer);
+  disarm(timer);
   if (first < 0) return C_RESULT_OK;
-  auto armed = std::make_unique<Armed>(*this, timer, period == 0,
-                                       registry_.add(Kind::kTimer, keyOf(first, period), calleeOf(*timer)));
-  if (!armed->start(first, period)) return C_RESULT_SYSTEM_CALL;
-  armed_.emplace(timer, std::move(armed));
+  const Deadlines::Deadline next = deadlines_.in(milliseconds(first));
+  armed_.emplace(timer, Armed{next, milliseconds(period),
+                              registry_.add(Kind::kTimer, keyOf(first, period), calleeOf(*timer))});
+  arm(timer, next);
   return C_RESULT_OK;
+}
+
+void Timers::arm(ITimer* timer, const Deadlines::Deadline& next) {
+  deadlines_.add(next, [this, timer] { expire(timer); });
+}
+
+void Timers::disarm(ITimer* timer) {
+  auto armed = armed_.find(timer);
+  if (armed == armed_.end()) return;
+  deadlines_.remove(armed->second.next);
+  armed_.erase(armed);
+}
+
+// The next expiry comes from the one before, not from now, so that lateness does not add up.
+int Timers::countExpiries(Armed& armed) const {
+  Clock::TimePoint& next = armed.next.first;
+  const auto count = 1 + (clock_.now() - next) / armed.period;
+  next = clock_.later(next, count * armed.period);
+  return static_cast<int>(std::min<decltype(count)>(count, INT_MAX));
+}
+
+// The call may arm the timer anew or disarm it, so everything here is done before it.
+void Timers::expire(ITimer* timer) {
+  Armed& armed = armed_.at(timer);
+  if (armed.period == Clock::Duration::zero()) {
+    const Registration last = std::move(armed.registration);
+    armed_.erase(timer);
+    last.call([timer] { return timer->timeArrive(1); });
+    return;
+  }
+  const int count = countExpiries(armed);
+  arm(timer, armed.next);
+  armed.registration.call([timer, count] { return timer->timeArrive(count); });
 }

@@ -191,6 +191,29 @@ TEST_F(CContextTest, TimerExpiresAgainAndAgain) {
   EXPECT_GE(g_expiries, 2);
 }
 
+int stopAfterADay() {
+  if (++g_expiries == 86400) raise(SIGTERM);
+  return 0;
+}
+
+TEST_F(CContextTest, VirtualClockRunsThroughADay) {
+  g_expiries = 0;
+  initWith("{}", {"--clock", "virtual"});
+  c_log_record("day", C_LOG_INFO, "begins");
+  EXPECT_EQ(c_context_set_timer(1000, 1000, stopAfterADay), C_RESULT_OK);
+  EXPECT_EQ(c_loop_run(), C_RESULT_OK);
+  c_log_record("day", C_LOG_INFO, "ends");
+  EXPECT_EQ(g_expiries, 86400);
+  EXPECT_EQ(records(), (Records{"info day: begins", "info day: ends"}));
+}
+
+TEST_F(CContextTest, UnknownClockIsToldInOneLine) {
+  PrintedText printed;
+  EXPECT_EQ(init({"--clock", "slow"}), C_RESULT_PARAM);
+  EXPECT_EQ(printed.standardError(),
+            std::string(program_invocation_short_name) + ": \"slow\" is not a clock: real, virtual\n");
+}
+
 TEST_F(CContextTest, TimerMayBeDisarmed) {
   g_expiries = 0;
   initWith("{}");

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "context/clock/clock.h"
 #include "context/include/cpp2c_host.h"
 #include "include_c"
 #include "tests/context/start_error_text.h"
@@ -26,7 +27,8 @@ class LogServiceTest : public testing::Test {
   std::string written() const { return withoutTimes(folder_.read("log")); }
 
   TemporaryFolder folder_;
-  LogService log_{C_LOG_INFO, folder_.file("log")};
+  Clock clock_;
+  LogService log_{C_LOG_INFO, folder_.file("log"), clock_};
 };
 
 TEST_F(LogServiceTest, RecordHasTimeLevelModuleAndText) {
@@ -35,7 +37,7 @@ TEST_F(LogServiceTest, RecordHasTimeLevelModuleAndText) {
 }
 
 TEST_F(LogServiceTest, EveryLevelHasItsName) {
-  LogService all(C_LOG_DEBUG, folder_.file("log"));
+  LogService all(C_LOG_DEBUG, folder_.file("log"), clock_);
   for (int level = -1; level <= 8; level++) all.record("m", level, std::to_string(level).c_str());
   EXPECT_EQ(written(),
             "@critical m: -1\n@critical m: 0\n@critical m: 1\n@critical m: 2\n@error m: 3\n@warning m: 4\n"
@@ -48,7 +50,7 @@ TEST_F(LogServiceTest, LessUrgentRecordsAreNotShown) {
 }
 
 TEST_F(LogServiceTest, CriticalRecordsAreShownAtEveryLevel) {
-  LogService least(C_LOG_CRITICAL, folder_.file("log"));
+  LogService least(C_LOG_CRITICAL, folder_.file("log"), clock_);
   least.record("m", 0, "shown");
   least.record("m", C_LOG_ERROR, "not shown");
   EXPECT_EQ(written(), "@critical m: shown\n");
@@ -66,7 +68,7 @@ TEST_F(LogServiceTest, TextIsNoFormat) {
 
 TEST_F(LogServiceTest, FileIsAppendedTo) {
   log_.record("m", C_LOG_INFO, "old");
-  LogService(C_LOG_INFO, folder_.file("log")).record("m", C_LOG_INFO, "new");
+  LogService(C_LOG_INFO, folder_.file("log"), clock_).record("m", C_LOG_INFO, "new");
   EXPECT_EQ(written(), "@info m: old\n@info m: new\n");
 }
 
@@ -86,18 +88,18 @@ TEST_F(LogServiceTest, DiagnosticsAreShownWhenSwitchedOn) {
 }
 
 TEST_F(LogServiceTest, FolderOfTheFileIsMade) {
-  LogService(C_LOG_INFO, folder_.file("new/log")).record("m", C_LOG_INFO, "text");
+  LogService(C_LOG_INFO, folder_.file("new/log"), clock_).record("m", C_LOG_INFO, "text");
   EXPECT_EQ(withoutTimes(folder_.read("new/log")), "@info m: text\n");
 }
 
 TEST_F(LogServiceTest, FileThatCannotBeWrittenIsRefused) {
-  EXPECT_EQ(startErrorOf([this] { LogService(C_LOG_INFO, folder_.path()); }),
+  EXPECT_EQ(startErrorOf([this] { LogService(C_LOG_INFO, folder_.path(), clock_); }),
             "-1021 " + folder_.path() + ": cannot be written: Is a directory");
 }
 
 TEST(LogServiceOnStandardErrorTest, WithoutAFileStandardErrorIsWritten) {
   PrintedText printed;
-  LogService(C_LOG_INFO, "").record("m", C_LOG_INFO, "text");
+  LogService(C_LOG_INFO, "", Clock()).record("m", C_LOG_INFO, "text");
   EXPECT_EQ(withoutTimes(printed.standardError()), "@info m: text\n");
   EXPECT_EQ(printed.standardOutput(), "");
 }

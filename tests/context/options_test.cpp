@@ -35,6 +35,7 @@ TEST(OptionsTest, WithoutArgumentsEverythingHasItsDefault) {
   EXPECT_EQ(options.log_level, C_LOG_INFO);
   EXPECT_EQ(options.log_file, "");
   EXPECT_FALSE(options.debug);
+  EXPECT_EQ(options.clock, Clock::Kind::kReal);
 }
 
 TEST(OptionsTest, CountWithoutArgumentsIsNoArguments) {
@@ -47,12 +48,13 @@ TEST(OptionsTest, NameOfTheProgramIsNoOption) {
 }
 
 TEST(OptionsTest, EachOptionIsTaken) {
-  const Options options =
-      read({"--config", "c.json", "--log-level", "error", "--log-file", "l.txt", "--debug"});
+  const Options options = read(
+      {"--config", "c.json", "--log-level", "error", "--log-file", "l.txt", "--debug", "--clock", "virtual"});
   EXPECT_EQ(options.config, "c.json");
   EXPECT_EQ(options.log_level, C_LOG_ERROR);
   EXPECT_EQ(options.log_file, "l.txt");
   EXPECT_TRUE(options.debug);
+  EXPECT_EQ(options.clock, Clock::Kind::kVirtual);
 }
 
 TEST(OptionsTest, ModulesAddUpInTheirOrder) {
@@ -90,6 +92,15 @@ TEST(OptionsTest, MissingArgumentIsRefused) {
   EXPECT_EQ(mistakeIn({"--module"}), refusal("option \"--module\" needs an argument"));
   EXPECT_EQ(mistakeIn({"--log-level"}), refusal("option \"--log-level\" needs an argument"));
   EXPECT_EQ(mistakeIn({"--log-file"}), refusal("option \"--log-file\" needs an argument"));
+  EXPECT_EQ(mistakeIn({"--clock"}), refusal("option \"--clock\" needs an argument"));
+}
+
+TEST(OptionsTest, RealClockMayBeAskedForByName) {
+  EXPECT_EQ(read({"--clock", "virtual", "--clock", "real"}).clock, Clock::Kind::kReal);
+}
+
+TEST(OptionsTest, UnknownClockIsRefused) {
+  EXPECT_EQ(mistakeIn({"--clock", "slow"}), refusal("\"slow\" is not a clock: real, virtual"));
 }
 
 TEST(OptionsTest, BadLevelIsRefused) {

@@ -4,16 +4,18 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "context/include/cpp2c_host.h"
 #include "include_c"
 #include "tests/context/running_loop.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 class Timer final : public ITimer {
  public:
@@ -29,6 +31,8 @@ class Timer final : public ITimer {
 
 class TimersTest : public LoopFixture {
  protected:
+  explicit TimersTest(Clock::Kind kind = Clock::Kind::kReal) : clock_(kind) {}
+
   // Runs the loop for a time, and on until every timer that is due has been called.
   void runFor(int ms) {
     Timer end;
@@ -37,16 +41,18 @@ class TimersTest : public LoopFixture {
     loop_.run();
   }
 
-  Timers timers_{base_, registry_};
+  Clock clock_;
+  Deadlines deadlines_{base_, clock_};
+  Timers timers_{deadlines_, clock_, registry_};
   Timer timer_;
 };
 
 TEST_F(TimersTest, TimerExpiresAfterItsTime) {
-  const auto start = Clock::now();
+  const auto start = SteadyClock::now();
   timer_.then = [this] { loop_.stop(); };
   EXPECT_EQ(timers_.set(20, 0, 0, &timer_), C_RESULT_OK);
   loop_.run();
-  EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(20));
+  EXPECT_GE(SteadyClock::now() - start, std::chrono::milliseconds(20));
   EXPECT_EQ(timer_.values, std::vector<int>{1});
 }
 
@@ -74,8 +80,8 @@ TEST_F(TimersTest, WithPeriodItExpiresAgainAndAgain) {
 
 TEST_F(TimersTest, ExpiriesWhileTheLoopIsHeldUpAreCounted) {
   timer_.then = [this] {
-    const auto until = Clock::now() + std::chrono::milliseconds(20);
-    while (timer_.values.size() == 1 && Clock::now() < until) {
+    const auto until = SteadyClock::now() + std::chrono::milliseconds(20);
+    while (timer_.values.size() == 1 && SteadyClock::now() < until) {
     }
     if (timer_.values.size() == 2) loop_.stop();
   };
@@ -164,6 +170,120 @@ TEST_F(TimersTest, BadArgumentsLeaveTheTimerAsItIs) {
   EXPECT_EQ(timer_.values.size(), 1U);
 }
 
+TEST_F(TimersTest, TimersWithTheSameTimeAreCalledAsTheyWereArmed) {
+  std::vector<int> order;
+  Timer timers[3];
+  for (int i = 0; i < 3; i++) {
+    timers[i].then = [&order, i] { order.push_back(i); };
+    timers_.set(0, 0, 0, &timers[2 - i]);
+  }
+  runFor(1);
+  EXPECT_EQ(order, (std::vector<int>{2, 1, 0}));
+}
+
+TEST_F(TimersTest, WaitThatEndsEarlyIsTakenUpAgain) {
+  const auto start = SteadyClock::now();
+  bool early = false;
+  timer_.then = [&] {
+    early = SteadyClock::now() - start < std::chrono::milliseconds(5 * timer_.values.size());
+    if (early || timer_.values.size() == 5) loop_.stop();
+  };
+  timers_.set(5, 0, 5, &timer_);
+  loop_.run();
+  EXPECT_FALSE(early);
+}
+
+class VirtualTimersTest : public TimersTest {
+ protected:
+  VirtualTimersTest() : TimersTest(Clock::Kind::kVirtual) {}
+
+  // Milliseconds of virtual time since the test began.
+  long elapsed() const {
+    using std::chrono::milliseconds;
+    return static_cast<long>(std::chrono::duration_cast<milliseconds>(clock_.now() - start_).count());
+  }
+
+ private:
+  const Clock::TimePoint start_ = clock_.now();
+};
+
+TEST_F(VirtualTimersTest, DayOfSecondsIsComplete) {
+  constexpr int kDay = 24 * 60 * 60 * 1000;
+  timers_.set(1000, 0, 1000, &timer_);
+  runFor(kDay);
+  EXPECT_EQ(timer_.values, std::vector<int>(86400, 1));
+  EXPECT_EQ(elapsed(), kDay);
+}
+
+TEST_F(VirtualTimersTest, TwoTimersAreCalledInTheOrderOfTheirTimes) {
+  std::vector<std::pair<char, long>> calls;
+  Timer other;
+  timer_.then = [&] { calls.emplace_back('a', elapsed()); };
+  other.then = [&] { calls.emplace_back('b', elapsed()); };
+  timers_.set(300, 0, 300, &timer_);
+  timers_.set(200, 0, 200, &other);
+  runFor(1200);
+  const std::vector<std::pair<char, long>> expected = {{'b', 200},  {'a', 300}, {'b', 400}, {'a', 600},
+                                                       {'b', 600},  {'b', 800}, {'a', 900}, {'b', 1000},
+                                                       {'a', 1200}, {'b', 1200}};
+  EXPECT_EQ(calls, expected);
+}
+
+TEST_F(VirtualTimersTest, WhatIsReadyComesBeforeTimeMovesOn) {
+  const Pipe pipe;
+  std::vector<long> times;
+  Handler handler([&](short, int) {
+    pipe.take();
+    times.push_back(elapsed());
+    if (times.size() < 5) pipe.put();
+  });
+  std::size_t handled = 0;
+  timer_.then = [&] { handled = times.size(); };
+  timers_.set(1, 0, 0, &timer_);
+  loop_.addFd(pipe.reading(), C_LOOP_READ, &handler);
+  pipe.put();
+  runFor(2);
+  EXPECT_EQ(times, std::vector<long>(5, 0));
+  EXPECT_EQ(handled, 5U);
+}
+
+TEST_F(VirtualTimersTest, WhatATimerMakesReadyComesBeforeTheNextTimer) {
+  const Pipe pipe;
+  std::vector<std::string> order;
+  Handler handler([&](short, int) {
+    pipe.take();
+    order.emplace_back("descriptor");
+  });
+  Timer other;
+  timer_.then = [&] {
+    order.emplace_back("first");
+    pipe.put();
+  };
+  other.then = [&] { order.emplace_back("second"); };
+  loop_.addFd(pipe.reading(), C_LOOP_READ, &handler);
+  timers_.set(1, 0, 0, &timer_);
+  timers_.set(1, 0, 0, &other);
+  runFor(2);
+  EXPECT_EQ(order, (std::vector<std::string>{"first", "descriptor", "second"}));
+}
+
+TEST_F(VirtualTimersTest, TimeStandsStillInACallback) {
+  timer_.then = [&] {
+    const auto until = SteadyClock::now() + std::chrono::milliseconds(5);
+    while (SteadyClock::now() < until) {
+    }
+  };
+  timers_.set(1, 0, 1, &timer_);
+  runFor(3);
+  EXPECT_EQ(timer_.values, (std::vector<int>{1, 1, 1}));
+}
+
+TEST_F(VirtualTimersTest, WithoutTimersTheLoopWaitsForDescriptors) {
+  stopWhenIdle();
+  EXPECT_EQ(loop_.run(), C_RESULT_OK);
+  EXPECT_EQ(elapsed(), 0);
+}
+
 TEST(TimersHeartbeatTest, SlowTimerIsReported) {
   static Heartbeat::TimePoint now;
   RecordingLog log;
@@ -171,7 +291,9 @@ TEST(TimersHeartbeatTest, SlowTimerIsReported) {
   EventBase base(log);
   Registry registry(heartbeat);
   EventLoop loop(base, registry);
-  Timers timers(base, registry);
+  Clock clock;
+  Deadlines deadlines(base, clock);
+  Timers timers(deadlines, clock, registry);
   Timer slow;
   slow.then = [&] {
     now += std::chrono::milliseconds(25);

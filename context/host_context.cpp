@@ -12,6 +12,12 @@
 #include "context/config/configuration.h"
 #include "context/control/control.h"
 #include "context/event/event_service.h"
+#include "context/guard/guard.h"
+#include "context/guard/guarded_cfm.h"
+#include "context/guard/guarded_event.h"
+#include "context/guard/guarded_heartbeat.h"
+#include "context/guard/guarded_log.h"
+#include "context/guard/guarded_loop.h"
 #include "context/heartbeat/heartbeat.h"
 #include "context/lifecycle/lifecycle.h"
 #include "context/log/log_service.h"
@@ -28,7 +34,7 @@
 
 namespace {
 
-constexpr int kNotInit = C_RESULT_NOT_INIT;
+constexpr int kOk = C_RESULT_OK;
 
 // The word is a pointer that has come through the C interface.
 const char* const* pointerOf(std::uintptr_t word) {
@@ -42,6 +48,13 @@ Configuration configurationFor(const Options& options) {
   if (!options.config.empty()) configuration = readConfiguration(options.config);
   configuration.modules.insert(configuration.modules.end(), options.modules.begin(), options.modules.end());
   return configuration;
+}
+
+// Has a call to the services pass their guard. Before init() there are neither.
+template <typename Services, typename Call>
+auto enter(const std::unique_ptr<Services>& services, Operation operation, Call call) {
+  if (services == nullptr) return refusal<decltype(call(*services))>(C_RESULT_NOT_INIT);
+  return services->guard.enter(operation, [&] { return call(*services); });
 }
 
 }  // namespace
@@ -83,6 +96,14 @@ struct HostContext::Services {
   Timers timers;
   Lifecycle lifecycle;
   std::unique_ptr<Control> control;  // null: not asked for
+
+  // What is handed out in the services' place.
+  Guard guard;
+  GuardedLog guarded_log{guard, log};
+  GuardedCfm guarded_config{guard, config};
+  GuardedEvent guarded_events{guard, events};
+  GuardedHeartbeat guarded_heartbeat{guard, heartbeat};
+  GuardedLoop guarded_loop{guard, loop};
 };
 
 HostContext::HostContext() = default;
@@ -104,61 +125,69 @@ int HostContext::init(std::uintptr_t argc, std::uintptr_t argv) {
 }
 
 int HostContext::load() {
-  return services_ != nullptr ? services_->lifecycle.load() : kNotInit;
+  return enter(services_, Operation::kLoad, [](Services& host) { return host.lifecycle.load(); });
 }
 
 ILog* HostContext::getLog() {
-  return services_ != nullptr ? &services_->log : nullptr;
+  return enter(services_, Operation::kGetLog, [](Services& host) { return &host.guarded_log; });
 }
 
 ICfm* HostContext::getCfm() {
-  return services_ != nullptr ? &services_->config : nullptr;
+  return enter(services_, Operation::kGetCfm, [](Services& host) { return &host.guarded_config; });
 }
 
 IEvent* HostContext::getEvent() {
-  return services_ != nullptr ? &services_->events : nullptr;
+  return enter(services_, Operation::kGetEvent, [](Services& host) { return &host.guarded_events; });
 }
 
 IHeartbeat* HostContext::getHeartbeat() {
-  return services_ != nullptr ? &services_->heartbeat : nullptr;
+  return enter(services_, Operation::kGetHeartbeat, [](Services& host) { return &host.guarded_heartbeat; });
 }
 
 ILoop* HostContext::getLoop() {
-  return services_ != nullptr ? &services_->loop : nullptr;
+  return enter(services_, Operation::kGetLoop, [](Services& host) { return &host.guarded_loop; });
 }
 
 int HostContext::debugOut(const char* file, int line, const char* text) {
-  return services_ != nullptr ? services_->log.debugOut(file, line, text) : kNotInit;
+  return enter(services_, Operation::kDebugOut,
+               [&](Services& host) { return host.log.debugOut(file, line, text); });
 }
 
 int HostContext::debugSwitch(int value) {
-  if (services_ == nullptr) return kNotInit;
-  services_->log.debugSwitch(value != 0);
-  return C_RESULT_OK;
+  return enter(services_, Operation::kDebugSwitch, [&](Services& host) {
+    host.log.debugSwitch(value != 0);
+    return kOk;
+  });
 }
 
 int HostContext::systemCall(const char* command) {
-  return systemCall2(command);
+  return enter(services_, Operation::kSystemCall,
+               [&](Services& host) { return host.processes.run(command); });
 }
 
 int HostContext::systemCall2(const char* command) {
-  return services_ != nullptr ? services_->processes.run(command) : kNotInit;
+  return enter(services_, Operation::kSystemCall2,
+               [&](Services& host) { return host.processes.run(command); });
 }
 
 int HostContext::popenCall(const char* command) {
-  return services_ != nullptr ? services_->processes.runLogged(command) : kNotInit;
+  return enter(services_, Operation::kPopenCall,
+               [&](Services& host) { return host.processes.runLogged(command); });
 }
 
 int HostContext::registMasterObserver(IBootContext* observer) {
-  return services_ != nullptr ? services_->lifecycle.registMasterObserver(observer) : kNotInit;
+  return enter(services_, Operation::kRegistMasterObserver,
+               [&](Services& host) { return host.lifecycle.registMasterObserver(observer); });
 }
 
 int HostContext::setTimer(int first, int zero, int period, ITimer* timer) {
-  return services_ != nullptr ? services_->timers.set(first, zero, period, timer) : kNotInit;
+  return enter(services_, Operation::kSetTimer,
+               [&](Services& host) { return host.timers.set(first, zero, period, timer); });
 }
 
 int HostContext::notifyDepends(std::string name) {
-  if (services_ == nullptr) return kNotInit;
-  services_->lifecycle.notifyDepends(name);
-  return C_RESULT_OK;
+  return enter(services_, Operation::kNotifyDepends, [&](Services& host) {
+    host.lifecycle.notifyDepends(name);
+    return kOk;
+  });
 }

@@ -7,6 +7,8 @@
 
 #include "binding/context.h"
 
+struct HostServices;
+
 // The context on a Linux machine. Its services exist once init() has succeeded; before, there are none, and
 // every operation answers C_RESULT_NOT_INIT.
 //
@@ -45,9 +47,7 @@ class HostContext final : public IContext {
   int reserved23() override { return 0; }
 
  private:
-  struct Services;
-
-  std::unique_ptr<Services> services_;
+  std::unique_ptr<HostServices> services_;
 };
 
 #endif

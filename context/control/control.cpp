@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "context/control/control.h"
 
+#include "context/clock/clock.h"
 #include "context/control/wall_time.h"
 #include "context/loop/event_loop.h"
 
@@ -17,7 +18,7 @@ void stopLoop(evutil_socket_t /*fd*/, short /*events*/, void* loop) {
 
 Control::Control(const Controlled& controlled, EventBase& base, const std::string& path)
     : controlled_(controlled),
-      started_(std::chrono::system_clock::now()),
+      started_(controlled.clock.wallTime()),
       stop_(evtimer_new(base.get(), stopLoop, &controlled.loop)),
       server_(base, path, [this](HttpExchange& exchange) { api_.handle(exchange); }) {
   addConfigRoutes();
@@ -45,7 +46,7 @@ void Control::followNews() {
 }
 
 std::string Control::now() const {
-  return isoTime(std::chrono::system_clock::now());
+  return isoTime(controlled_.clock.wallTime());
 }
 
 void Control::stopSoon() {

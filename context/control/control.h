@@ -15,6 +15,7 @@
 #include "context/log/log_service.h"
 
 class CallHistory;
+class Clock;
 class EventBase;
 class EventLoop;
 class Lifecycle;
@@ -22,6 +23,7 @@ class Registry;
 
 // What is looked into and changed from outside, and outlives the control socket.
 struct Controlled {
+  const Clock& clock;
   ConfigService& config;
   EventService& events;
   LogService& log;

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <nlohmann/json.hpp>
 
+#include "context/clock/clock.h"
 #include "context/control/control.h"
 #include "context/control/wall_time.h"
 #include "context/registration/call_history.h"
@@ -71,11 +72,11 @@ json traceOf(const CallHistory& history) {
 
 json Control::statistics() const {
   const CallStatistics& calls = controlled_.registry.statistics();
-  const auto uptime = std::chrono::system_clock::now() - started_;
+  const auto uptime = controlled_.clock.wallTime() - started_;
   return {{"pid", getpid()},
           {"program", program_invocation_short_name},
           {"uptimeMs", std::chrono::duration_cast<std::chrono::milliseconds>(uptime).count()},
-          {"clock", "real"},
+          {"clock", controlled_.clock.isVirtual() ? "virtual" : "real"},
           {"callbacks", calls.count},
           {"busyMs", msOf(calls.total)},
           {"longestMs", msOf(calls.longest)},

@@ -3,10 +3,26 @@
 #define CPP2C_CONTEXT_GUARD_GUARD_H
 
 #include <optional>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
 #include "context/guard/operation.h"
+
+// An operation with those of its arguments that checks look at: which leaf, event or command, and what text.
+struct OperationCall {
+  OperationCall(Operation what, std::string_view of = {}, std::string_view with = {})
+      : operation(what), name(of), text(with) {}
+
+  Operation operation;
+  std::string_view name;
+  std::string_view text;
+};
+
+// The text, or for null the empty one: what null means is up to the operation.
+inline std::string_view viewOf(const char* text) {
+  return text != nullptr ? std::string_view(text) : std::string_view();
+}
 
 // Sees each operation before it begins.
 class IOperationCheck {
@@ -14,7 +30,7 @@ class IOperationCheck {
   virtual ~IOperationCheck() = default;
 
   // A code that is answered in the operation's place; without one, it takes its course.
-  virtual std::optional<int> before(Operation operation) = 0;
+  virtual std::optional<int> before(const OperationCall& call) = 0;
 };
 
 // The answer of an operation that is refused: the code, or null if it answers an object.
@@ -33,12 +49,12 @@ class Guard {
   // Checks are asked in the order in which they were added, until one refuses.
   void add(IOperationCheck& check) { checks_.push_back(&check); }
 
-  template <typename Call>
-  auto enter(Operation operation, Call call) {
+  template <typename Function>
+  auto enter(const OperationCall& call, Function function) {
     for (IOperationCheck* check : checks_) {
-      if (const std::optional<int> code = check->before(operation)) return refusal<decltype(call())>(*code);
+      if (const std::optional<int> code = check->before(call)) return refusal<decltype(function())>(*code);
     }
-    return call();
+    return function();
   }
 
  private:

@@ -35,7 +35,8 @@ class GuardedCfm final : public ICfm {
   }
 
   ICfmNode* getNode(std::string fullname) override {
-    return guard_.enter(Operation::kGetNode, [&] { return config_.getNode(std::move(fullname)); });
+    return guard_.enter({Operation::kGetNode, fullname},
+                        [&] { return config_.getNode(std::move(fullname)); });
   }
 
   int releaseNode(ICfmNode* node) override {
@@ -51,7 +52,7 @@ class GuardedCfm final : public ICfm {
   }
 
   int setValue(std::string fullname, std::string value, int option) override {
-    return guard_.enter(Operation::kSetValue,
+    return guard_.enter({Operation::kSetValue, fullname, value},
                         [&] { return config_.setValue(std::move(fullname), std::move(value), option); });
   }
 

@@ -13,17 +13,17 @@ class GuardedEvent final : public IEvent {
   GuardedEvent(Guard& guard, IEvent& events) : guard_(guard), events_(events) {}
 
   int registObserver(std::string event, IEventObserver* observer) override {
-    return guard_.enter(Operation::kRegistEventObserver,
+    return guard_.enter({Operation::kRegistEventObserver, event},
                         [&] { return events_.registObserver(std::move(event), observer); });
   }
 
   int unregistObserver(std::string event, IEventObserver* observer) override {
-    return guard_.enter(Operation::kUnregistEventObserver,
+    return guard_.enter({Operation::kUnregistEventObserver, event},
                         [&] { return events_.unregistObserver(std::move(event), observer); });
   }
 
   int notify(std::string event, std::string data, int flags) override {
-    return guard_.enter(Operation::kNotify,
+    return guard_.enter({Operation::kNotify, event, data},
                         [&] { return events_.notify(std::move(event), std::move(data), flags); });
   }
 

@@ -13,7 +13,8 @@ class GuardedLog final : public ILog {
   GuardedLog(Guard& guard, ILog& log) : guard_(guard), log_(log) {}
 
   int record(std::string module, int level, const char* text) override {
-    return guard_.enter(Operation::kRecord, [&] { return log_.record(std::move(module), level, text); });
+    return guard_.enter({Operation::kRecord, module, viewOf(text)},
+                        [&] { return log_.record(std::move(module), level, text); });
   }
 
  private:

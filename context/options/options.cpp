@@ -42,6 +42,9 @@ constexpr Option kOptions[] = {
     {"--log-level", [](Options& options, const std::string& level) { options.log_level = levelOf(level); }},
     {"--log-file", [](Options& options, const std::string& file) { options.log_file = file; }},
     {"--debug", [](Options& options, const std::string&) { options.debug = true; }, false},
+    {"--strict", [](Options& options, const std::string&) { options.strictness = Strictness::kWarn; }, false},
+    {"--strict=fatal", [](Options& options, const std::string&) { options.strictness = Strictness::kFatal; },
+     false},
     {"--clock", [](Options& options, const std::string& clock) { options.clock = clockOf(clock); }},
 };
 

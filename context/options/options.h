@@ -7,12 +7,14 @@
 
 #include "context/clock/clock.h"
 #include "context/include/cpp2c_host.h"
+#include "context/strict/misuse.h"
 
 // What the command line asks for.
 struct Options {
   std::string config;  // file; empty: none
   std::vector<std::string> modules;
   std::string control;  // Unix socket; empty: none
+  Strictness strictness = Strictness::kOff;
   int log_level = C_LOG_INFO;
   std::string log_file;  // empty: standard error
   bool debug = false;

@@ -26,8 +26,8 @@ class RecordingCheck final : public IOperationCheck {
  public:
   explicit RecordingCheck(CallLog& calls) : calls_(calls) {}
 
-  std::optional<int> before(Operation operation) override {
-    calls_.record(std::string("before ") + nameOf(operation));
+  std::optional<int> before(const OperationCall& call) override {
+    calls_.record(std::string("before ") + nameOf(call.operation));
     return answer;
   }
 
@@ -176,7 +176,7 @@ TEST_F(GuardTest, PositionsThatNobodyCallsAreHandedOnUnchecked) {
 TEST(OperationTest, EachIsFoundByItsName) {
   for (int i = 0; i <= static_cast<int>(Operation::kRun); i++) {
     const auto operation = static_cast<Operation>(i);
-    EXPECT_EQ(findOperation(nameOf(operation)), operation) << nameOf(operation);
+    EXPECT_EQ(findOperation(nameOf(call.operation)), operation) << nameOf(call.operation);
   }
   EXPECT_EQ(findOperation("init"), std::nullopt);
   EXPECT_EQ(findOperation(""), std::nullopt);
@@ -186,7 +186,7 @@ TEST(OperationTest, GettersAnswerObjectsAndAllOthersCodes) {
   std::vector<std::string> objects;
   for (int i = 0; i <= static_cast<int>(Operation::kRun); i++) {
     const auto operation = static_cast<Operation>(i);
-    if (answersObject(operation)) objects.emplace_back(nameOf(operation));
+    if (answersObject(operation)) objects.emplace_back(nameOf(call.operation));
   }
   EXPECT_EQ(objects, (std::vector<std::string>{"getLog", "getCfm", "getEvent", "getHeartbeat", "getLoop",
                                                "getNode", "instanceIterator"}));

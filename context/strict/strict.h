@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXT_STRICT_STRICT_H
+#define CPP2C_CONTEXT_STRICT_STRICT_H
+
+#include "context/strict/misuse.h"
+#include "context/strict/strict_calls.h"
+#include "context/strict/strict_registrations.h"
+
+class EventBase;
+
+// Strict mode: everything that looks for misuse.
+class Strict {
+ public:
+  // Made on the loop's thread.
+  Strict(ILog& log, bool fatal, Guard& guard, EventBase& base, ConfigService& config,
+         const Heartbeat& heartbeat, Registry& registry);
+
+  // Lists what the program has not undone. That is no misuse: the end undoes it.
+  void listRemaining() const;
+
+ private:
+  ILog& log_;
+  const Registry& registry_;
+  const Misuse misuse_;
+  StrictCalls calls_;
+  StrictRegistrations registrations_;
+};
+
+#endif

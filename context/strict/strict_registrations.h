@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXT_STRICT_STRICT_REGISTRATIONS_H
+#define CPP2C_CONTEXT_STRICT_STRICT_REGISTRATIONS_H
+
+#include "context/registration/registry.h"
+#include "context/strict/misuse.h"
+
+// Looks at registrations and at the calls made through them for what the interface leaves to the caller's
+// care.
+class StrictRegistrations {
+ public:
+  StrictRegistrations(const Misuse& misuse, Registry& registry);
+
+ private:
+  void checkTwice(const Callback& added) const;
+  void checkLocks(const Call& call) const;
+  void checkUnloaded(const Call& call) const;
+
+  const Misuse& misuse_;
+  const Registry& registry_;
+};
+
+// Whether it is up to the program to undo a registration: there is no way to undo a provider's, and the
+// modules' are the context's own.
+bool isToBeUndone(const Callback& callback);
+
+#endif

@@ -4,6 +4,25 @@
 #include <errno.h>
 
 #include <utility>
+#include <vector>
+
+namespace {
+
+std::unique_ptr<StateFile> stateFor(const Options& options, ILog& log) {
+  if (options.state.empty()) return nullptr;
+  return std::make_unique<StateFile>(options.state, program_invocation_short_name, log);
+}
+
+ConfigService configFor(std::vector<Object> objects, StateFile* state, Registry& registry) {
+  Tree tree(std::move(objects));
+  if (state == nullptr) return ConfigService(std::move(tree), registry);
+  state->layOver(tree);
+  return ConfigService(std::move(tree), registry, [state](Tree& changed, const Changes& changes) {
+    return state->save(changed, changes);
+  });
+}
+
+}  // namespace
 
 HostServices::HostServices(IContext* context, const Options& options, Configuration configuration)
     : clock(options.clock),
@@ -12,7 +31,8 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
       heartbeat(log, configuration.heartbeat_limit),
       registry(heartbeat, [this] { return clock.wallTime(); }),
       history(registry),
-      config(Tree(std::move(configuration.objects)), registry),
+      state(stateFor(options, log)),
+      config(configFor(std::move(configuration.objects), state.get(), registry)),
       events(program_invocation_short_name, registry),
       event_base(log),
       loop(event_base, registry),

@@ -3,7 +3,6 @@
 #define CPP2C_CONTEXT_HOST_SERVICES_H
 
 #include <memory>
-#include <optional>
 
 #include "context/clock/clock.h"
 #include "context/config/config_service.h"
@@ -25,6 +24,7 @@
 #include "context/process/processes.h"
 #include "context/registration/call_history.h"
 #include "context/registration/registry.h"
+#include "context/state/state_file.h"
 #include "context/strict/strict.h"
 #include "context/timer/deadlines.h"
 #include "context/timer/timers.h"
@@ -42,6 +42,7 @@ struct HostServices {
   Heartbeat heartbeat;
   Registry registry;
   CallHistory history;
+  std::unique_ptr<StateFile> state;  // null: nothing outlasts the process
   ConfigService config;
   EventService events;
   EventBase event_base;

@@ -18,7 +18,8 @@ bool isOption(int option) {
 
 }  // namespace
 
-ConfigService::ConfigService(Tree tree, Registry& registry) : tree_(std::move(tree)), registry_(registry) {}
+ConfigService::ConfigService(Tree tree, Registry& registry, Store store)
+    : tree_(std::move(tree)), store_(std::move(store)), registry_(registry) {}
 
 int ConfigService::getAttr(int number, void* out) {
   if (out == nullptr) return C_RESULT_PARAM;
@@ -31,7 +32,9 @@ int ConfigService::getAttr(int number, void* out) {
 int ConfigService::setAttr(int number, int value) {
   Object* object = tree_.find(number);
   if (object == nullptr) return C_RESULT_NOT_FOUND;
+  if (object->attribute == value) return C_RESULT_OK;
   object->attribute = value;
+  changes_.attributeChanged(object->name);
   return C_RESULT_OK;
 }
 
@@ -109,6 +112,7 @@ int ConfigService::setValue(std::string fullname, std::string value, int option)
 int ConfigService::write(const Tree::Place& place, const std::string& value) {
   if (place.value() == value) return C_RESULT_OK;
   (*place.values)[place.leaf_name] = value;
+  changes_.leafChanged(place.instance, place.leaf_name);
   notify(*place.object, place.instance, C_CFM_CHANGED, place.leaf_name);
   return C_RESULT_OK;
 }
@@ -117,6 +121,7 @@ int ConfigService::addInstance(const std::string& instance) {
   Object* object = tree_.ownerOf(instance);
   if (object == nullptr) return C_RESULT_NOT_FOUND;
   if (!object->instances.emplace(instance, Values()).second) return C_RESULT_REDUNDANT;
+  changes_.instanceAdded(instance);
   notify(*object, instance, C_CFM_ADDED, "");
   return C_RESULT_OK;
 }
@@ -126,12 +131,21 @@ int ConfigService::deleteInstance(const std::string& instance) {
   if (object == nullptr) return C_RESULT_NOT_FOUND;
   if (!object->dynamic) return C_RESULT_PARAM;
   if (object->instances.erase(instance) == 0) return C_RESULT_NOT_FOUND;
+  changes_.instanceDeleted(instance);
   notify(*object, instance, C_CFM_DELETED, "");
   return C_RESULT_OK;
 }
 
 int ConfigService::save(int scope) {
-  return scope == 1 ? C_RESULT_OK : C_RESULT_PARAM;
+  if (scope != 1) return C_RESULT_PARAM;
+  if (changes_.empty()) return C_RESULT_OK;
+  const int result = store_(tree_, changes_);
+  if (result == C_RESULT_OK) changes_.clear();
+  return result;
+}
+
+int ConfigService::keepNothing(Tree& /*tree*/, const Changes& /*changes*/) {
+  return C_RESULT_OK;
 }
 
 void ConfigService::notify(const Object& object, const std::string& instance, int operation,

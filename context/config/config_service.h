@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "binding/context.h"
+#include "context/config/changes.h"
 #include "context/config/config_node.h"
 #include "context/config/instance_iterator.h"
 #include "context/config/tree.h"
@@ -18,7 +19,10 @@
 // and providers may call every operation. Numbers are those of objects.
 class ConfigService final : public ICfm {
  public:
-  ConfigService(Tree tree, Registry& registry);
+  // Makes the changes of a tree outlast the process, all or none, and gives a result code.
+  using Store = std::function<int(Tree& tree, const Changes& changes)>;
+
+  ConfigService(Tree tree, Registry& registry, Store store = keepNothing);
 
   int getAttr(int number, void* out) override;  // a 32-bit word
   int setAttr(int number, int value) override;
@@ -34,7 +38,7 @@ class ConfigService final : public ICfm {
   int setValue(std::string fullname, std::string value, int option) override;  // a c_cfm_option, or 0
   int addInstance(const std::string& instance);                                // of a dynamic object
   int deleteInstance(const std::string& instance);                             // likewise
-  int save(int scope) override;  // 1, for everything, is the only scope
+  int save(int scope) override;  // 1, for everything that has changed, is the only scope
 
   const Tree& tree() const { return tree_; }
   const Leaf* findLeaf(const std::string& fullname);  // null if there is none
@@ -57,6 +61,8 @@ class ConfigService final : public ICfm {
   int reserved16() override { return 0; }
 
  private:
+  static int keepNothing(Tree& tree, const Changes& changes);
+
   int write(const Tree::Place& place, const std::string& value);
   void notify(const Object& object, const std::string& instance, int operation, const std::string& leaf);
 
@@ -66,6 +72,8 @@ class ConfigService final : public ICfm {
   };
 
   Tree tree_;
+  Changes changes_;
+  const Store store_;
   Registry& registry_;
   ObserverList<int, ICfmObserver> observers_;
   std::map<int, Provider> providers_;

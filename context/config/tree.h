@@ -27,13 +27,12 @@ class Tree {
   explicit Tree(std::vector<Object> objects);
 
   Object* find(int number);                                          // null if there is none
+  Object* named(const std::string& name);                            // likewise
   std::optional<Place> find(const std::string& fullname);            // of a leaf
   const std::map<int, Object>& objects() const { return objects_; }  // by number
   Object* ownerOf(const std::string& instance);  // the object that has this instance or may; or null
 
  private:
-  Object* named(const std::string& name);
-
   std::map<int, Object> objects_;
   std::map<std::string, Object*> by_name_;
 };

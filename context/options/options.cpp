@@ -37,6 +37,7 @@ struct Option {
 
 constexpr Option kOptions[] = {
     {"--config", [](Options& options, const std::string& file) { options.config = file; }},
+    {"--state", [](Options& options, const std::string& file) { options.state = file; }},
     {"--module", [](Options& options, const std::string& file) { options.modules.push_back(file); }},
     {"--control", [](Options& options, const std::string& path) { options.control = path; }},
     {"--log-level", [](Options& options, const std::string& level) { options.log_level = levelOf(level); }},

@@ -12,6 +12,7 @@
 // What the command line asks for.
 struct Options {
   std::string config;  // file; empty: none
+  std::string state;   // likewise
   std::vector<std::string> modules;
   std::string control;  // Unix socket; empty: none
   Strictness strictness = Strictness::kOff;

@@ -24,13 +24,10 @@ constexpr Failure kFailures[] = {
     {SQLITE_ERROR, C_RESULT_PARAM, "is damaged"},  // a table is missing
     {SQLITE_BUSY, C_RESULT_SYSTEM_CALL, "is in use by another process"},
     {SQLITE_CANTOPEN, C_RESULT_SYSTEM_CALL, "it or a file beside it cannot be opened"},
+    {SQLITE_READONLY, C_RESULT_SYSTEM_CALL, "it or its folder cannot be written"},
     {SQLITE_IOERR, C_RESULT_SYSTEM_CALL, "cannot be read or written"},
+    {SQLITE_FULL, C_RESULT_SYSTEM_CALL, "the disk is full"},
 };
-
-// SQLite keeps the number of a system error for these only.
-bool hasSystemError(int sqlite_code) {
-  return sqlite_code == SQLITE_CANTOPEN || sqlite_code == SQLITE_IOERR;
-}
 
 [[noreturn]] void fail(const std::string& file, sqlite3* connection) {
   const int code = sqlite3_errcode(connection) & 0xff;
@@ -38,8 +35,7 @@ bool hasSystemError(int sqlite_code) {
                                    [&](const Failure& failure) { return failure.sqlite_code == code; });
   const bool is_known = known != std::end(kFailures);
   std::string message = file + ": " + (is_known ? known->text : sqlite3_errmsg(connection));
-  const int system_error = hasSystemError(code) ? sqlite3_system_errno(connection) : 0;
-  if (system_error != 0) message += std::string(": ") + std::strerror(system_error);
+  if (code == SQLITE_CANTOPEN) message += std::string(": ") + std::strerror(sqlite3_system_errno(connection));
   throw DatabaseError(is_known ? known->result : C_RESULT_SYSTEM_CALL, message);
 }
 

@@ -82,7 +82,7 @@ void claim(Database& database, const std::string& file, const std::string& produ
 Database openState(const std::string& file, const std::string& product) {
   makeFile(file);
   Database database(file);
-  if (database.isReadOnly()) refuse(C_RESULT_SYSTEM_CALL, file, "cannot be written");
+  if (database.isReadOnly()) refuse(C_RESULT_SYSTEM_CALL, file, "it or its folder cannot be written");
   claim(database, file, product);
   if (database.text("PRAGMA quick_check(1)") != "ok") refuse(C_RESULT_PARAM, file, "is damaged");
 

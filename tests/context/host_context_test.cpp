@@ -160,8 +160,9 @@ std::vector<std::string> descriptorsOfACommand() {
 TEST_F(HostContextTest, CommandsInheritNoDescriptorOfTheContext) {
   const TemporaryFolder folder;
   const std::string log = folder.file("log");
+  const std::string state = folder.file("state.db");
   const std::vector<std::string> before = descriptorsOfACommand();
-  ASSERT_EQ(init(context_, {"--log-file", log.c_str()}), C_RESULT_OK);
+  ASSERT_EQ(init(context_, {"--log-file", log.c_str(), "--state", state.c_str()}), C_RESULT_OK);
   Timer timer;
   context_.setTimer(60000, 0, 0, &timer);
   EXPECT_EQ(descriptorsOfACommand(), before);

@@ -31,6 +31,7 @@ std::string refusal(const std::string& text) {
 TEST(OptionsTest, WithoutArgumentsEverythingHasItsDefault) {
   const Options options = readOptions(0, nullptr);
   EXPECT_EQ(options.config, "");
+  EXPECT_EQ(options.state, "");
   EXPECT_TRUE(options.modules.empty());
   EXPECT_EQ(options.log_level, C_LOG_INFO);
   EXPECT_EQ(options.log_file, "");
@@ -48,9 +49,10 @@ TEST(OptionsTest, NameOfTheProgramIsNoOption) {
 }
 
 TEST(OptionsTest, EachOptionIsTaken) {
-  const Options options = read(
-      {"--config", "c.json", "--log-level", "error", "--log-file", "l.txt", "--debug", "--clock", "virtual"});
+  const Options options = read({"--config", "c.json", "--state", "s.db", "--log-level", "error", "--log-file",
+                                "l.txt", "--debug", "--clock", "virtual"});
   EXPECT_EQ(options.config, "c.json");
+  EXPECT_EQ(options.state, "s.db");
   EXPECT_EQ(options.log_level, C_LOG_ERROR);
   EXPECT_EQ(options.log_file, "l.txt");
   EXPECT_TRUE(options.debug);
@@ -89,6 +91,7 @@ TEST(OptionsTest, AbbreviationIsRefused) {
 
 TEST(OptionsTest, MissingArgumentIsRefused) {
   EXPECT_EQ(mistakeIn({"--config"}), refusal("option \"--config\" needs an argument"));
+  EXPECT_EQ(mistakeIn({"--state"}), refusal("option \"--state\" needs an argument"));
   EXPECT_EQ(mistakeIn({"--module"}), refusal("option \"--module\" needs an argument"));
   EXPECT_EQ(mistakeIn({"--log-level"}), refusal("option \"--log-level\" needs an argument"));
   EXPECT_EQ(mistakeIn({"--log-file"}), refusal("option \"--log-file\" needs an argument"));

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+// What a save writes, by SQLite's own counters.
+#include <sqlite3.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "context/include/cpp2c_host.h"
+#include "include_c"
+#include "tests/context/recording_log.h"
+#include "tests/context/stateful_config.h"
+#include "tests/context/temporary_folder.h"
+
+namespace {
+
+constexpr int kInstances = 1000;
+constexpr int kLeaves = 100;
+
+std::string instanceName(int i) {
+  return "Row." + std::to_string(i) + '.';
+}
+
+std::string leafName(int i) {
+  return "Leaf" + std::to_string(i);
+}
+
+std::vector<Object> hundredThousandLeaves() {
+  Object object;
+  object.number = 1;
+  object.name = "Row.";
+  object.dynamic = true;
+  for (int i = 0; i < kLeaves; i++) object.leaves.emplace(leafName(i), Leaf{findValueType("int"), "0"});
+  for (int i = 0; i < kInstances; i++) object.instances.emplace(instanceName(i), Values());
+  std::vector<Object> objects;
+  objects.push_back(std::move(object));
+  return objects;
+}
+
+// The connection that was opened last, and how often it has committed.
+sqlite3* g_connection = nullptr;
+int g_commits = 0;
+
+int countCommit(void* /*user*/) {
+  g_commits++;
+  return 0;
+}
+
+int watch(sqlite3* connection, const char** /*message*/, const void* /*routines*/) {
+  g_connection = connection;
+  sqlite3_commit_hook(connection, countCommit, nullptr);
+  return SQLITE_OK;
+}
+
+class StateCostTest : public testing::Test {
+ protected:
+  StateCostTest() {
+    sqlite3_auto_extension(reinterpret_cast<void (*)()>(watch));
+    config_ = std::make_unique<StatefulConfig>(folder_.file("state.db"), hundredThousandLeaves(), log_);
+    countFromHere();
+  }
+  ~StateCostTest() override { sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(watch)); }
+
+  void countFromHere() {
+    g_commits = 0;
+    rows_before_ = sqlite3_total_changes(g_connection);
+  }
+
+  static int commits() { return g_commits; }
+  int rows() const { return sqlite3_total_changes(g_connection) - rows_before_; }
+
+  void setAll(const std::string& value) {
+    for (int i = 0; i < kInstances; i++) {
+      for (int j = 0; j < kLeaves; j++) config_->set(instanceName(i) + leafName(j), value);
+    }
+  }
+
+  TemporaryFolder folder_;
+  RecordingLog log_;
+  std::unique_ptr<StatefulConfig> config_;
+
+ private:
+  int rows_before_ = 0;
+};
+
+TEST_F(StateCostTest, OneOfAHundredThousandSavedLeavesIsOneRowOfOneTransaction) {
+  setAll("1");
+  EXPECT_EQ(config_->save(), C_RESULT_OK);
+  EXPECT_EQ(rows(), kInstances * kLeaves);
+  EXPECT_EQ(commits(), 1);
+
+  countFromHere();
+  config_->set("Row.500.Leaf50", "2");
+  EXPECT_EQ(config_->save(), C_RESULT_OK);
+  EXPECT_EQ(rows(), 1);
+  EXPECT_EQ(commits(), 1);
+
+  config_.reset();
+  config_ = std::make_unique<StatefulConfig>(folder_.file("state.db"), hundredThousandLeaves(), log_);
+  EXPECT_EQ(config_->valueOf("Row.500.Leaf50"), "2");
+  EXPECT_EQ(config_->valueOf("Row.999.Leaf99"), "1");
+}
+
+TEST_F(StateCostTest, WhereNothingHasChangedThereIsNoTransaction) {
+  EXPECT_EQ(config_->save(), C_RESULT_OK);
+  config_->set("Row.1.Leaf1", "0");
+  (*config_)->setAttr(1, 0);
+  EXPECT_EQ(config_->save(), C_RESULT_OK);
+  config_->set("Row.1.Leaf1", "1");
+  config_->save();
+  EXPECT_EQ(commits(), 1);
+  EXPECT_EQ(config_->save(), C_RESULT_OK);
+  EXPECT_EQ(commits(), 1);
+}
+
+TEST_F(StateCostTest, InstanceThatHasComeAndGoneIsNoTransaction) {
+  (*config_)->setValue("Row.new.Leaf1", "5", C_CFM_CREATE);
+  (*config_)->deleteInstance("Row.new.");
+  EXPECT_EQ(config_->save(), C_RESULT_OK);
+  EXPECT_EQ(commits(), 0);
+}
+
+TEST_F(StateCostTest, AddedInstanceIsARowOfItsOwnAndOneForEachValue) {
+  (*config_)->setValue("Row.new.Leaf1", "5", C_CFM_CREATE);
+  config_->set("Row.new.Leaf2", "6");
+  EXPECT_EQ(config_->save(), C_RESULT_OK);
+  EXPECT_EQ(rows(), 3);
+  EXPECT_EQ(commits(), 1);
+}
+
+TEST_F(StateCostTest, StartWritesNothingOverWhatIsSaved) {
+  config_->set("Row.1.Leaf1", "1");
+  config_->save();
+  config_.reset();
+  config_ = std::make_unique<StatefulConfig>(folder_.file("state.db"), hundredThousandLeaves(), log_);
+  EXPECT_EQ(sqlite3_total_changes(g_connection), 0);
+}
+
+}  // namespace

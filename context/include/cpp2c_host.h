@@ -22,7 +22,9 @@
  *   loop.
  * - c_cfm_get_attr(), c_cfm_set_attr(): the node is the number of an object, the attribute one 32-bit word
  *   kept for it. C_RESULT_NOT_FOUND if there is no such object.
- * - c_cfm_save_config(): 0. Nothing outlasts the process.
+ * - c_cfm_save_config(): 0 once everything that has changed since the last save is on the disk, in the
+ *   file of the option "--state"; C_RESULT_SYSTEM_CALL if it cannot be written: the log says why, and the
+ *   next save tries again. Without that option 0, and nothing outlasts the process.
  * - Events name the program that raised them as their source.
  */
 #ifndef CPP2C_HOST_H

@@ -37,6 +37,13 @@ class ChildProcess {
 
   int input() const { return input_; }
 
+  // The next line that it writes, or what there is of one when it ends.
+  std::string line() const {
+    std::string line;
+    for (char character = 0; read(input_, &character, 1) == 1 && character != '\n';) line += character;
+    return line;
+  }
+
   void kill() {
     if (process_ <= 0) return;
     ::kill(process_, SIGKILL);

@@ -248,6 +248,16 @@ TEST_F(UnfitStateTest, LeafThatIsComputedIsTold) {
   EXPECT_EQ(log_.records, Records{"4 state: Time.Offset: saved, but the leaf is computed"});
 }
 
+TEST_F(UnfitStateTest, ValueThatIsRefusedIsToldWithoutBeingShown) {
+  Database(folder_.file("state.db")).execute("UPDATE value SET value = 'x' || char(0) WHERE type <> 'uint'");
+  StatefulConfig config = start();
+  EXPECT_EQ(config.valueOf("Time.Key"), "");
+  EXPECT_EQ(config.valueOf("Time.Offset"), "0");
+  EXPECT_EQ(log_.records, (Records{"4 state: Time.Key: what is saved is not a value of type \"pwd\"",
+                                   "4 state: Time.Offset: what is saved is not a value of type \"int\"",
+                                   "4 state: Time.Server: what is saved is not a value of type \"str\""}));
+}
+
 TEST_F(UnfitStateTest, ObjectThatIsGoneIsToldWithAllThatIsSavedOfIt) {
   start(R"({"objects": [{"number": 1, "name": "Time.", "leaves": {
     "Server": {"type": "str"}, "Offset": {"type": "int"}, "Key": {"type": "pwd"}}}]})");

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+// What saved state costs: the start of a process, and a save of one leaf.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "binding/context.h"
+#include "context/config/config_service.h"
+#include "context/state/state_file.h"
+#include "include_c"
+
+namespace {
+
+constexpr int kLeavesOfAnInstance = 100;
+
+class SilentLog final : public ILog {
+ public:
+  int record(std::string, int, const char*) override { return 0; }
+};
+
+std::string instanceName(int i) {
+  return "Device.Rows." + std::to_string(i) + '.';
+}
+
+std::string leafName(int i) {
+  return "Leaf" + std::to_string(i);
+}
+
+std::vector<Object> objects(int leaves) {
+  std::vector<Object> objects(1);
+  Object& object = objects.front();
+  object.number = 1;
+  object.name = "Device.Rows.";
+  for (int i = 0; i < kLeavesOfAnInstance; i++) {
+    object.leaves.emplace(leafName(i), Leaf{findValueType("str"), ""});
+  }
+  for (int i = 0; i < leaves / kLeavesOfAnInstance; i++) object.instances.emplace(instanceName(i), Values());
+  return objects;
+}
+
+// A state file in which every leaf has been saved.
+class FullState {
+ public:
+  explicit FullState(int leaves) : leaves_(leaves) {
+    if (mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    StateFile state(file(), "benchmark", log_);
+    ConfigService config = configOver(state, tree());
+    for (int i = 0; i < leaves; i++) {
+      config.setValue(instanceName(i / kLeavesOfAnInstance) + leafName(i % kLeavesOfAnInstance),
+                      "value " + std::to_string(i), 0);
+    }
+    if (config.save(1) != C_RESULT_OK) throw std::runtime_error("nothing saved");
+  }
+  ~FullState() { std::filesystem::remove_all(folder_); }
+  FullState(const FullState&) = delete;
+  FullState& operator=(const FullState&) = delete;
+
+  std::string file() const { return folder_ + "/state.db"; }
+  Tree tree() const { return Tree(objects(leaves_)); }
+  ILog& log() { return log_; }
+
+  static ConfigService configOver(StateFile& state, Tree tree) {
+    state.layOver(tree);
+    return ConfigService(std::move(tree), [&state](Tree& changed, const Changes& changes) {
+      return state.save(changed, changes);
+    });
+  }
+
+ private:
+  const int leaves_;
+  std::string folder_ = std::filesystem::temp_directory_path() / "cpp2c-bench-XXXXXX";
+  SilentLog log_;
+};
+
+void start(benchmark::State& run) {
+  FullState full(static_cast<int>(run.range(0)));
+  for (auto _ : run) {
+    run.PauseTiming();
+    Tree tree = full.tree();
+    run.ResumeTiming();
+    StateFile state(full.file(), "benchmark", full.log());
+    state.layOver(tree);
+    if (tree.find("Device.Rows.0.Leaf1")->value() != "value 1") run.SkipWithError("nothing laid over");
+  }
+}
+
+void saveOneLeaf(benchmark::State& run) {
+  FullState full(static_cast<int>(run.range(0)));
+  StateFile state(full.file(), "benchmark", full.log());
+  ConfigService config = FullState::configOver(state, full.tree());
+  int value = 0;
+  for (auto _ : run) {
+    config.setValue("Device.Rows.0.Leaf1", std::to_string(++value), 0);
+    if (config.save(1) != C_RESULT_OK) run.SkipWithError("nothing saved");
+  }
+}
+
+BENCHMARK(start)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(saveOneLeaf)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+}  // namespace

@@ -2,6 +2,7 @@
 // What saved state costs: the start of a process, and a save of one leaf.
 #include <benchmark/benchmark.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
@@ -11,6 +12,8 @@
 
 #include "binding/context.h"
 #include "context/config/config_service.h"
+#include "context/heartbeat/heartbeat.h"
+#include "context/registration/registry.h"
 #include "context/state/state_file.h"
 #include "include_c"
 
@@ -49,7 +52,7 @@ class FullState {
   explicit FullState(int leaves) : leaves_(leaves) {
     if (mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("no temporary folder");
     StateFile state(file(), "benchmark", log_);
-    ConfigService config = configOver(state, tree());
+    ConfigService config = configOver(state);
     for (int i = 0; i < leaves; i++) {
       config.setValue(instanceName(i / kLeavesOfAnInstance) + leafName(i % kLeavesOfAnInstance),
                       "value " + std::to_string(i), 0);
@@ -64,9 +67,10 @@ class FullState {
   Tree tree() const { return Tree(objects(leaves_)); }
   ILog& log() { return log_; }
 
-  static ConfigService configOver(StateFile& state, Tree tree) {
-    state.layOver(tree);
-    return ConfigService(std::move(tree), [&state](Tree& changed, const Changes& changes) {
+  ConfigService configOver(StateFile& state) {
+    Tree laid_over = tree();
+    state.layOver(laid_over);
+    return ConfigService(std::move(laid_over), registry_, [&state](Tree& changed, const Changes& changes) {
       return state.save(changed, changes);
     });
   }
@@ -75,6 +79,8 @@ class FullState {
   const int leaves_;
   std::string folder_ = std::filesystem::temp_directory_path() / "cpp2c-bench-XXXXXX";
   SilentLog log_;
+  Heartbeat heartbeat_{log_, std::chrono::hours(1)};
+  Registry registry_{heartbeat_};
 };
 
 void start(benchmark::State& run) {
@@ -92,7 +98,7 @@ void start(benchmark::State& run) {
 void saveOneLeaf(benchmark::State& run) {
   FullState full(static_cast<int>(run.range(0)));
   StateFile state(full.file(), "benchmark", full.log());
-  ConfigService config = FullState::configOver(state, full.tree());
+  ConfigService config = full.configOver(state);
   int value = 0;
   for (auto _ : run) {
     config.setValue("Device.Rows.0.Leaf1", std::to_string(++value), 0);

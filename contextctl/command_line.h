@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXTCTL_COMMAND_LINE_H
+#define CPP2C_CONTEXTCTL_COMMAND_LINE_H
+
+#include "contextctl/failure.h"
+
+// Reads the command line and does what it asks for. Throws Failure.
+ExitStatus runCommandLine(int argc, const char* const* argv);
+
+#endif

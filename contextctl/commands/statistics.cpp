@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// stats.
+#include <ostream>
+
+#include "contextctl/commands/commands.h"
+#include "contextctl/files.h"
+#include "contextctl/milliseconds.h"
+#include "contextctl/table.h"
+
+namespace {
+
+void printStatistics(const Session& session, const Record& statistics) {
+  Table table({"FIGURE", "VALUE"});
+  table.add({"program", statistics.text("program")});
+  table.add({"process", statistics.text("pid")});
+  table.add({"running for", uptime(statistics.number("uptimeMs"))});
+  table.add({"clock", statistics.text("clock")});
+  table.add({"callbacks", statistics.text("callbacks")});
+  table.add({"busy ms", milliseconds(statistics.number("busyMs"))});
+  table.add({"longest ms", milliseconds(statistics.number("longestMs"))});
+  table.add({"events", statistics.text("events")});
+  table.add({"changes", statistics.text("changes")});
+  table.add({"clients", statistics.text("clients")});
+  table.print(session.out());
+}
+
+}  // namespace
+
+void showStatistics(const Session& session, const std::string& trace_file) {
+  const Answer answer = session.get("/statistics");
+  if (session.json())
+    session.out() << answer.json << '\n';
+  else
+    printStatistics(session, answer.record);
+  if (!trace_file.empty()) writeFile(trace_file, session.getText("/trace"));
+}

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXTCTL_FAILURE_H
+#define CPP2C_CONTEXTCTL_FAILURE_H
+
+#include <stdexcept>
+#include <string>
+
+// The exit statuses; scripts rely on them.
+enum ExitStatus {
+  kExitOk = 0,
+  kExitNo = 1,        // the answer is no: an unknown name, a refused value, a difference, no fit
+  kExitUsage = 2,     // the command line is at fault
+  kExitNoAnswer = 3,  // no connection, no answer in time, an answer or a file that cannot be read
+};
+
+// Why a command ends early: one line for the user, and the exit status.
+class Failure : public std::runtime_error {
+ public:
+  Failure(ExitStatus status, const std::string& message) : std::runtime_error(message), status_(status) {}
+
+  ExitStatus status() const { return status_; }
+
+ private:
+  ExitStatus status_;
+};
+
+#endif

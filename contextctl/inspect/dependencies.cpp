@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "contextctl/inspect/dependencies.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <optional>
+#include <set>
+
+#include "contextctl/failure.h"
+#include "contextctl/inspect/library.h"
+#include "contextctl/inspect/search_path.h"
+
+namespace {
+
+using Folders = std::vector<std::string>;
+
+void append(Folders& folders, const Folders& more) {
+  folders.insert(folders.end(), more.begin(), more.end());
+}
+
+class Finder {
+ public:
+  Finder(const Library& ours, const SearchPath& search) : ours_(ours), search_(search) {}
+
+  // `inherited` are the RPATH folders of those on whose behalf the library is loaded.
+  void visit(const Library& library, const Folders& inherited);
+
+  std::vector<Dependency> found() { return std::move(found_); }
+
+ private:
+  Folders expand(const std::string& folders, const Library& library) const;
+  Folders foldersFor(const Library& library, const Folders& rpaths) const;
+  std::optional<Library> locate(Dependency& dependency, const Folders& folders) const;
+  std::optional<Library> tryFile(Dependency& dependency, const std::string& file) const;
+
+  const Library& ours_;
+  const SearchPath& search_;
+  std::set<std::string> seen_;
+  std::vector<Dependency> found_;
+};
+
+void Finder::visit(const Library& library, const Folders& inherited) {
+  Folders rpaths;
+  if (library.runpath.empty()) rpaths = expand(library.rpath, library);
+  append(rpaths, inherited);
+  const Folders folders = foldersFor(library, rpaths);
+  for (const std::string& name : library.needed) {
+    if (!seen_.insert(name).second) continue;
+    Dependency dependency{name, library.path, "", ""};
+    if (const std::optional<Library> file = locate(dependency, folders)) visit(*file, rpaths);
+    found_.push_back(dependency);
+  }
+}
+
+// The dynamic string token names the folder of the library that uses it.
+Folders Finder::expand(const std::string& folders, const Library& library) const {
+  const std::string origin = std::filesystem::absolute(library.path).parent_path();
+  Folders expanded;
+  for (std::string folder : splitFolders(folders)) {
+    bool has_origin = false;
+    for (const std::string token : {"$ORIGIN", "${ORIGIN}"}) {
+      const size_t at = folder.find(token);
+      if (at == std::string::npos) continue;
+      folder.replace(at, token.size(), origin);
+      has_origin = true;
+    }
+    expanded.push_back(has_origin ? folder : search_.root + folder);
+  }
+  return expanded;
+}
+
+// A RUNPATH takes the RPATHs out of force.
+Folders Finder::foldersFor(const Library& library, const Folders& rpaths) const {
+  Folders folders;
+  if (library.runpath.empty()) folders = rpaths;
+  append(folders, search_.named);
+  append(folders, expand(library.runpath, library));
+  append(folders, search_.standard);
+  return folders;
+}
+
+std::optional<Library> Finder::locate(Dependency& dependency, const Folders& folders) const {
+  if (dependency.name == ours_.soname) return tryFile(dependency, ours_.path);
+  if (dependency.name.find('/') != std::string::npos)
+    return tryFile(dependency, search_.root + dependency.name);
+  for (const std::string& folder : folders)
+    if (std::optional<Library> library = tryFile(dependency, folder + '/' + dependency.name)) return library;
+  return std::nullopt;
+}
+
+// The loader, too, passes over files that do not fit and goes on looking.
+std::optional<Library> Finder::tryFile(Dependency& dependency, const std::string& file) const {
+  if (access(file.c_str(), F_OK) != 0) return std::nullopt;
+  try {
+    Library library = readLibrary(file);
+    if (sameLoader(library.platform, ours_.platform)) {
+      dependency.path = file;
+      return library;
+    }
+    dependency.trouble = file + " is for another machine";
+  } catch (const Failure& failure) {
+    dependency.trouble = failure.what();
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::vector<Dependency> findDependencies(const Library& library, const Library& ours,
+                                         const SearchPath& search) {
+  Finder finder(ours, search);
+  finder.visit(library, {});
+  return finder.found();
+}

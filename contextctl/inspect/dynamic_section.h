@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXTCTL_INSPECT_DYNAMIC_SECTION_H
+#define CPP2C_CONTEXTCTL_INSPECT_DYNAMIC_SECTION_H
+
+#include <gelf.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+class ElfImage;
+
+// What a file tells the loader about linking it. Throws Failure for what is damaged.
+class DynamicSection {
+ public:
+  explicit DynamicSection(const ElfImage& image);  // `image` must outlive it
+
+  std::optional<std::uint64_t> value(std::int64_t tag) const;  // of the first entry
+  std::vector<std::uint64_t> values(std::int64_t tag) const;   // of all entries, in order
+  std::string name(std::uint64_t offset) const;                // from the string table
+  std::vector<GElf_Sym> symbols() const;
+
+ private:
+  std::uint64_t symbolCount() const;
+  std::uint64_t countByGnuHash(std::uint64_t offset) const;
+
+  const ElfImage& image_;
+  std::vector<GElf_Dyn> entries_;
+};
+
+#endif

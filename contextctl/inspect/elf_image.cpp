@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include "contextctl/inspect/elf_image.h"
+
+#include <utility>
+
+#include "contextctl/failure.h"
+#include "contextctl/files.h"
+
+ElfImage::ElfImage(const std::string& path) : ElfImage(path, readFile(path)) {}
+
+ElfImage::ElfImage(std::string path, std::string content)
+    : path_(std::move(path)), content_(std::move(content)) {
+  elf_version(EV_CURRENT);
+  elf_.reset(elf_memory(content_.data(), content_.size()));
+  if (content_.empty()) fail("the file is empty");
+  if (elf_ == nullptr || elf_kind(elf_.get()) != ELF_K_ELF) fail("not an ELF file");
+  if (gelf_getehdr(elf_.get(), &header_) == nullptr) fail("the ELF header is damaged");
+  readSegments();
+}
+
+void ElfImage::readSegments() {
+  size_t count = 0;
+  if (elf_getphdrnum(elf_.get(), &count) != 0) fail("the program headers are damaged");
+  requireInside(header_.e_phoff, count * gelf_fsize(elf_.get(), ELF_T_PHDR, 1, EV_CURRENT));
+  for (size_t i = 0; i < count; i++) {
+    GElf_Phdr segment;
+    if (gelf_getphdr(elf_.get(), static_cast<int>(i), &segment) == nullptr)
+      fail("the program headers are damaged");
+    segments_.push_back(segment);
+  }
+}
+
+const GElf_Phdr* ElfImage::findSegment(std::uint32_t type) const {
+  for (const GElf_Phdr& segment : segments_)
+    if (segment.p_type == type) return &segment;
+  return nullptr;
+}
+
+std::uint64_t ElfImage::offsetOf(std::uint64_t address) const {
+  for (const GElf_Phdr& segment : segments_) {
+    const bool holds = segment.p_type == PT_LOAD && address >= segment.p_vaddr &&
+                       address - segment.p_vaddr < segment.p_filesz;
+    if (holds) return segment.p_offset + (address - segment.p_vaddr);
+  }
+  fail("an address lies outside of every segment");
+}
+
+std::uint32_t ElfImage::word(std::uint64_t offset) const {
+  requireInside(offset, 4);
+  const bool little = header_.e_ident[EI_DATA] == ELFDATA2LSB;
+  std::uint32_t value = 0;
+  for (std::uint64_t i = 0; i < 4; i++) {
+    const auto byte = static_cast<unsigned char>(content_[offset + (little ? 3 - i : i)]);
+    value = value << 8 | byte;
+  }
+  return value;
+}
+
+std::string ElfImage::text(std::uint64_t offset) const {
+  requireInside(offset, 1);
+  const size_t end = content_.find('\0', offset);
+  if (end == std::string::npos) fail("a name has no end");
+  return content_.substr(offset, end - offset);
+}
+
+std::string ElfImage::bytes(std::uint64_t offset, std::uint64_t size) const {
+  requireInside(offset, size);
+  return content_.substr(offset, size);
+}
+
+Elf_Data* ElfImage::records(std::uint64_t offset, std::uint64_t count, Elf_Type type) const {
+  const std::uint64_t size = count * gelf_fsize(elf_.get(), type, 1, EV_CURRENT);
+  requireInside(offset, size);
+  Elf_Data* data = elf_getdata_rawchunk(elf_.get(), static_cast<std::int64_t>(offset), size, type);
+  if (data == nullptr) fail(elf_errmsg(-1));
+  return data;
+}
+
+void ElfImage::requireInside(std::uint64_t offset, std::uint64_t size) const {
+  if (size > content_.size() || offset > content_.size() - size) fail("the file is truncated or damaged");
+}
+
+void ElfImage::fail(const std::string& reason) const {
+  throw Failure(kExitNoAnswer, path_ + ": " + reason);
+}

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// How floating-point numbers are passed and computed: code of two kinds must not meet in one process.
+#ifndef CPP2C_CONTEXTCTL_INSPECT_FLOATING_POINT_H
+#define CPP2C_CONTEXTCTL_INSPECT_FLOATING_POINT_H
+
+#include <string>
+
+class ElfImage;
+struct Platform;
+
+constexpr int kFloatNotStated = -1;
+
+// What the MIPS flags segment states; kFloatNotStated if the file, as older tools make it, has none.
+int mipsFloat(const ElfImage& image);
+
+// In words; empty where the machine has but one kind.
+std::string floatingPoint(const Platform& platform);
+
+// Whether code of the two kinds can share a process; what is not stated is taken to fit.
+bool floatingPointFits(const Platform& one, const Platform& other);
+
+#endif

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "contextctl/inspect/library.h"
+
+#include <optional>
+
+#include "contextctl/inspect/dynamic_section.h"
+#include "contextctl/inspect/elf_image.h"
+
+namespace {
+
+std::string textOf(const DynamicSection& dynamic, std::int64_t tag) {
+  const std::optional<std::uint64_t> offset = dynamic.value(tag);
+  return offset ? dynamic.name(*offset) : "";
+}
+
+bool hasFlag(const DynamicSection& dynamic, std::uint64_t flag) {
+  return (dynamic.value(DT_FLAGS_1).value_or(0) & flag) != 0;
+}
+
+// Without a word on it the loader takes the machine's old default, which is executable.
+bool wantsExecutableStack(const ElfImage& image) {
+  const GElf_Phdr* stack = image.findSegment(PT_GNU_STACK);
+  return stack == nullptr || (stack->p_flags & PF_X) != 0;
+}
+
+DynamicSymbol symbolOf(const GElf_Sym& symbol, std::string name) {
+  const unsigned type = GELF_ST_TYPE(symbol.st_info), binding = GELF_ST_BIND(symbol.st_info);
+  const unsigned visibility = GELF_ST_VISIBILITY(symbol.st_other);
+  DynamicSymbol result;
+  result.name = std::move(name);
+  result.defined = symbol.st_shndx != SHN_UNDEF && binding != STB_LOCAL && visibility != STV_HIDDEN;
+  result.function = type == STT_FUNC || type == STT_GNU_IFUNC;
+  result.unique = binding == STB_GNU_UNIQUE && symbol.st_shndx != SHN_UNDEF;
+  return result;
+}
+
+std::vector<DynamicSymbol> symbolsOf(const DynamicSection& dynamic) {
+  std::vector<DynamicSymbol> symbols;
+  for (const GElf_Sym& symbol : dynamic.symbols()) {
+    std::string name = dynamic.name(symbol.st_name);
+    if (!name.empty()) symbols.push_back(symbolOf(symbol, std::move(name)));
+  }
+  return symbols;
+}
+
+}  // namespace
+
+Library readLibrary(const std::string& path) {
+  return readLibrary(ElfImage(path));
+}
+
+Library readLibrary(const ElfImage& image) {
+  if (image.header().e_type != ET_DYN) image.fail("an ELF file, but not a shared library");
+  const DynamicSection dynamic(image);
+  if (hasFlag(dynamic, DF_1_PIE)) image.fail("a program, not a shared library");
+
+  Library library;
+  library.path = image.path();
+  library.platform = platformOf(image);
+  library.soname = textOf(dynamic, DT_SONAME);
+  for (const std::uint64_t offset : dynamic.values(DT_NEEDED)) library.needed.push_back(dynamic.name(offset));
+  library.rpath = textOf(dynamic, DT_RPATH);
+  library.runpath = textOf(dynamic, DT_RUNPATH);
+  library.symbols = symbolsOf(dynamic);
+  library.no_delete = hasFlag(dynamic, DF_1_NODELETE);
+  library.executable_stack = wantsExecutableStack(image);
+  return library;
+}

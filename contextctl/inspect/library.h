@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXTCTL_INSPECT_LIBRARY_H
+#define CPP2C_CONTEXTCTL_INSPECT_LIBRARY_H
+
+#include <string>
+#include <vector>
+
+#include "contextctl/inspect/platform.h"
+
+class ElfImage;
+
+// One name of a library's dynamic symbol table.
+struct DynamicSymbol {
+  std::string name;
+  bool defined = false;
+  bool function = false;
+  bool unique = false;  // the loader keeps a library with such a symbol until the process ends
+};
+
+// What the loader would learn of a shared library without running any of it.
+struct Library {
+  std::string path;
+  Platform platform;
+  std::string soname;               // empty: none
+  std::vector<std::string> needed;  // names of other libraries
+  std::string rpath;                // colon-separated, as in the file
+  std::string runpath;              // likewise
+  std::vector<DynamicSymbol> symbols;
+  bool no_delete = false;  // marked never to be unloaded
+  bool executable_stack = false;
+};
+
+// Throws Failure if the file cannot be read or is not a shared library.
+Library readLibrary(const std::string& path);
+Library readLibrary(const ElfImage& image);
+
+#endif

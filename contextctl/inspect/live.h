@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXTCTL_INSPECT_LIVE_H
+#define CPP2C_CONTEXTCTL_INSPECT_LIVE_H
+
+#include <string>
+#include <vector>
+
+#include "contextctl/inspect/operations.h"
+#include "contextctl/inspect/report.h"
+
+struct Dependency;
+
+// Opens the library in a process of its own, for at most so many seconds, and adds what it met to the report.
+void inspectLive(const std::vector<Dependency>& dependencies, Kind kind, double seconds, Report& report);
+
+#endif

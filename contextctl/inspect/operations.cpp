@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#include "contextctl/inspect/operations.h"
+
+const std::vector<std::string>& operationsOf(Kind kind) {
+  static const std::vector<std::string> context = {
+      "~IContext",
+      "~IContext",
+      "init",
+      "load",
+      "",
+      "getLog",
+      "getCfm",
+      "getEvent",
+      "getHeartbeat",
+      "getLoop",
+      "",
+      "",
+      "debugOut",
+      "debugSwitch",
+      "systemCall",
+      "systemCall2",
+      "popenCall",
+      "",
+      "registMasterObserver",
+      "setTimer",
+      "",
+      "",
+      "",
+      "notifyDepends",
+  };
+  static const std::vector<std::string> module = {
+      "~IModule", "~IModule",   "onLoad", "onStart",  "onConfig",
+      "onRun",    "onUnconfig", "onStop", "onUnload", "recvDependence",
+  };
+  return kind == Kind::kContext ? context : module;
+}

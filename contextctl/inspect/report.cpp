@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "contextctl/inspect/report.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "contextctl/printable.h"
+#include "contextctl/table.h"
+
+bool fits(const Report& report) {
+  return std::none_of(report.findings.begin(), report.findings.end(),
+                      [](const Finding& finding) { return finding.verdict == Verdict::kNo; });
+}
+
+const char* nameOf(Verdict verdict) {
+  switch (verdict) {
+    case Verdict::kOk:
+      return "ok";
+    case Verdict::kNote:
+      return "note";
+    case Verdict::kWarning:
+      return "warning";
+    case Verdict::kNo:
+      break;
+  }
+  return "no";
+}
+
+void print(const Report& report, std::ostream& out) {
+  out << printable(report.library) << ", to fit " << printable(report.against) << '\n';
+  Table findings({"VERDICT", "SUBJECT", "FINDING"});
+  for (const Finding& finding : report.findings)
+    findings.add({nameOf(finding.verdict), finding.subject, finding.text});
+  findings.print(out);
+
+  if (!report.slots.empty()) {
+    out << '\n';
+    Table slots({"POSITION", "OPERATION", "SYMBOL"});
+    for (const Slot& slot : report.slots)
+      slots.add({std::to_string(slot.position), slot.operation.empty() ? "-" : slot.operation, slot.symbol});
+    slots.print(out);
+  }
+  out << '\n' << (fits(report) ? "It fits.\n" : "It does not fit.\n");
+}

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXTCTL_INTERRUPT_H
+#define CPP2C_CONTEXTCTL_INTERRUPT_H
+
+// Turns Ctrl-C into something to wait for, so that a command that goes on until then ends in good order.
+class Interrupt {
+ public:
+  Interrupt();
+  ~Interrupt();
+  Interrupt(const Interrupt&) = delete;
+  Interrupt& operator=(const Interrupt&) = delete;
+
+  int fd() const { return fd_; }    // readable once it has come
+  bool wait(double seconds) const;  // true: it has come
+
+ private:
+  int fd_;
+};
+
+#endif

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#include "contextctl/leaf.h"
+
+#include "contextctl/message.h"
+#include "contextctl/session.h"
+
+Leaf leafOf(const Record& record) {
+  return {record.text("name"), record.text("type"), record.value("value"), record.text("computed") == "true"};
+}
+
+std::vector<Leaf> getLeaves(const Session& session, const std::string& prefix, bool reveal) {
+  std::vector<Leaf> leaves;
+  const Answer answer = session.get("/tree", {{"name", prefix}}, reveal);
+  for (const Record& record : answer.list("leaves")) leaves.push_back(leafOf(record));
+  return leaves;
+}
+
+std::string shown(const std::optional<std::string>& value) {
+  return value.value_or("(hidden)");
+}
+
+std::string shownType(const Leaf& leaf) {
+  return leaf.computed ? leaf.type + " (computed)" : leaf.type;
+}

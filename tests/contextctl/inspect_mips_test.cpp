@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include <filesystem>
+
+#include "tests/contextctl/contextctl_test.h"
+#include "tests/contextctl/inspect_test.h"
+
+namespace {
+
+class InspectMipsTest : public ContextctlTest {
+ protected:
+  static InspectOptions mips(const std::string& name) {
+    InspectOptions options = optionsFor(inspected(name));
+    options.against = inspected("mips_hard");
+    return options;
+  }
+};
+
+TEST_F(InspectMipsTest, ALibraryForTheSameMachineFits) {
+  EXPECT_EQ(findingsOn("machine", mips("mips_hard")),
+            Findings{"ok: 32-bit big-endian MIPS, o32, mips32r2, double-precision hardware floating point"});
+}
+
+TEST_F(InspectMipsTest, EntryPointsAreFound) {
+  EXPECT_EQ(findingsOn("entry point", mips("mips_hard")), (Findings{"ok: getInstance", "ok: relInstance"}));
+}
+
+TEST_F(InspectMipsTest, OtherFloatingPointDoesNotFit) {
+  EXPECT_EQ(findingsOn("machine", mips("mips_soft")),
+            Findings{"no: software floating point, not double-precision hardware floating point"});
+}
+
+TEST_F(InspectMipsTest, ALibraryForThisMachineDoesNotFit) {
+  EXPECT_FALSE(fits(inspect(mips("plain"))));
+}
+
+TEST_F(InspectMipsTest, DependenciesAreNotCheckedOnTheWrongMachine) {
+  InspectOptions options = mips("mips_needy");
+  options.against = inspected("plain");
+  EXPECT_EQ(findingsOn("needs", options),
+            Findings{"note: libmips.so: not checked; name that machine's root with --sysroot"});
+}
+
+TEST_F(InspectMipsTest, DependenciesAreFoundUnderTheSystemsRoot) {
+  std::filesystem::create_directories(folder.file("usr/lib"));
+  std::filesystem::copy(inspected("mips_hard"), folder.file("usr/lib/libmips.so"));
+  InspectOptions options = optionsFor(inspected("mips_needy"));
+  options.against = inspected("mips_needy");
+  options.sysroot = folder.path();
+  EXPECT_EQ(findingsOn("needs", options), Findings{"ok: libmips.so: " + folder.file("usr/lib/libmips.so")});
+}
+
+TEST_F(InspectMipsTest, TheFoldersOfTheLoadersConfigurationAreLookedThrough) {
+  std::filesystem::create_directories(folder.file("opt/vendor"));
+  std::filesystem::create_directories(folder.file("etc/ld.so.conf.d"));
+  std::filesystem::copy(inspected("mips_hard"), folder.file("opt/vendor/libmips.so"));
+  folder.write("etc/ld.so.conf", "# folders\ninclude /etc/ld.so.conf.d/*.conf\n");
+  folder.write("etc/ld.so.conf.d/vendor.conf", "/opt/vendor # its own\n");
+  InspectOptions options = optionsFor(inspected("mips_needy"));
+  options.against = inspected("mips_needy");
+  options.sysroot = folder.path();
+  EXPECT_EQ(findingsOn("needs", options),
+            Findings{"ok: libmips.so: " + folder.file("opt/vendor/libmips.so")});
+}
+
+TEST_F(InspectMipsTest, ALibraryForAnotherMachineIsPassedOver) {
+  std::filesystem::create_directories(folder.file("lib"));
+  std::filesystem::copy(inspected("plain"), folder.file("lib/libmips.so"));
+  InspectOptions options = optionsFor(inspected("mips_needy"));
+  options.against = inspected("mips_needy");
+  options.sysroot = folder.path();
+  EXPECT_EQ(findingsOn("needs", options),
+            Findings{"no: libmips.so: not found, needed by " + inspected("mips_needy") + "; " +
+                     folder.file("lib/libmips.so") + " is for another machine"});
+}
+
+TEST_F(InspectMipsTest, WhatIsLoadedAlreadyIsNotLookedFor) {
+  InspectOptions options = mips("mips_needy");
+  options.sysroot = folder.path();
+  EXPECT_EQ(findingsOn("needs", options), Findings{"ok: libmips.so: " + inspected("mips_hard")});
+}
+
+TEST_F(InspectMipsTest, LiveNeedsThisMachine) {
+  expectFailure({"inspect", "--live", inspected("mips_hard")}, 2,
+                "--live needs a library for this machine: " + inspected("mips_hard") +
+                    " is 32-bit big-endian MIPS, o32, mips32r2, double-precision hardware floating point");
+}
+
+}  // namespace

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+// Small helpers of the inside.
+#include <sstream>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "contextctl/event_stream.h"
+#include "contextctl/inspect/library.h"
+#include "contextctl/inspect/string_abi.h"
+#include "contextctl/milliseconds.h"
+#include "contextctl/printable.h"
+#include "contextctl/table.h"
+
+namespace {
+
+TEST(PrintableTest, PlainTextStaysAsItIs) {
+  EXPECT_EQ(printable("a \\ \"b\" \xc3\xa9"), "a \\ \"b\" \xc3\xa9");
+}
+
+TEST(PrintableTest, ControlCharactersAreSpelledOut) {
+  EXPECT_EQ(printable(std::string("\0\t\r\n\x1b\x7f", 6)), "\\x00\\t\\r\\n\\x1b\\x7f");
+}
+
+TEST(PrintableTest, ControlCharactersBehindAsciiAreSpelledOut) {
+  EXPECT_EQ(printable("\xc2\x9b"
+                      "2J\xc2\xa0"),
+            "\\x9b2J\xc2\xa0");
+}
+
+TEST(PrintableTest, ACharacterCutOffStaysAsItIs) {
+  EXPECT_EQ(printable("\xc2"), "\xc2");
+}
+
+TEST(TableTest, ColumnsAreAsWideAsTheirWidestText) {
+  std::ostringstream out;
+  Table table({"A", "LONG", "C"});
+  table.add({"wide", "b", "c"});
+  table.print(out);
+  EXPECT_EQ(out.str(), "A     LONG  C\nwide  b     c\n");
+}
+
+TEST(TableTest, WidthIsInCharacters) {
+  std::ostringstream out;
+  Table table({"AB", "C"});
+  table.add({"\xc3\xa9", "c"});
+  table.print(out);
+  EXPECT_EQ(out.str(), "AB  C\n\xc3\xa9   c\n");
+}
+
+TEST(TableTest, LinesHaveNoBlanksAtTheirEnds) {
+  std::ostringstream out;
+  Table table({"A", "B"});
+  table.add({"a", ""});
+  table.print(out);
+  EXPECT_EQ(out.str(), "A  B\na\n");
+}
+
+std::vector<std::string> itemsOf(const std::vector<std::string>& pieces) {
+  std::vector<std::string> items;
+  EventStream stream([&](const std::string& item) { items.push_back(item); });
+  for (const std::string& piece : pieces) stream.feed(piece);
+  return items;
+}
+
+TEST(EventStreamTest, AnItemEndsWithAnEmptyLine) {
+  EXPECT_EQ(itemsOf({"data: a\n\ndata: b\n"}), std::vector<std::string>{"a"});
+}
+
+TEST(EventStreamTest, LinesOfAnItemAreJoined) {
+  EXPECT_EQ(itemsOf({"data: a\ndata:b\n\n"}), std::vector<std::string>{"a\nb"});
+}
+
+TEST(EventStreamTest, PiecesMayEndAnywhere) {
+  EXPECT_EQ(itemsOf({"da", "ta: a\r", "\n\r\n"}), std::vector<std::string>{"a"});
+}
+
+TEST(EventStreamTest, OtherLinesAreSkipped) {
+  EXPECT_EQ(itemsOf({": ping\n\nid: 1\ndata: a\n\n\n"}), std::vector<std::string>{"a"});
+}
+
+TEST(MillisecondsTest, AreGivenToTheMicrosecond) {
+  EXPECT_EQ(milliseconds(0.30000000000000004), "0.300");
+}
+
+TEST(UptimeTest, IsAClockWithDaysBeforeIt) {
+  EXPECT_EQ(uptime(0), "00:00:00");
+  EXPECT_EQ(uptime(86399999), "23:59:59");
+  EXPECT_EQ(uptime(86400000), "1 day 00:00:00");
+  EXPECT_EQ(uptime(2.0 * 86400000 + 61000), "2 days 00:01:01");
+}
+
+StringAbi abiOf(const std::vector<std::string>& names) {
+  std::vector<DynamicSymbol> symbols;
+  for (const std::string& name : names) symbols.push_back({name, false, false, false});
+  return stringAbiOf(symbols);
+}
+
+TEST(StringAbiTest, NewStringsAreKnownByTheirNamespace) {
+  EXPECT_EQ(abiOf({"_Z1fNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE"}), StringAbi::kNew);
+}
+
+TEST(StringAbiTest, NewStringsAreKnownByTheirTag) {
+  EXPECT_EQ(abiOf({"_Z4nameB5cxx11v"}), StringAbi::kNew);
+}
+
+TEST(StringAbiTest, OldStringsAreKnownByTheirShortForm) {
+  EXPECT_EQ(abiOf({"_Z1fSs"}), StringAbi::kOld);
+  EXPECT_EQ(abiOf({"_ZNSsC1ERKSs"}), StringAbi::kOld);
+  EXPECT_EQ(abiOf({"_ZN1A4initESsi"}), StringAbi::kOld);
+}
+
+TEST(StringAbiTest, NamesThatLookLikeStringsAreNone) {
+  EXPECT_EQ(abiOf({"getSsid", "_ZN6LinkSs4openEv", "_ZN2my3std6stringC1Ev",
+                   "_Z1fSt17basic_string_viewIcSt11char_traitsIcEE"}),
+            StringAbi::kNone);
+}
+
+TEST(StringAbiTest, BothTogetherAreMixed) {
+  EXPECT_EQ(abiOf({"_Z1fSs", "_Z4nameB5cxx11v"}), StringAbi::kMixed);
+}
+
+}  // namespace

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include <sys/stat.h>
+
+#include "tests/contextctl/contextctl_test.h"
+
+namespace {
+
+class TreeFilesTest : public ContextctlTest {
+ protected:
+  static constexpr const char* kTree = R"({"leaves":[)"
+                                       R"({"name":"Host","type":"str","value":"router","computed":false},)"
+                                       R"({"name":"Key","type":"pwd","value":"secret","computed":false},)"
+                                       R"({"name":"Mtu","type":"uint","value":"1500","computed":false},)"
+                                       R"({"name":"Up","type":"bool","value":"1","computed":true}]})";
+
+  void SetUp() override {
+    context.answer("GET /tree", kTree);
+    context.answer("GET /tree?reveal=true", kTree);
+    context.answer("PUT /leaf", kDone);
+  }
+
+  std::string file(const std::string& text) const { return folder.write("leaves.json", text); }
+};
+
+TEST_F(TreeFilesTest, ExportLeavesOutPasswordsAndComputedValues) {
+  expectOutput({"export"},
+               "{\n"
+               "  \"Host\": {\n"
+               "    \"type\": \"str\",\n"
+               "    \"value\": \"router\"\n"
+               "  },\n"
+               "  \"Mtu\": {\n"
+               "    \"type\": \"uint\",\n"
+               "    \"value\": \"1500\"\n"
+               "  }\n"
+               "}\n");
+}
+
+TEST_F(TreeFilesTest, ExportRevealsPasswordsIfToldTo) {
+  EXPECT_NE(run({"export", "--reveal"}).out.find("\"value\": \"secret\""), std::string::npos);
+}
+
+TEST_F(TreeFilesTest, ExportWritesAFile) {
+  expectOutput({"export", "", folder.file("all.json")}, "");
+  EXPECT_EQ(folder.read("all.json"), run({"export"}).out);
+}
+
+TEST_F(TreeFilesTest, ExportMakesAFileThatOnlyItsOwnerReads) {
+  run({"export", "", folder.file("all.json")});
+  struct stat status = {};
+  ASSERT_EQ(stat(folder.file("all.json").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600u);
+}
+
+TEST_F(TreeFilesTest, ExportTellsThatAFileCannotBeWritten) {
+  expectFailure({"export", "", folder.path()}, 3, folder.path() + ": Is a directory");
+}
+
+TEST_F(TreeFilesTest, AnExportDoesNotDifferFromItsContext) {
+  run({"export", "", folder.file("all.json")});
+  expectOutput({"diff", folder.file("all.json")}, "");
+}
+
+TEST_F(TreeFilesTest, DiffTellsWhatDiffers) {
+  const std::string other =
+      file(R"({"Host":{"type":"str","value":"switch"},"Mtu":{"type":"uint","value":"1500"}})");
+  expectOutcome(run({"diff", other}), 1,
+                "NAME  CONTEXT  FILE\n"
+                "Host  router   switch\n",
+                "");
+}
+
+TEST_F(TreeFilesTest, DiffHidesPasswords) {
+  expectOutcome(run({"diff", file(R"({"Key":{"type":"pwd","value":"other"}})")}), 1,
+                "NAME  CONTEXT   FILE\n"
+                "Key   (hidden)  (hidden)\n",
+                "");
+}
+
+TEST_F(TreeFilesTest, DiffRevealsPasswordsIfToldTo) {
+  expectOutcome(run({"diff", "--reveal", file(R"({"Key":{"type":"pwd","value":"other"}})")}), 1,
+                "NAME  CONTEXT  FILE\n"
+                "Key   secret   other\n",
+                "");
+}
+
+TEST_F(TreeFilesTest, DiffPrintsJsonForAScript) {
+  const std::string other =
+      file(R"({"Host":{"type":"str","value":"x"},"Key":{"type":"pwd","value":"other"}})");
+  expectOutcome(run({"diff", "--json", other}), 1,
+                "{\"differences\":["
+                "{\"name\":\"Host\",\"type\":\"str\",\"context\":\"router\",\"file\":\"x\"},"
+                "{\"name\":\"Key\",\"type\":\"pwd\",\"context\":null,\"file\":null}]}\n",
+                "");
+}
+
+TEST_F(TreeFilesTest, DiffChangesNothing) {
+  run({"diff", file(R"({"Host":{"type":"str","value":"switch"}})")});
+  EXPECT_EQ(context.requests(), Requests{"GET /tree?reveal=true"});
+}
+
+TEST_F(TreeFilesTest, ImportSetsWhatDiffersAndTellsIt) {
+  const std::string other =
+      file(R"({"Host":{"type":"str","value":"switch"},"Mtu":{"type":"uint","value":"1500"}})");
+  expectOutput({"import", other}, "NAME  CONTEXT  FILE\nHost  router   switch\n");
+  EXPECT_EQ(context.requests(),
+            (Requests{"GET /tree?reveal=true", R"(PUT /leaf {"name":"Host","value":"switch"})"}));
+}
+
+TEST_F(TreeFilesTest, ImportSetsNothingIfAnyLeafDoesNotFit) {
+  const std::string other =
+      file(R"({"Host":{"type":"str","value":"switch"},"Nobody":{"type":"str","value":""},)"
+           R"("Mtu":{"type":"int","value":"1"},"Up":{"type":"bool","value":"0"}})");
+  expectOutcome(run({"import", other}), 1, "",
+                "contextctl: Nobody: unknown name\n"
+                "contextctl: Mtu: of type uint, not int\n"
+                "contextctl: Up: computed, cannot be set\n");
+  EXPECT_EQ(context.requests(), Requests{"GET /tree?reveal=true"});
+}
+
+TEST_F(TreeFilesTest, ImportTellsHowFarItCame) {
+  context.answer("PUT /leaf", R"({"result":-1023,"error":"too small"})", 400);
+  const std::string other = file(R"({"Host":{"type":"str","value":"x"},"Mtu":{"type":"uint","value":"1"}})");
+  expectFailure({"import", other}, 1, "Host: too small; set before it: 0 of 2");
+}
+
+TEST_F(TreeFilesTest, AFileThatIsNoJsonIsAFailure) {
+  expectFailure({"import", file("{")}, 3, folder.file("leaves.json") + ": no JSON: error at byte 2");
+}
+
+TEST_F(TreeFilesTest, AFileOfAnotherFormIsAFailure) {
+  expectFailure({"import", file(R"({"Host":"switch"})")}, 3,
+                folder.file("leaves.json") + R"(: Host is not of the form {"type": "...", "value": "..."})");
+}
+
+TEST_F(TreeFilesTest, AFileThatIsNotThereIsAFailure) {
+  expectFailure({"diff", "/nowhere.json"}, 3, "/nowhere.json: No such file or directory");
+}
+
+}  // namespace

@@ -1,24 +1,36 @@
 // SPDX-License-Identifier: MIT
-// Everything that the command line understands. A command's options live in shared values, which its action
-// reads once the whole line has been parsed.
+// Everything that the command line understands. What an argument is called in the help, or its type where
+// that is named, also tells completion what may stand there.
 #include "contextctl/command_line.h"
 
+#include <cstdlib>
 #include <functional>
 #include <iostream>
-#include <memory>
 #include <string>
-#include <utility>
+#include <type_traits>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "contextctl/commands/commands.h"
+#include "contextctl/completion/candidates.h"
+#include "contextctl/completion/scripts.h"
 #include "contextctl/inspect/inspect.h"
 #include "contextctl/session.h"
 
 namespace {
 
-using Action = std::function<ExitStatus(const Session& session)>;
+// The arguments of all commands: a command line has but one of them.
+struct Arguments {
+  std::vector<std::string> words;
+  std::string leaf, value, prefix, object, instance, event, data, file, shell;
+  int attribute = 0;
+  int count = 0;
+  double interval = 2;
+  bool create = false;
+  std::string kind = "context";
+  InspectOptions inspect;
+};
 
 class CommandLine {
  public:
@@ -27,52 +39,66 @@ class CommandLine {
   ExitStatus run(int argc, const char* const* argv);
 
  private:
+  using Action = std::function<ExitStatus(const Session& session)>;
+
   void addLeafCommands();
   void addObjectCommands();
   void addStreamCommands();
   void addContextCommands();
   void addFileCommands();
   void addInspect();
+  void addCompletion();
+
+  // `command` takes the session; its exit status is 0 if it returns none.
+  template <typename Command>
   CLI::App* add(CLI::App& parent, const std::string& name, const std::string& purpose,
-                const std::string& examples, Action action);
-  CLI::App* add(const std::string& name, const std::string& purpose, const std::string& examples,
-                Action action) {
-    return add(app_, name, purpose, examples, std::move(action));
-  }
+                const std::string& examples, Command command);
+  void addCount(CLI::App* command, const std::string& what);
+
+  ExitStatus inspectLibrary(const Session& session);
+  ExitStatus completeWords(const Session& session);
 
   CLI::App app_;
   Session::Wishes wishes_;
+  Arguments arguments_;
   Action action_;
 };
 
-// An argument's place; shared, since actions are copied.
-template <typename T>
-std::shared_ptr<T> place(T value = {}) {
-  return std::make_shared<T>(std::move(value));
+template <typename Command>
+CLI::App* CommandLine::add(CLI::App& parent, const std::string& name, const std::string& purpose,
+                           const std::string& examples, Command command) {
+  CLI::App* added = parent.add_subcommand(name, purpose);
+  if (!examples.empty()) added->footer("Examples:\n" + examples);
+  added->callback([this, command] {
+    action_ = [command](const Session& session) {
+      if constexpr (std::is_void_v<decltype(command(session))>) {
+        command(session);
+        return kExitOk;
+      } else {
+        return command(session);
+      }
+    };
+  });
+  return added;
 }
 
-// An action without a result of its own.
-template <typename Command>
-Action always(Command command) {
-  return [command](const Session& session) {
-    command(session);
-    return kExitOk;
-  };
+template <typename T>
+CLI::Option* addArgument(CLI::App* command, const std::string& name, T& target, const std::string& meaning) {
+  return command->add_option(name, target, meaning)->type_name("");
 }
 
 CLI::Validator isPositive() {
   const auto check = [](const std::string& text) {
-    double number = 0;
-    const bool good = CLI::detail::lexical_cast(text, number) && number > 0;
-    return good ? std::string() : text + " is no number above 0";
+    char* end = nullptr;
+    const double number = std::strtod(text.c_str(), &end);
+    return *end == '\0' && number > 0 ? std::string() : text + " is no number above 0";
   };
   return CLI::Validator(check, "");
 }
 
-std::shared_ptr<int> addCount(CLI::App* command) {
-  auto count = place(0);
-  command->add_option("--count", *count, "End after so many items")->check(isPositive());
-  return count;
+// The help names the choices as the type.
+CLI::Validator isOneOf(const std::vector<std::string>& choices) {
+  return CLI::IsMember(choices).description("");
 }
 
 constexpr const char* kExitStatuses =
@@ -99,184 +125,185 @@ CommandLine::CommandLine()
   addContextCommands();
   addFileCommands();
   addInspect();
+  addCompletion();
 }
 
-CLI::App* CommandLine::add(CLI::App& parent, const std::string& name, const std::string& purpose,
-                           const std::string& examples, Action action) {
-  CLI::App* command = parent.add_subcommand(name, purpose);
-  command->footer("Examples:\n" + examples);
-  command->callback([this, action = std::move(action)] { action_ = action; });
-  return command;
+void CommandLine::addCount(CLI::App* command, const std::string& what) {
+  command->add_option("--count", arguments_.count, "End after so many " + what)
+      ->type_name("N")
+      ->check(isPositive());
 }
 
 void CommandLine::addLeafCommands() {
-  auto names = place<std::vector<std::string>>();
-  add("get", "Print the values of leaves, a line each", "  contextctl get Device.Hostname Device.Mtu",
-      always([names](const Session& session) { getValues(session, *names); }))
-      ->add_option("NAME", *names, "Full name of a leaf")
-      ->required();
+  CLI::App* get = add(app_, "get", "Print the values of leaves, a line each",
+                      "  contextctl get Device.Hostname Device.Mtu",
+                      [this](const Session& session) { getValues(session, arguments_.words); });
+  addArgument(get, "LEAF", arguments_.words, "Full name of a leaf")->required();
 
-  auto name = place<std::string>(), value = place<std::string>();
-  auto create = place(false);
-  CLI::App* set = add("set", "Give a leaf a value",
+  CLI::App* set = add(app_, "set", "Give a leaf a value",
                       "  contextctl set Device.Hostname router\n  contextctl set Device.Note -- --none--",
-                      always([=](const Session& session) { setValue(session, *name, *value, *create); }));
-  set->add_option("NAME", *name, "Full name of the leaf")->required();
-  set->add_option("VALUE", *value, "Its new value")->required();
-  set->add_flag("--create", *create, "Make the instance that the leaf belongs to, if it is not there");
+                      [this](const Session& session) {
+                        setValue(session, arguments_.leaf, arguments_.value, arguments_.create);
+                      });
+  addArgument(set, "LEAF", arguments_.leaf, "Full name of the leaf")->required();
+  addArgument(set, "VALUE", arguments_.value, "Its new value")->required();
+  set->add_flag("--create", arguments_.create, "Make the leaf's instance, if it is not there");
 
-  auto list_prefix = place<std::string>();
-  auto names_only = place(false);
   CLI::App* list =
-      add("list", "List leaves with their types and values",
-          "  contextctl list Device.Interfaces.\n  contextctl list --names",
-          always([=](const Session& session) { listLeaves(session, *list_prefix, *names_only); }));
-  list->add_option("PREFIX", *list_prefix, "What their names begin with");
-  list->add_flag("--names", *names_only, "Print the names only");
+      add(app_, "list", "List leaves with their types and values", "  contextctl list Device.Interfaces.",
+          [this](const Session& session) { listLeaves(session, arguments_.prefix); });
+  addArgument(list, "PREFIX", arguments_.prefix, "What their names begin with");
 
-  auto tree_prefix = place<std::string>();
-  add("tree", "Show leaves as an indented tree", "  contextctl tree Device.Interfaces.",
-      always([tree_prefix](const Session& session) { showTree(session, *tree_prefix); }))
-      ->add_option("PREFIX", *tree_prefix, "What their names begin with");
+  CLI::App* tree =
+      add(app_, "tree", "Show leaves as an indented tree", "  contextctl tree Device.Interfaces.",
+          [this](const Session& session) { showTree(session, arguments_.prefix); });
+  addArgument(tree, "PREFIX", arguments_.prefix, "What their names begin with");
 }
 
 void CommandLine::addObjectCommands() {
-  auto object = place<std::string>();
-  add("instances", "List the instances of an object", "  contextctl instances Device.Interfaces.",
-      always([object](const Session& session) { listInstances(session, *object); }))
-      ->add_option("OBJECT", *object, "Name or number of the object")
-      ->required();
+  CLI::App* instances =
+      add(app_, "instances", "List the instances of an object", "  contextctl instances Device.Interfaces.",
+          [this](const Session& session) { listInstances(session, arguments_.object); });
+  addArgument(instances, "OBJECT", arguments_.object, "Name or number of the object")->required();
 
-  auto added = place<std::string>();
-  add("add", "Add an instance", "  contextctl add Device.Interfaces.wlan0.",
-      always([added](const Session& session) { addInstance(session, *added); }))
-      ->add_option("INSTANCE", *added, "Full name of the instance")
-      ->required();
+  CLI::App* added = add(app_, "add", "Add an instance", "  contextctl add Device.Interfaces.wlan0.",
+                        [this](const Session& session) { addInstance(session, arguments_.instance); });
+  addArgument(added, "INSTANCE", arguments_.instance, "Full name of the instance")->required();
 
-  auto deleted = place<std::string>();
-  add("del", "Delete an instance", "  contextctl del Device.Interfaces.wlan0.",
-      always([deleted](const Session& session) { deleteInstance(session, *deleted); }))
-      ->add_option("INSTANCE", *deleted, "Full name of the instance")
-      ->required();
+  CLI::App* deleted = add(app_, "del", "Delete an instance", "  contextctl del Device.Interfaces.wlan0.",
+                          [this](const Session& session) { deleteInstance(session, arguments_.instance); });
+  addArgument(deleted, "INSTANCE", arguments_.instance, "Full name of the instance")->required();
 
-  auto owner = place<std::string>();
-  auto value = place(0);
-  CLI::App* attr = add("attr", "Print or set the attribute of an object",
-                       "  contextctl attr Device.Interfaces.\n  contextctl attr 100 3", nullptr);
-  attr->add_option("OBJECT", *owner, "Name or number of the object")->required();
-  const CLI::Option* new_value = attr->add_option("VALUE", *value, "Its new attribute");
-  attr->callback([this, owner, value, new_value] {
-    action_ = always([=](const Session& session) {
-      if (new_value->count() == 0)
-        showAttribute(session, *owner);
-      else
-        setAttribute(session, *owner, *value);
-    });
-  });
+  CLI::App* attribute = add(app_, "attribute", "Print or set the attribute of an object",
+                            "  contextctl attribute Device.Interfaces.\n  contextctl attribute 100 3",
+                            [this](const Session& session) {
+                              if (app_.get_subcommand("attribute")->count("ATTRIBUTE") == 0)
+                                showAttribute(session, arguments_.object);
+                              else
+                                setAttribute(session, arguments_.object, arguments_.attribute);
+                            });
+  addArgument(attribute, "OBJECT", arguments_.object, "Name or number of the object")->required();
+  addArgument(attribute, "ATTRIBUTE", arguments_.attribute, "Its new attribute, a number");
 }
 
 void CommandLine::addStreamCommands() {
-  auto prefix = place<std::string>();
-  auto watch_count = place<std::shared_ptr<int>>();
   CLI::App* watch =
-      add("watch", "Follow the changes of the tree",
+      add(app_, "watch", "Follow the changes of the tree",
           "  contextctl watch Device.Interfaces.\n  contextctl watch --count 1",
-          always([=](const Session& session) { watchChanges(session, *prefix, **watch_count); }));
-  watch->add_option("PREFIX", *prefix, "What the names begin with");
-  *watch_count = addCount(watch);
+          [this](const Session& session) { watchChanges(session, arguments_.prefix, arguments_.count); });
+  addArgument(watch, "PREFIX", arguments_.prefix, "What the names begin with");
+  addCount(watch, "changes");
 
   CLI::App* event = app_.add_subcommand("event", "Send or follow events");
   event->fallthrough();
-  auto sent = place<std::string>(), data = place<std::string>();
-  CLI::App* send = add(*event, "send", "Send an event", "  contextctl event send link.down eth0",
-                       always([=](const Session& session) { sendEvent(session, *sent, *data); }));
-  send->add_option("NAME", *sent, "Name of the event")->required();
-  send->add_option("DATA", *data, "What it carries")->required();
+  CLI::App* send =
+      add(*event, "send", "Send an event", "  contextctl event send link.down eth0",
+          [this](const Session& session) { sendEvent(session, arguments_.event, arguments_.data); });
+  addArgument(send, "EVENT", arguments_.event, "Name of the event")->required();
+  addArgument(send, "DATA", arguments_.data, "What it carries")->required();
 
-  auto followed = place<std::string>();
-  auto event_count = place<std::shared_ptr<int>>();
   CLI::App* follow =
       add(*event, "follow", "Follow events", "  contextctl event follow link.down --count 1",
-          always([=](const Session& session) { followEvents(session, *followed, **event_count); }));
-  follow->add_option("NAME", *followed, "Name of the events; all, if it is left out");
-  *event_count = addCount(follow);
+          [this](const Session& session) { followEvents(session, arguments_.event, arguments_.count); });
+  addArgument(follow, "EVENT", arguments_.event, "Name of the events; all, if it is left out");
+  addCount(follow, "events");
 
-  auto log_count = place<std::shared_ptr<int>>();
-  CLI::App* log = add("log", "Follow the log", "  contextctl log --json | jq .text",
-                      always([=](const Session& session) { followLog(session, **log_count); }));
-  *log_count = addCount(log);
+  CLI::App* log = add(app_, "log", "Follow the log", "  contextctl log --json | jq .text",
+                      [this](const Session& session) { followLog(session, arguments_.count); });
+  addCount(log, "records");
 }
 
 void CommandLine::addContextCommands() {
-  add("save", "Save the configuration", "  contextctl save", always(save));
-  add("stop", "End the context's program in good order", "  contextctl stop", always(stop));
-  add("modules", "List the module libraries and how far they are", "  contextctl modules",
-      always(listModules));
-  add("registrations", "List what is registered, and what its callbacks cost", "  contextctl registrations",
-      always(listRegistrations));
+  add(app_, "save", "Save the configuration", "  contextctl save", save);
+  add(app_, "stop", "End the context's program in good order", "  contextctl stop", stop);
+  add(app_, "modules", "List the module libraries and how far they are", "  contextctl modules", listModules);
+  add(app_, "registrations", "List what is registered, and what its callbacks cost",
+      "  contextctl registrations", listRegistrations);
 
-  auto trace = place<std::string>();
-  add("stats", "Show the context's figures", "  contextctl stats\n  contextctl stats --trace trace.json",
-      always([trace](const Session& session) { showStatistics(session, *trace); }))
-      ->add_option("--trace", *trace, "Write a trace of the latest callbacks, for a trace viewer")
+  CLI::App* stats = add(app_, "stats", "Show the context's figures",
+                        "  contextctl stats\n  contextctl stats --trace trace.json",
+                        [this](const Session& session) { showStatistics(session, arguments_.file); });
+  stats->add_option("--trace", arguments_.file, "Write a trace of the latest callbacks, for a trace viewer")
       ->type_name("FILE");
 
-  auto interval = place(2.0);
-  auto count = place(0);
-  CLI::App* top = add("top", "Show again and again what the callbacks cost",
-                      "  contextctl top --interval 1\n  contextctl top --count 1",
-                      always([=](const Session& session) { showTop(session, *interval, *count); }));
-  top->add_option("--interval", *interval, "Seconds from one sample to the next (2)")
+  CLI::App* top =
+      add(app_, "top", "Show again and again what the callbacks cost",
+          "  contextctl top --interval 1\n  contextctl top --count 1",
+          [this](const Session& session) { showTop(session, arguments_.interval, arguments_.count); });
+  top->add_option("--interval", arguments_.interval, "Seconds from one sample to the next (2)")
       ->type_name("S")
       ->check(isPositive());
-  top->add_option("--count", *count, "End after so many samples")->check(isPositive());
+  addCount(top, "samples");
 }
 
 void CommandLine::addFileCommands() {
-  auto prefix = place<std::string>(), target = place<std::string>();
-  CLI::App* to = add("export", "Write leaves to a file, without passwords and computed values",
-                     "  contextctl export > all.json\n  contextctl export Device.Interfaces. interfaces.json",
-                     always([=](const Session& session) { exportTree(session, *prefix, *target); }));
-  to->add_option("PREFIX", *prefix, "What their names begin with; \"\" for all");
-  to->add_option("FILE", *target, "The file; standard output, if it is left out");
+  CLI::App* to =
+      add(app_, "export", "Write leaves to a file, without passwords and computed values",
+          "  contextctl export > all.json\n  contextctl export Device.Interfaces. interfaces.json",
+          [this](const Session& session) { exportTree(session, arguments_.prefix, arguments_.file); });
+  addArgument(to, "PREFIX", arguments_.prefix, "What their names begin with; \"\" for all");
+  addArgument(to, "FILE", arguments_.file, "The file; standard output, if it is left out");
 
-  auto source = place<std::string>();
-  add("import", "Set what differs from a file, and tell it", "  contextctl import all.json",
-      [source](const Session& session) { return importTree(session, *source); })
-      ->add_option("FILE", *source, "An exported file; \"-\" for standard input")
-      ->required();
+  CLI::App* from =
+      add(app_, "import", "Set what differs from a file, and tell it", "  contextctl import all.json",
+          [this](const Session& session) { return importTree(session, arguments_.file); });
+  addArgument(from, "FILE", arguments_.file, "An exported file; \"-\" for standard input")->required();
 
-  auto other = place<std::string>();
-  add("diff", "Tell what differs from a file", "  contextctl diff all.json",
-      [other](const Session& session) { return diffTree(session, *other); })
-      ->add_option("FILE", *other, "An exported file; \"-\" for standard input")
-      ->required();
+  CLI::App* diff = add(app_, "diff", "Tell what differs from a file", "  contextctl diff all.json",
+                       [this](const Session& session) { return diffTree(session, arguments_.file); });
+  addArgument(diff, "FILE", arguments_.file, "An exported file; \"-\" for standard input")->required();
 }
 
 void CommandLine::addInspect() {
-  auto options = place<InspectOptions>();
-  auto kind = place<std::string>("context");
-  CLI::App* command = add("inspect", "Tell whether a context or module library fits libcpp2c",
+  InspectOptions& options = arguments_.inspect;
+  CLI::App* command = add(app_, "inspect", "Tell whether a context or module library fits libcpp2c",
                           "  contextctl inspect libcontext_proxy.so\n"
                           "  contextctl inspect --live --kind module ./libmodule.so\n"
                           "  contextctl inspect --against mips/libcpp2c.so --sysroot mips/root libmodule.so",
-                          [this, options, kind](const Session& session) {
-                            options->kind = *kind == "module" ? Kind::kModule : Kind::kContext;
-                            options->seconds = wishes_.seconds;
-                            const Report report = inspect(*options);
-                            (session.json() ? printJson : print)(report, session.out());
-                            return fits(report) ? kExitOk : kExitNo;
-                          });
-  command->add_option("LIBRARY", options->library, "The library file")->required();
-  command->add_option("--against", options->against, "The libcpp2c.so to fit; by default the one found here")
+                          [this](const Session& session) { return inspectLibrary(session); });
+  addArgument(command, "LIBRARY", options.library, "The library file")->required();
+  command->add_option("--against", options.against, "The libcpp2c.so to fit; by default the one found here")
       ->type_name("LIBRARY");
-  command->add_option("--library-path", options->library_path, "Folders to look for libraries in first")
+  command->add_option("--library-path", options.library_path, "Folders to look for libraries in first")
       ->type_name("FOLDER:...");
-  command->add_option("--sysroot", options->sysroot, "Where another machine's folders stand")
+  command->add_option("--sysroot", options.sysroot, "Where another machine's folders stand")
       ->type_name("FOLDER");
-  command->add_option("--kind", *kind, "What the library is; a context, if it is left out")
-      ->check(CLI::IsMember({"context", "module"}));
-  command->add_flag("--live", options->live, "Open it in a process of its own, and list its operations");
+  command->add_option("--kind", arguments_.kind, "What the library is; a context, if it is left out")
+      ->type_name("context|module")
+      ->check(isOneOf({"context", "module"}));
+  command->add_flag("--live", options.live, "Open it in a process of its own, and list its operations");
+}
+
+ExitStatus CommandLine::inspectLibrary(const Session& session) {
+  arguments_.inspect.kind = arguments_.kind == "module" ? Kind::kModule : Kind::kContext;
+  arguments_.inspect.seconds = wishes_.seconds;
+  const Report report = inspect(arguments_.inspect);
+  (session.json() ? printJson : print)(report, session.out());
+  return fits(report) ? kExitOk : kExitNo;
+}
+
+void CommandLine::addCompletion() {
+  CLI::App* completion =
+      add(app_, "completion", "Print what makes a shell complete the words of contextctl",
+          "  source <(contextctl completion bash)\n  contextctl completion fish | source",
+          [this](const Session& session) { session.out() << completionScript(arguments_.shell); });
+  addArgument(completion, "SHELL", arguments_.shell, "The shell")
+      ->type_name("bash|zsh|fish")
+      ->required()
+      ->check(isOneOf({"bash", "zsh", "fish"}));
+
+  // For the scripts alone, so the help does not show it.
+  CLI::App* complete =
+      add(app_, "complete", "", "", [this](const Session& session) { return completeWords(session); });
+  complete->group("");
+  addArgument(complete, "WORD", arguments_.words, "The words of a line behind contextctl");
+}
+
+ExitStatus CommandLine::completeWords(const Session& session) {
+  const auto candidates = findCandidates(app_, arguments_.words);
+  if (!candidates) return kExitNo;
+  for (const std::string& candidate : *candidates) session.out() << candidate << '\n';
+  return kExitOk;
 }
 
 ExitStatus CommandLine::run(int argc, const char* const* argv) {

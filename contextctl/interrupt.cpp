@@ -8,8 +8,8 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include "contextctl/deadline.h"
 #include "contextctl/failure.h"
-#include "contextctl/seconds.h"
 
 Interrupt::Interrupt() {
   sigset_t signals;

@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "contextctl/leaf.h"
 
-#include "contextctl/message.h"
 #include "contextctl/session.h"
 
 Leaf leafOf(const Record& record) {
   return {record.text("name"), record.text("type"), record.value("value"), record.text("computed") == "true"};
 }
 
+Client::Query leafQuery(const std::string& name, bool reveal) {
+  return {{"name", name}, {"reveal", reveal ? "true" : ""}};
+}
+
 std::vector<Leaf> getLeaves(const Session& session, const std::string& prefix, bool reveal) {
   std::vector<Leaf> leaves;
-  const Answer answer = session.get("/tree", {{"name", prefix}}, reveal);
+  const Answer answer = session.get("/tree", leafQuery(prefix, reveal));
   for (const Record& record : answer.list("leaves")) leaves.push_back(leafOf(record));
   return leaves;
 }

@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
-class Record;
+#include "contextctl/client.h"
+#include "contextctl/message.h"
+
 class Session;
 
 // A leaf of the configuration tree.
@@ -18,6 +20,9 @@ struct Leaf {
 };
 
 Leaf leafOf(const Record& record);
+
+// Asks for leaves by name or prefix, and for passwords if they are to be shown.
+Client::Query leafQuery(const std::string& name, bool reveal);
 
 // The leaves whose full names begin with `prefix`, in the order of their names.
 std::vector<Leaf> getLeaves(const Session& session, const std::string& prefix, bool reveal);

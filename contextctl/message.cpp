@@ -31,23 +31,6 @@ Record readRecord(const Json& object) {
   return record;
 }
 
-void hidePassword(Json& object) {
-  const auto type = object.find("type");
-  if (type == object.end() || *type != "pwd") return;
-  for (const char* name : {"value", "default"})
-    if (object.contains(name)) object[name] = nullptr;
-}
-
-// An object and the objects in its arrays, as deep as the protocol goes.
-void hidePasswords(Json& object, int depth = 3) {
-  hidePassword(object);
-  for (Json& member : object) {
-    if (!member.is_array() || depth == 0) continue;
-    for (Json& item : member)
-      if (item.is_object()) hidePasswords(item, depth - 1);
-  }
-}
-
 void readArray(const std::string& name, const Json& array, Answer& answer) {
   std::vector<Record>& list = answer.lists[name];
   std::vector<std::string>& names = answer.names[name];
@@ -103,9 +86,8 @@ const std::vector<std::string>& Answer::nameList(const std::string& name) const 
   return find(names, name);
 }
 
-Answer readAnswer(const std::string& text, bool reveal) {
-  Json json = parseObject(text);
-  if (!reveal) hidePasswords(json);
+Answer readAnswer(const std::string& text) {
+  const Json json = parseObject(text);
   Answer answer;
   answer.record = readRecord(json);
   for (const auto& member : json.items())

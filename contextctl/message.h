@@ -15,15 +15,12 @@
 // The plain members of a JSON object: numbers and booleans as JSON writes them, null as nothing.
 class Record {
  public:
-  bool has(const std::string& name) const { return members_.count(name) != 0; }
-
   // Throws Failure if there is no such member: the other side does not speak this protocol.
   const std::optional<std::string>& value(const std::string& name) const;
   std::string text(const std::string& name) const { return value(name).value_or(""); }
   double number(const std::string& name) const;
 
   void set(const std::string& name, std::optional<std::string> value) { members_[name] = std::move(value); }
-  const std::map<std::string, std::optional<std::string>>& members() const { return members_; }
 
  private:
   std::map<std::string, std::optional<std::string>> members_;
@@ -40,9 +37,8 @@ struct Answer {
   const std::vector<std::string>& nameList(const std::string& name) const;  // likewise
 };
 
-// Reads an answer. Throws Failure if it is no JSON object. The values of "pwd" leaves are dropped unless
-// `reveal`, whatever the other side has sent.
-Answer readAnswer(const std::string& text, bool reveal);
+// Throws Failure if the text is no JSON object.
+Answer readAnswer(const std::string& text);
 
 // The "error" of a refusal; nothing if the text is none.
 std::optional<std::string> readRefusal(const std::string& text);

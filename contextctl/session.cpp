@@ -19,38 +19,30 @@ std::string environment(const char* name) {
 }  // namespace
 
 Answer Session::get(const std::string& path, const Client::Query& query) const {
-  return get(path, query, reveal());
+  return readAnswer(getText(path, query));
 }
 
-Answer Session::get(const std::string& path, const Client::Query& query, bool reveal) const {
-  Client::Query whole = query;
-  whole.emplace_back("reveal", reveal ? "true" : "");
-  return ask("GET", path, whole, "", reveal);
-}
-
-std::string Session::getText(const std::string& path) const {
-  return client_.request("GET", path, {}, "");
+std::string Session::getText(const std::string& path, const Client::Query& query) const {
+  return client_.request("GET", path, query, "");
 }
 
 Answer Session::put(const std::string& path, const Members& members) const {
-  return ask("PUT", path, {}, writeObject(members), reveal());
+  return readAnswer(client_.request("PUT", path, {}, writeObject(members)));
 }
 
 Answer Session::post(const std::string& path, const Members& members) const {
-  return ask("POST", path, {}, writeObject(members), reveal());
+  return readAnswer(client_.request("POST", path, {}, writeObject(members)));
 }
 
 Answer Session::remove(const std::string& path, const Client::Query& query) const {
-  return ask("DELETE", path, query, "", reveal());
+  return readAnswer(client_.request("DELETE", path, query, ""));
 }
 
-Answer Session::ask(const std::string& method, const std::string& path, const Client::Query& query,
-                    const std::string& body, bool reveal) const {
-  return readAnswer(client_.request(method, path, query, body), reveal);
-}
-
-void Session::report(const Answer& answer) const {
-  if (json()) out_ << answer.json << '\n';
+void Session::show(const Answer& answer, const std::function<void(std::ostream& out)>& in_words) const {
+  if (json())
+    out_ << answer.json << '\n';
+  else if (in_words)
+    in_words(out_);
 }
 
 void Session::follow(const std::string& path, const Client::Query& query, int count,
@@ -58,11 +50,8 @@ void Session::follow(const std::string& path, const Client::Query& query, int co
   const Interrupt interrupt;
   int seen = 0;
   client_.follow(path, query, interrupt, [&](const std::string& item) {
-    const Answer answer = readAnswer(item, reveal());
-    if (json())
-      out_ << answer.json << '\n';
-    else
-      on_item(answer.record);
+    const Answer answer = readAnswer(item);
+    show(answer, [&](std::ostream&) { on_item(answer.record); });
     flush(out_);
     return ++seen != count;
   });

@@ -27,15 +27,13 @@ class Session {
   std::ostream& out() const { return out_; }
 
   Answer get(const std::string& path, const Client::Query& query = {}) const;
-  Answer get(const std::string& path, const Client::Query& query, bool reveal) const;
-  std::string getText(const std::string& path) const;  // as it came
-
   Answer put(const std::string& path, const Members& members) const;
   Answer post(const std::string& path, const Members& members) const;
   Answer remove(const std::string& path, const Client::Query& query) const;
+  std::string getText(const std::string& path, const Client::Query& query = {}) const;  // as it came
 
-  // For a deed that needs no words: prints the answer for --json only.
-  void report(const Answer& answer) const;
+  // Prints the answer as it is for --json, otherwise in words, if it needs any.
+  void show(const Answer& answer, const std::function<void(std::ostream& out)>& in_words = nullptr) const;
 
   // Hands `on_item` each item of a stream until `count` have come (0: no limit) or Ctrl-C. With --json each
   // is printed instead.
@@ -43,9 +41,6 @@ class Session {
               const std::function<void(const Record& item)>& on_item) const;
 
  private:
-  Answer ask(const std::string& method, const std::string& path, const Client::Query& query,
-             const std::string& body, bool reveal) const;
-
   Wishes wishes_;
   Client client_;
   std::ostream& out_;

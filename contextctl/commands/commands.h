@@ -13,7 +13,7 @@
 // Leaves.
 void getValues(const Session& session, const std::vector<std::string>& names);
 void setValue(const Session& session, const std::string& name, const std::string& value, bool create);
-void listLeaves(const Session& session, const std::string& prefix, bool names_only);
+void listLeaves(const Session& session, const std::string& prefix);
 void showTree(const Session& session, const std::string& prefix);
 
 // Objects.

@@ -3,42 +3,38 @@
 #include <ostream>
 
 #include "contextctl/commands/commands.h"
-#include "contextctl/milliseconds.h"
+#include "contextctl/durations.h"
 #include "contextctl/printable.h"
 #include "contextctl/table.h"
 
 void save(const Session& session) {
-  session.report(session.post("/save", {}));
+  session.show(session.post("/save", {}));
 }
 
 void stop(const Session& session) {
-  session.report(session.post("/stop", {}));
+  session.show(session.post("/stop", {}));
 }
 
 void listModules(const Session& session) {
   const Answer answer = session.get("/modules");
-  if (session.json()) {
-    session.out() << answer.json << '\n';
-    return;
-  }
-  session.out() << "State: " << printable(answer.record.text("state")) << '\n';
-  Table table({"LIBRARY", "STATE"});
-  for (const Record& module : answer.list("modules"))
-    table.add({module.text("library"), module.text("state")});
-  table.print(session.out());
+  session.show(answer, [&](std::ostream& out) {
+    out << "State: " << printable(answer.record.text("state")) << '\n';
+    Table table({"LIBRARY", "STATE"});
+    for (const Record& module : answer.list("modules"))
+      table.add({module.text("library"), module.text("state")});
+    table.print(out);
+  });
 }
 
 void listRegistrations(const Session& session) {
   const Answer answer = session.get("/registrations");
-  if (session.json()) {
-    session.out() << answer.json << '\n';
-    return;
-  }
-  Table table(
-      {"KIND", "KEY", "FUNCTION", "LOCATION", "COUNT", "TOTAL MS", "LONGEST MS", "LAST MS", "RESULT"});
-  for (const Record& r : answer.list("registrations"))
-    table.add({r.text("kind"), r.text("key"), r.text("function"), r.text("location"), r.text("count"),
-               milliseconds(r.number("totalMs")), milliseconds(r.number("longestMs")),
-               milliseconds(r.number("lastMs")), r.text("lastResult")});
-  table.print(session.out());
+  session.show(answer, [&](std::ostream& out) {
+    Table table(
+        {"KIND", "KEY", "FUNCTION", "LOCATION", "COUNT", "TOTAL MS", "LONGEST MS", "LAST MS", "RESULT"});
+    for (const Record& r : answer.list("registrations"))
+      table.add({r.text("kind"), r.text("key"), r.text("function"), r.text("location"), r.text("count"),
+                 milliseconds(r.number("totalMs")), milliseconds(r.number("longestMs")),
+                 milliseconds(r.number("lastMs")), r.text("lastResult")});
+    table.print(out);
+  });
 }

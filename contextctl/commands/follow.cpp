@@ -23,8 +23,7 @@ void printLine(const Session& session, std::initializer_list<std::string> texts)
 }  // namespace
 
 void watchChanges(const Session& session, const std::string& prefix, int count) {
-  const Client::Query query = {{"name", prefix}, {"reveal", session.reveal() ? "true" : ""}};
-  session.follow("/changes", query, count, [&](const Record& change) {
+  session.follow("/changes", leafQuery(prefix, session.reveal()), count, [&](const Record& change) {
     const std::string leaf = change.text("leaf");
     const std::string value = leaf.empty() ? "" : shown(change.value("value"));
     printLine(session,
@@ -33,7 +32,7 @@ void watchChanges(const Session& session, const std::string& prefix, int count) 
 }
 
 void sendEvent(const Session& session, const std::string& event, const std::string& data) {
-  session.report(session.post("/events", {{"event", event}, {"data", data}}));
+  session.show(session.post("/events", {{"event", event}, {"data", data}}));
 }
 
 void followEvents(const Session& session, const std::string& event, int count) {

@@ -7,17 +7,15 @@
 
 void listInstances(const Session& session, const std::string& object) {
   const Answer answer = session.get("/instances", {{"object", object}});
-  if (session.json()) {
-    session.out() << answer.json << '\n';
-    return;
-  }
-  for (const std::string& name : answer.nameList("instances")) session.out() << printable(name) << '\n';
+  session.show(answer, [&](std::ostream& out) {
+    for (const std::string& name : answer.nameList("instances")) out << printable(name) << '\n';
+  });
 }
 
 void addInstance(const Session& session, const std::string& name) {
-  session.report(session.post("/instances", {{"name", name}}));
+  session.show(session.post("/instances", {{"name", name}}));
 }
 
 void deleteInstance(const Session& session, const std::string& name) {
-  session.report(session.remove("/instances", {{"name", name}}));
+  session.show(session.remove("/instances", {{"name", name}}));
 }

@@ -16,25 +16,12 @@ std::string forOutput(const std::string& value) {
   return isatty(STDOUT_FILENO) == 1 ? printable(value) : value;
 }
 
-void printNames(const Session& session, const Answer& answer) {
-  for (const Record& record : answer.list("leaves")) session.out() << printable(record.text("name")) << '\n';
-}
-
-void printTable(const Session& session, const Answer& answer) {
-  Table table({"NAME", "TYPE", "VALUE"});
-  for (const Record& record : answer.list("leaves")) {
-    const Leaf leaf = leafOf(record);
-    table.add({leaf.name, shownType(leaf), shown(leaf.value)});
-  }
-  table.print(session.out());
-}
-
 }  // namespace
 
 void getValues(const Session& session, const std::vector<std::string>& names) {
   std::string text;
   for (const std::string& name : names) {
-    const Answer answer = session.get("/leaf", {{"name", name}});
+    const Answer answer = session.get("/leaf", leafQuery(name, session.reveal()));
     text += (session.json() ? answer.json : forOutput(shown(leafOf(answer.record).value))) + '\n';
   }
   session.out() << text;
@@ -43,15 +30,17 @@ void getValues(const Session& session, const std::vector<std::string>& names) {
 void setValue(const Session& session, const std::string& name, const std::string& value, bool create) {
   Members members = {{"name", name}, {"value", value}};
   if (create) members.emplace_back("create", true);
-  session.report(session.put("/leaf", members));
+  session.show(session.put("/leaf", members));
 }
 
-void listLeaves(const Session& session, const std::string& prefix, bool names_only) {
-  const Answer answer = session.get("/tree", {{"name", prefix}});
-  if (names_only)
-    printNames(session, answer);
-  else if (session.json())
-    session.out() << answer.json << '\n';
-  else
-    printTable(session, answer);
+void listLeaves(const Session& session, const std::string& prefix) {
+  const Answer answer = session.get("/tree", leafQuery(prefix, session.reveal()));
+  session.show(answer, [&](std::ostream& out) {
+    Table table({"NAME", "TYPE", "VALUE"});
+    for (const Record& record : answer.list("leaves")) {
+      const Leaf leaf = leafOf(record);
+      table.add({leaf.name, shownType(leaf), shown(leaf.value)});
+    }
+    table.print(out);
+  });
 }

@@ -3,13 +3,13 @@
 #include <ostream>
 
 #include "contextctl/commands/commands.h"
+#include "contextctl/durations.h"
 #include "contextctl/files.h"
-#include "contextctl/milliseconds.h"
 #include "contextctl/table.h"
 
 namespace {
 
-void printStatistics(const Session& session, const Record& statistics) {
+void printStatistics(const Record& statistics, std::ostream& out) {
   Table table({"FIGURE", "VALUE"});
   table.add({"program", statistics.text("program")});
   table.add({"process", statistics.text("pid")});
@@ -21,16 +21,13 @@ void printStatistics(const Session& session, const Record& statistics) {
   table.add({"events", statistics.text("events")});
   table.add({"changes", statistics.text("changes")});
   table.add({"clients", statistics.text("clients")});
-  table.print(session.out());
+  table.print(out);
 }
 
 }  // namespace
 
 void showStatistics(const Session& session, const std::string& trace_file) {
   const Answer answer = session.get("/statistics");
-  if (session.json())
-    session.out() << answer.json << '\n';
-  else
-    printStatistics(session, answer.record);
+  session.show(answer, [&](std::ostream& out) { printStatistics(answer.record, out); });
   if (!trace_file.empty()) writeFile(trace_file, session.getText("/trace"));
 }

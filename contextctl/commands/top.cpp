@@ -6,8 +6,8 @@
 #include <ostream>
 
 #include "contextctl/commands/commands.h"
+#include "contextctl/durations.h"
 #include "contextctl/interrupt.h"
-#include "contextctl/milliseconds.h"
 #include "contextctl/printable.h"
 #include "contextctl/table.h"
 
@@ -86,8 +86,7 @@ void showTop(const Session& session, double interval, int count) {
     const Answer statistics = session.get("/statistics"), registrations = session.get("/registrations");
     separate(session, i == 0);
     if (session.json())
-      session.out() << "{\"statistics\":" << statistics.json << ",\"callbacks\":" << registrations.json
-                    << "}\n";
+      session.out() << "{\"statistics\":" << statistics.json << ',' << registrations.json.substr(1) << '\n';
     else
       printSample(session, statistics.record, sampler.update(registrations.list("registrations")));
     flush(session.out());

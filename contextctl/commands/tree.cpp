@@ -47,11 +47,9 @@ class Outline {
 }  // namespace
 
 void showTree(const Session& session, const std::string& prefix) {
-  const Answer answer = session.get("/tree", {{"name", prefix}});
-  if (session.json()) {
-    session.out() << answer.json << '\n';
-    return;
-  }
-  Outline outline(session.out());
-  for (const Record& record : answer.list("leaves")) outline.add(leafOf(record));
+  const Answer answer = session.get("/tree", leafQuery(prefix, session.reveal()));
+  session.show(answer, [&](std::ostream& out) {
+    Outline outline(out);
+    for (const Record& record : answer.list("leaves")) outline.add(leafOf(record));
+  });
 }

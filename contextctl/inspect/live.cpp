@@ -13,9 +13,10 @@
 #include <filesystem>
 #include <sstream>
 
+#include "contextctl/deadline.h"
+#include "contextctl/durations.h"
 #include "contextctl/failure.h"
 #include "contextctl/inspect/live_child.h"
-#include "contextctl/seconds.h"
 
 namespace {
 

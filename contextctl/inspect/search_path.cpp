@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <set>
 #include <sstream>
 
 namespace {
@@ -18,18 +19,19 @@ std::vector<std::string> matchingFiles(const std::string& pattern) {
   return files;
 }
 
-// Lines are folders or "include PATTERN". `depth` ends files that include each other.
-void readLoaderConfiguration(const std::string& file, const std::string& root, int depth,
+// Lines are folders or "include PATTERN". Files that include each other are read once.
+void readLoaderConfiguration(const std::string& file, const std::string& root, std::set<std::string>& seen,
                              std::vector<std::string>& folders) {
+  if (!seen.insert(file).second) return;
   std::ifstream stream(file);
-  for (std::string line; depth > 0 && std::getline(stream, line);) {
+  for (std::string line; std::getline(stream, line);) {
     std::istringstream words(line.substr(0, line.find('#')));
     std::string word, pattern;
     words >> word >> pattern;
     if (word == "include") {
       const std::string place = pattern[0] == '/' ? root : file.substr(0, file.rfind('/') + 1);
       for (const std::string& included : matchingFiles(place + pattern))
-        readLoaderConfiguration(included, root, depth - 1, folders);
+        readLoaderConfiguration(included, root, seen, folders);
     } else if (!word.empty()) {
       folders.push_back(root + word);
     }
@@ -37,9 +39,9 @@ void readLoaderConfiguration(const std::string& file, const std::string& root, i
 }
 
 std::vector<std::string> standardFolders(const std::string& root) {
-  constexpr int kDeepestInclude = 4;
   std::vector<std::string> folders;
-  readLoaderConfiguration(root + "/etc/ld.so.conf", root, kDeepestInclude, folders);
+  std::set<std::string> seen;
+  readLoaderConfiguration(root + "/etc/ld.so.conf", root, seen, folders);
   for (const char* folder : {"/lib", "/usr/lib", "/lib64", "/usr/lib64"}) folders.push_back(root + folder);
   return folders;
 }

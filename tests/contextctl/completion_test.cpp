@@ -5,66 +5,95 @@ namespace {
 
 class CompletionTest : public ContextctlTest {
  protected:
-  // What bash offers for the last word of a line, a line each.
-  std::string completed(const std::string& arguments) {
-    const std::string script = "source " CPP2C_SOURCE_DIR
-                               "/packaging/contextctl.bash\n"
-                               "COMP_WORDS=(" CPP2C_CONTEXTCTL " " +
-                               arguments +
-                               ")\n"
-                               "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
-                               "_contextctl\n"
-                               "printf '%s\\n' \"${COMPREPLY[@]}\"\n";
-    const Outcome outcome =
-        runProgram(context.base(), {"bash", "-c", script}, {"CPP2C_CONTROL=" + socket}, nullptr);
+  // What may stand in place of the last word, a line each.
+  std::string candidates(std::vector<std::string> words) {
+    words.insert(words.begin(), {"complete", "--"});
+    const Outcome outcome = run(words);
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.status, 0);
     return outcome.out;
   }
 
+  void expectFiles(std::vector<std::string> words) {
+    words.insert(words.begin(), {"complete", "--"});
+    expectOutcome(run(words), 1, "", "");
+  }
+
   void knowLeaves(const std::string& prefix) {
     context.answer("GET /tree?name=" + prefix,
-                   R"({"leaves":[{"name":"Device.Host"},{"name":"Device.$(touch x).Mtu"}]})");
+                   R"({"leaves":[)"
+                   R"({"name":"Device.Host","type":"str","value":"a","computed":false},)"
+                   R"({"name":"Device.If.eth0.Mtu","type":"uint","value":"1","computed":false},)"
+                   R"({"name":"Device.If.eth0.Up","type":"bool","value":"1","computed":false}]})");
   }
 };
 
 TEST_F(CompletionTest, CommandsAreCompleted) {
-  EXPECT_EQ(completed("st"), "stop\nstats\n");
+  EXPECT_EQ(candidates({"st"}), "stop\nstats\n");
 }
 
 TEST_F(CompletionTest, CommandsBehindOptionsAreCompleted) {
-  EXPECT_EQ(completed("--json --control x.sock mod"), "modules\n");
+  EXPECT_EQ(candidates({"--json", "--control", "x.sock", "mod"}), "modules\n");
 }
 
 TEST_F(CompletionTest, CommandsOfEventAreCompleted) {
-  EXPECT_EQ(completed("event ''"), "send\nfollow\n");
+  EXPECT_EQ(candidates({"event", ""}), "send\nfollow\n");
 }
 
-TEST_F(CompletionTest, OptionsOfACommandAreCompleted) {
-  EXPECT_EQ(completed("set --c"), "--create\n--control\n");
-  EXPECT_EQ(completed("event follow --co"), "--count\n--control\n");
+TEST_F(CompletionTest, OptionsOfACommandAreCompletedWithThoseOfAll) {
+  EXPECT_EQ(candidates({"set", "--c"}), "--control\n--create\n");
+  EXPECT_EQ(candidates({"event", "follow", "--co"}), "--control\n--count\n");
 }
 
-TEST_F(CompletionTest, KindsAreCompleted) {
-  EXPECT_EQ(completed("inspect --kind m"), "module\n");
+TEST_F(CompletionTest, NoOptionStandsBehindTwoDashes) {
+  EXPECT_EQ(candidates({"set", "A", "--", "-"}), "");
 }
 
-TEST_F(CompletionTest, LeavesAreCompletedAndNeverExpanded) {
-  knowLeaves("Device.");
-  EXPECT_EQ(completed("get Device."), "Device.Host\nDevice.\\$\\(touch\\ x\\).Mtu\n");
+TEST_F(CompletionTest, ChoicesAreCompleted) {
+  EXPECT_EQ(candidates({"inspect", "--kind", "m"}), "module\n");
+  EXPECT_EQ(candidates({"completion", ""}), "bash\nzsh\nfish\n");
 }
 
-TEST_F(CompletionTest, TheNamedContextIsAskedForLeaves) {
+TEST_F(CompletionTest, FilesAreLeftToTheShell) {
+  expectFiles({"diff", "a"});
+  expectFiles({"stats", "--trace", ""});
+  expectFiles({"export", "", "a"});
+  expectFiles({"--control", ""});
+}
+
+TEST_F(CompletionTest, LeavesAreCompleted) {
+  knowLeaves("Device.I");
+  EXPECT_EQ(candidates({"get", "Device.Host", "Device.I"}), "Device.If.eth0.Mtu\nDevice.If.eth0.Up\n");
+}
+
+TEST_F(CompletionTest, InstancesAreCompleted) {
+  knowLeaves("Device.I");
+  EXPECT_EQ(candidates({"del", "Device.I"}), "Device.If.eth0.\n");
+}
+
+TEST_F(CompletionTest, ObjectsAreCompleted) {
+  context.answer("GET /objects", R"({"objects":[{"number":1,"name":"Device."},{"number":2,"name":"X."}]})");
+  EXPECT_EQ(candidates({"attribute", "D"}), "Device.\n");
+}
+
+TEST_F(CompletionTest, TheNamedContextIsAsked) {
   knowLeaves("Device.H");
-  EXPECT_EQ(completed("--control " + socket + " set Device.H"), "Device.Host\n");
+  const Outcome outcome =
+      runIn({"CPP2C_CONTROL=/nowhere.sock"}, {"complete", "--", "--control", socket, "set", "Device.H"});
+  expectOutcome(outcome, 0, "Device.Host\n", "");
 }
 
 TEST_F(CompletionTest, ValuesAreNotCompleted) {
-  EXPECT_EQ(completed("set Device.Host De"), "\n");
+  EXPECT_EQ(candidates({"set", "Device.Host", "De"}), "");
 }
 
 TEST_F(CompletionTest, NoContextCompletesNothing) {
-  EXPECT_EQ(completed("--control /nowhere.sock get De"), "\n");
+  EXPECT_EQ(candidates({"--control", "/nowhere.sock", "get", "De"}), "");
+}
+
+TEST_F(CompletionTest, AContextThatMakesNoSenseCompletesNothing) {
+  context.answer("GET /tree", "nonsense");
+  EXPECT_EQ(candidates({"get", ""}), "");
 }
 
 }  // namespace

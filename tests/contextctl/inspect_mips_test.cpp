@@ -53,7 +53,7 @@ TEST_F(InspectMipsTest, TheFoldersOfTheLoadersConfigurationAreLookedThrough) {
   std::filesystem::create_directories(folder.file("opt/vendor"));
   std::filesystem::create_directories(folder.file("etc/ld.so.conf.d"));
   std::filesystem::copy(inspected("mips_hard"), folder.file("opt/vendor/libmips.so"));
-  folder.write("etc/ld.so.conf", "# folders\ninclude /etc/ld.so.conf.d/*.conf\n");
+  folder.write("etc/ld.so.conf", "# folders\ninclude ld.so.conf\ninclude /etc/ld.so.conf.d/*.conf\n");
   folder.write("etc/ld.so.conf.d/vendor.conf", "/opt/vendor # its own\n");
   InspectOptions options = optionsFor(inspected("mips_needy"));
   options.against = inspected("mips_needy");

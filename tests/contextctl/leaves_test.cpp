@@ -50,17 +50,6 @@ TEST_F(LeavesTest, GetHidesAPassword) {
   expectOutput({"get", "Key"}, "(hidden)\n");
 }
 
-TEST_F(LeavesTest, GetHidesAPasswordThatTheContextSendsUnasked) {
-  context.answer("GET /leaf?name=Key", R"({"name":"Key","type":"pwd","value":"secret","computed":false})");
-  expectOutput({"get", "Key"}, "(hidden)\n");
-}
-
-TEST_F(LeavesTest, JsonHidesAPasswordThatTheContextSendsUnasked) {
-  context.answer("GET /leaf?name=Key", R"({"name":"Key","type":"pwd","value":"secret","computed":false})");
-  expectOutput({"get", "Key", "--json"},
-               "{\"name\":\"Key\",\"type\":\"pwd\",\"value\":null,\"computed\":false}\n");
-}
-
 TEST_F(LeavesTest, RevealAsksForPasswords) {
   context.answer("GET /leaf?name=Key&reveal=true",
                  R"({"name":"Key","type":"pwd","value":"secret","computed":false})");
@@ -142,12 +131,6 @@ TEST_F(LeavesTest, ListEscapesControlCharacters) {
   context.answer("GET /tree",
                  R"({"leaves":[{"name":"A","type":"str","value":"\u001b[2J\n\u009b","computed":false}]})");
   expectOutput({"list"}, "NAME  TYPE  VALUE\nA     str   \\x1b[2J\\n\\x9b\n");
-}
-
-TEST_F(LeavesTest, ListPrintsNamesForCompletion) {
-  context.answer("GET /tree", kTree);
-  expectOutput({"list", "--names"},
-               "Device.Hostname\nDevice.If.eth0.Mtu\nDevice.If.eth0.Key\nDevice.If.wlan0.Up\n");
 }
 
 TEST_F(LeavesTest, ListPrintsTheAnswerForAScript) {

@@ -39,36 +39,36 @@ TEST_F(ObjectsTest, DelSendsTheName) {
   expectOutput({"del", "Device.If.eth0."}, "");
 }
 
-TEST_F(ObjectsTest, AttrPrintsTheAttributeOfANumber) {
-  context.answer("GET /attribute?object=100", R"({"object":100,"value":-3})");
-  expectOutput({"attr", "100"}, "-3\n");
+TEST_F(ObjectsTest, AttributeIsPrinted) {
+  context.answer("GET /attribute?object=Device.If.", R"({"object":100,"attribute":-3})");
+  expectOutput({"attribute", "Device.If."}, "-3\n");
 }
 
-TEST_F(ObjectsTest, AttrFindsAnObjectByName) {
-  knowObjects();
-  context.answer("GET /attribute?object=100", R"({"object":100,"value":3})");
-  expectOutput({"attr", "Device.If."}, "3\n");
+TEST_F(ObjectsTest, AttributeIsPrintedForAScript) {
+  context.answer("GET /attribute?object=100", R"({"object":100,"attribute":-3})");
+  expectOutput({"attribute", "100", "--json"}, "{\"object\":100,\"attribute\":-3}\n");
 }
 
-TEST_F(ObjectsTest, AttrFindsAnObjectByNameWithoutItsDot) {
-  knowObjects();
-  context.answer("GET /attribute?object=100", R"({"object":100,"value":3})");
-  expectOutput({"attr", "Device.If"}, "3\n");
-}
-
-TEST_F(ObjectsTest, AttrRefusesAnUnknownName) {
-  knowObjects();
-  expectFailure({"attr", "Device.I"}, 1, "unknown object Device.I");
-}
-
-TEST_F(ObjectsTest, AttrSetsTheAttribute) {
-  context.answer("PUT /attribute", R"({"object":100,"value":-3})");
-  expectOutput({"attr", "100", "-3"}, "");
+TEST_F(ObjectsTest, AttributeOfANumberIsSet) {
+  context.answer("PUT /attribute", kDone);
+  expectOutput({"attribute", "100", "-3"}, "");
   EXPECT_EQ(context.requests(), Requests{R"(PUT /attribute {"object":100,"value":-3})"});
 }
 
-TEST_F(ObjectsTest, AttrWantsANumber) {
-  expectFailure({"attr", "100", "x"}, 2, "Could not convert: VALUE = x");
+TEST_F(ObjectsTest, AttributeOfANameIsSetByItsNumber) {
+  knowObjects();
+  context.answer("PUT /attribute", kDone);
+  expectOutput({"attribute", "Device.If.", "0"}, "");
+  EXPECT_EQ(context.requests(), (Requests{"GET /objects", R"(PUT /attribute {"object":100,"value":0})"}));
+}
+
+TEST_F(ObjectsTest, AttributeOfAnUnknownNameIsNotSet) {
+  knowObjects();
+  expectFailure({"attribute", "Device.I", "3"}, 1, "unknown object Device.I");
+}
+
+TEST_F(ObjectsTest, AttributeIsANumber) {
+  expectFailure({"attribute", "100", "x"}, 2, "Could not convert: ATTRIBUTE = x");
 }
 
 }  // namespace

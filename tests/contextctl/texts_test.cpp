@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include "contextctl/durations.h"
 #include "contextctl/event_stream.h"
 #include "contextctl/inspect/library.h"
 #include "contextctl/inspect/string_abi.h"
-#include "contextctl/milliseconds.h"
 #include "contextctl/printable.h"
 #include "contextctl/table.h"
 
@@ -88,6 +88,11 @@ TEST(UptimeTest, IsAClockWithDaysBeforeIt) {
   EXPECT_EQ(uptime(86399999), "23:59:59");
   EXPECT_EQ(uptime(86400000), "1 day 00:00:00");
   EXPECT_EQ(uptime(2.0 * 86400000 + 61000), "2 days 00:01:01");
+}
+
+TEST(SecondsTest, AreGivenAsTheyWereWritten) {
+  EXPECT_EQ(secondsText(10), "10 s");
+  EXPECT_EQ(secondsText(0.5), "0.5 s");
 }
 
 StringAbi abiOf(const std::vector<std::string>& names) {

@@ -7,15 +7,18 @@ namespace {
 
 class TreeFilesTest : public ContextctlTest {
  protected:
-  static constexpr const char* kTree = R"({"leaves":[)"
-                                       R"({"name":"Host","type":"str","value":"router","computed":false},)"
-                                       R"({"name":"Key","type":"pwd","value":"secret","computed":false},)"
-                                       R"({"name":"Mtu","type":"uint","value":"1500","computed":false},)"
-                                       R"({"name":"Up","type":"bool","value":"1","computed":true}]})";
+  // With the password as JSON writes it.
+  static std::string tree(const std::string& password) {
+    return R"({"leaves":[{"name":"Host","type":"str","value":"router","computed":false},)"
+           R"({"name":"Key","type":"pwd","value":)" +
+           password +
+           R"(,"computed":false},{"name":"Mtu","type":"uint","value":"1500","computed":false},)"
+           R"({"name":"Up","type":"bool","value":"1","computed":true}]})";
+  }
 
   void SetUp() override {
-    context.answer("GET /tree", kTree);
-    context.answer("GET /tree?reveal=true", kTree);
+    context.answer("GET /tree", tree("null"));
+    context.answer("GET /tree?reveal=true", tree("\"secret\""));
     context.answer("PUT /leaf", kDone);
   }
 

@@ -10,56 +10,90 @@ namespace {
 
 class UsageTest : public ContextctlTest {
  protected:
-  // From the list in the help text: the first word of each indented line below "Subcommands:".
-  std::set<std::string> commandsOf(std::vector<std::string> arguments) {
+  using Names = std::set<std::string>;
+
+  // From a list in the help text: the first word of each indented line below the heading.
+  Names listed(const std::string& heading, std::vector<std::string> arguments) {
     arguments.emplace_back("--help");
     std::istringstream help(run(arguments).out);
-    std::set<std::string> names;
+    Names names;
     bool in_list = false;
     for (std::string line, name; std::getline(help, line);) {
-      if (in_list && std::istringstream(line) >> name && line[0] == ' ') names.insert(name);
-      in_list = line == "Subcommands:" || (in_list && !line.empty());
+      const bool is_item = line.compare(0, 2, "  ") == 0 && line[2] != ' ';
+      if (in_list && is_item && std::istringstream(line) >> name) names.insert(name);
+      in_list = line == heading || (in_list && !line.empty());
     }
     return names;
   }
 
-  static std::string readSource(const std::string& path) {
-    std::ifstream stream(CPP2C_SOURCE_DIR "/" + path);
-    return {std::istreambuf_iterator<char>(stream), {}};
+  Names commandsOf(const std::vector<std::string>& arguments) { return listed("Subcommands:", arguments); }
+
+  // Every command as it is typed, "event send" too.
+  std::vector<std::vector<std::string>> allCommands() {
+    std::vector<std::vector<std::string>> all;
+    for (const std::string& command : commandsOf({})) {
+      const Names below = commandsOf({command});
+      if (below.empty()) all.push_back({command});
+      for (const std::string& name : below) all.push_back({command, name});
+    }
+    return all;
+  }
+
+  // As it is read: without the backslashes before dashes.
+  static std::string readManual() {
+    std::ifstream stream(CPP2C_SOURCE_DIR "/packaging/contextctl.1");
+    std::string text{std::istreambuf_iterator<char>(stream), {}};
+    text.erase(std::remove(text.begin(), text.end(), '\\'), text.end());
+    return text;
+  }
+
+  static std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
+    return text;
   }
 };
 
 TEST_F(UsageTest, EveryCommandIsThere) {
-  EXPECT_EQ(commandsOf({}), (std::set<std::string>{
-                                "add",    "attr",    "del",       "diff", "event", "export",  "get",
-                                "import", "inspect", "instances", "list", "log",   "modules", "registrations",
-                                "save",   "set",     "stats",     "stop", "top",   "tree",    "watch"}));
+  EXPECT_EQ(commandsOf({}),
+            (Names{"add",    "attribute", "completion", "del",  "diff", "event",   "export",        "get",
+                   "import", "inspect",   "instances",  "list", "log",  "modules", "registrations", "save",
+                   "set",    "stats",     "stop",       "top",  "tree", "watch"}));
+  EXPECT_EQ(commandsOf({"event"}), (Names{"follow", "send"}));
 }
 
 TEST_F(UsageTest, EveryCommandHasExamples) {
-  for (const std::string& command : commandsOf({})) {
-    if (command == "event") continue;  // its own commands have them
-    EXPECT_NE(run({command, "--help"}).out.find("Examples:\n  contextctl " + command), std::string::npos)
-        << command;
+  for (const std::vector<std::string>& command : allCommands()) {
+    std::vector<std::string> words = command;
+    words.emplace_back("--help");
+    const std::string help = run(words).out;
+    const size_t examples = help.find("Examples:\n");
+    ASSERT_NE(examples, std::string::npos) << joined(command);
+    EXPECT_NE(help.find("contextctl " + joined(command), examples), std::string::npos) << joined(command);
   }
-  for (const std::string& command : commandsOf({"event"}))
-    EXPECT_NE(run({"event", command, "--help"}).out.find("Examples:\n  contextctl event " + command),
-              std::string::npos)
-        << command;
 }
 
 TEST_F(UsageTest, EveryCommandIsInTheManual) {
-  const std::string manual = readSource("packaging/contextctl.1");
-  for (const std::string& command : commandsOf({}))
-    EXPECT_NE(manual.find("\n.B " + command), std::string::npos) << command;
+  const std::string manual = readManual();
+  for (const std::vector<std::string>& command : allCommands())
+    EXPECT_NE(manual.find("\n.B " + joined(command)), std::string::npos) << joined(command);
 }
 
-TEST_F(UsageTest, EveryCommandIsCompleted) {
-  std::string completion = readSource("packaging/contextctl.bash");
-  std::replace(completion.begin(), completion.end(), '\'', ' ');
-  std::istringstream stream(completion);
-  const std::set<std::string> words{std::istream_iterator<std::string>(stream), {}};
-  for (const std::string& command : commandsOf({})) EXPECT_EQ(words.count(command), 1u) << command;
+TEST_F(UsageTest, EveryOptionIsInTheManual) {
+  const std::string manual = readManual();
+  std::vector<std::vector<std::string>> places = allCommands();
+  places.push_back({});
+  for (const std::vector<std::string>& place : places)
+    for (std::string option : listed("Options:", place)) {
+      option = option.substr(option.find("--"));
+      EXPECT_NE(manual.find(option), std::string::npos) << joined(place) << ' ' << option;
+    }
+}
+
+TEST_F(UsageTest, EveryExitStatusIsInTheManual) {
+  const std::string manual = readManual();
+  for (const char* status : {"0", "1", "2", "3"})
+    EXPECT_NE(manual.find(std::string("\n.TP\n.B ") + status + '\n'), std::string::npos) << status;
 }
 
 TEST_F(UsageTest, VersionIsPrinted) {
@@ -75,7 +109,16 @@ TEST_F(UsageTest, AnUnknownCommandIsWrongUsage) {
 }
 
 TEST_F(UsageTest, AMissingArgumentIsWrongUsage) {
-  expectFailure({"get"}, 2, "NAME is required");
+  expectFailure({"get"}, 2, "LEAF is required");
+}
+
+TEST_F(UsageTest, AnUnknownShellIsWrongUsage) {
+  expectFailure({"completion", "csh"}, 2, "SHELL: csh not in {bash,zsh,fish}");
+}
+
+TEST_F(UsageTest, ATimeThatIsNoNumberIsWrongUsage) {
+  expectFailure({"save", "--timeout", "nan"}, 2, "--timeout: nan is no number above 0");
+  expectFailure({"save", "--timeout", "1s"}, 2, "--timeout: 1s is no number above 0");
 }
 
 TEST_F(UsageTest, ATimeOfNothingIsWrongUsage) {

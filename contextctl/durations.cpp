@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/milliseconds.h"
+#include "contextctl/durations.h"
 
 #include <cstdio>
+#include <sstream>
 
 std::string milliseconds(double value) {
   char text[400];  // the longest double is 309 digits
@@ -17,4 +18,10 @@ std::string uptime(double value) {
                 seconds % 60);
   if (days == 0) return clock;
   return std::to_string(days) + (days == 1 ? " day " : " days ") + clock;
+}
+
+std::string secondsText(double seconds) {
+  std::ostringstream text;
+  text << seconds << " s";
+  return text.str();
 }

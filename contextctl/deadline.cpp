@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/seconds.h"
+#include "contextctl/deadline.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <sstream>
 
 namespace {
 
@@ -19,10 +18,4 @@ Deadline::Deadline(double seconds) : moment_(now() + seconds) {}
 int Deadline::millisecondsLeft() const {
   constexpr double kHour = 3600e3;
   return static_cast<int>(std::ceil(std::clamp((moment_ - now()) * 1e3, 0.0, kHour)));
-}
-
-std::string secondsText(double seconds) {
-  std::ostringstream text;
-  text << seconds << " s";
-  return text.str();
 }

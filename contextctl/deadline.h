@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_SECONDS_H
-#define CPP2C_CONTEXTCTL_SECONDS_H
-
-#include <string>
+#ifndef CPP2C_CONTEXTCTL_DEADLINE_H
+#define CPP2C_CONTEXTCTL_DEADLINE_H
 
 // A moment some seconds from now.
 class Deadline {
@@ -14,8 +12,5 @@ class Deadline {
  private:
   double moment_;
 };
-
-// As "10 s", "0.5 s".
-std::string secondsText(double seconds);
 
 #endif

@@ -45,6 +45,11 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
     strict = std::make_unique<Strict>(log, options.strictness == Strictness::kFatal, guard, event_base,
                                       config, heartbeat, registry);
   }
+  if (!options.script.empty()) {
+    script_player = std::make_unique<ScriptPlayer>(
+        readScript(options.script), guard,
+        ScriptPlayer::Stage{clock, deadlines, log, config, events, [this] { loop.stop(); }});
+  }
   if (!options.control.empty()) {
     control =
         std::make_unique<Control>(Controlled{clock, config, events, log, lifecycle, registry, history, loop},

@@ -24,6 +24,7 @@
 #include "context/process/processes.h"
 #include "context/registration/call_history.h"
 #include "context/registration/registry.h"
+#include "context/script/script_player.h"
 #include "context/state/state_file.h"
 #include "context/strict/strict.h"
 #include "context/timer/deadlines.h"
@@ -61,6 +62,7 @@ struct HostServices {
 
   // What is there only if it has been asked for.
   std::unique_ptr<Strict> strict;
+  std::unique_ptr<ScriptPlayer> script_player;
   std::unique_ptr<Control> control;
 
  private:

@@ -119,10 +119,7 @@ class ObjectListReader {
 
 std::chrono::milliseconds readHeartbeat(const Item& item) {
   item.expectMembers({"limitMs"});
-  const Item limit = item.required("limitMs");
-  const int ms = limit.integer();
-  if (ms < 1) limit.fail("must be 1 or more");
-  return std::chrono::milliseconds(ms);
+  return std::chrono::milliseconds(item.required("limitMs").integerFrom(1));
 }
 
 Configuration readAll(const Item& item) {

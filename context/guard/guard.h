@@ -51,13 +51,20 @@ class Guard {
 
   template <typename Function>
   auto enter(const OperationCall& call, Function function) {
-    for (IOperationCheck* check : checks_) {
-      if (const std::optional<int> code = check->before(call)) return refusal<decltype(function())>(*code);
-    }
-    return function();
+    const std::optional<int> code = before(call);
+    if (!code) return function();
+    if (takesBack(call.operation)) function();  // else the service would go on using what its caller deletes
+    return refusal<decltype(function())>(*code);
   }
 
  private:
+  std::optional<int> before(const OperationCall& call) {
+    for (IOperationCheck* check : checks_) {
+      if (const std::optional<int> code = check->before(call)) return code;
+    }
+    return std::nullopt;
+  }
+
   std::vector<IOperationCheck*> checks_;
 };
 

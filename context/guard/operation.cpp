@@ -6,49 +6,49 @@
 
 namespace {
 
-enum Answer { kCode, kObject };
+enum Nature { kPlain, kAnswersObject, kTakesBack };
 
 struct Description {
   Operation operation;
   const char* name;
-  Answer answer;
+  Nature nature;
 };
 
 constexpr Description kOperations[] = {
-    {Operation::kLoad, "load", kCode},
-    {Operation::kGetLog, "getLog", kObject},
-    {Operation::kGetCfm, "getCfm", kObject},
-    {Operation::kGetEvent, "getEvent", kObject},
-    {Operation::kGetHeartbeat, "getHeartbeat", kObject},
-    {Operation::kGetLoop, "getLoop", kObject},
-    {Operation::kDebugOut, "debugOut", kCode},
-    {Operation::kDebugSwitch, "debugSwitch", kCode},
-    {Operation::kSystemCall, "systemCall", kCode},
-    {Operation::kSystemCall2, "systemCall2", kCode},
-    {Operation::kPopenCall, "popenCall", kCode},
-    {Operation::kRegistMasterObserver, "registMasterObserver", kCode},
-    {Operation::kSetTimer, "setTimer", kCode},
-    {Operation::kNotifyDepends, "notifyDepends", kCode},
-    {Operation::kRecord, "record", kCode},
-    {Operation::kGetAttr, "getAttr", kCode},
-    {Operation::kSetAttr, "setAttr", kCode},
-    {Operation::kRegistObserver, "registObserver", kCode},
-    {Operation::kUnregistObserver, "unregistObserver", kCode},
-    {Operation::kRegistDataProvider, "registDataProvider", kCode},
-    {Operation::kGetNode, "getNode", kObject},
-    {Operation::kReleaseNode, "releaseNode", kCode},
-    {Operation::kInstanceIterator, "instanceIterator", kObject},
-    {Operation::kReleaseIterator, "releaseIterator", kCode},
-    {Operation::kSetValue, "setValue", kCode},
-    {Operation::kSave, "save", kCode},
-    {Operation::kRegistEventObserver, "registEventObserver", kCode},
-    {Operation::kUnregistEventObserver, "unregistEventObserver", kCode},
-    {Operation::kNotify, "notify", kCode},
-    {Operation::kLock, "lock", kCode},
-    {Operation::kUnlock, "unlock", kCode},
-    {Operation::kAddFd, "addFd", kCode},
-    {Operation::kDelFd, "delFd", kCode},
-    {Operation::kRun, "run", kCode},
+    {Operation::kLoad, "load", kPlain},
+    {Operation::kGetLog, "getLog", kAnswersObject},
+    {Operation::kGetCfm, "getCfm", kAnswersObject},
+    {Operation::kGetEvent, "getEvent", kAnswersObject},
+    {Operation::kGetHeartbeat, "getHeartbeat", kAnswersObject},
+    {Operation::kGetLoop, "getLoop", kAnswersObject},
+    {Operation::kDebugOut, "debugOut", kPlain},
+    {Operation::kDebugSwitch, "debugSwitch", kPlain},
+    {Operation::kSystemCall, "systemCall", kPlain},
+    {Operation::kSystemCall2, "systemCall2", kPlain},
+    {Operation::kPopenCall, "popenCall", kPlain},
+    {Operation::kRegistMasterObserver, "registMasterObserver", kPlain},
+    {Operation::kSetTimer, "setTimer", kPlain},
+    {Operation::kNotifyDepends, "notifyDepends", kPlain},
+    {Operation::kRecord, "record", kPlain},
+    {Operation::kGetAttr, "getAttr", kPlain},
+    {Operation::kSetAttr, "setAttr", kPlain},
+    {Operation::kRegistObserver, "registObserver", kPlain},
+    {Operation::kUnregistObserver, "unregistObserver", kTakesBack},
+    {Operation::kRegistDataProvider, "registDataProvider", kPlain},
+    {Operation::kGetNode, "getNode", kAnswersObject},
+    {Operation::kReleaseNode, "releaseNode", kTakesBack},
+    {Operation::kInstanceIterator, "instanceIterator", kAnswersObject},
+    {Operation::kReleaseIterator, "releaseIterator", kTakesBack},
+    {Operation::kSetValue, "setValue", kPlain},
+    {Operation::kSave, "save", kPlain},
+    {Operation::kRegistEventObserver, "registEventObserver", kPlain},
+    {Operation::kUnregistEventObserver, "unregistEventObserver", kTakesBack},
+    {Operation::kNotify, "notify", kPlain},
+    {Operation::kLock, "lock", kPlain},
+    {Operation::kUnlock, "unlock", kPlain},
+    {Operation::kAddFd, "addFd", kPlain},
+    {Operation::kDelFd, "delFd", kTakesBack},
+    {Operation::kRun, "run", kPlain},
 };
 
 const Description& describe(Operation operation) {
@@ -70,5 +70,9 @@ std::optional<Operation> findOperation(const std::string& name) {
 }
 
 bool answersObject(Operation operation) {
-  return describe(operation).answer == kObject;
+  return describe(operation).nature == kAnswersObject;
+}
+
+bool takesBack(Operation operation) {
+  return describe(operation).nature == kTakesBack;
 }

@@ -57,4 +57,8 @@ std::optional<Operation> findOperation(const std::string& name);
 // Whether the operation answers an object, or null; all others answer a code.
 bool answersObject(Operation operation);
 
+// Whether the operation ends a registration or a loan. Its caller then deletes what it had registered, or
+// uses it no more, whatever the answer is.
+bool takesBack(Operation operation);
+
 #endif

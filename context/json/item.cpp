@@ -40,6 +40,12 @@ std::int32_t Item::integer() const {
   return value_.get<std::int32_t>();
 }
 
+std::int32_t Item::integerFrom(std::int32_t least) const {
+  const std::int32_t number = integer();
+  expect(number >= least, (std::to_string(least) + " or more").c_str());
+  return number;
+}
+
 bool Item::flag() const {
   expect(value_.is_boolean(), "true or false");
   return value_.get<bool>();

@@ -28,6 +28,7 @@ class Item {
   std::string text() const;
   std::string valueText() const;  // of a leaf, which may be written as a number or a flag
   std::int32_t integer() const;
+  std::int32_t integerFrom(std::int32_t least) const;
   bool flag() const;
   bool isNull() const;
 

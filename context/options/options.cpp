@@ -46,6 +46,7 @@ constexpr Option kOptions[] = {
     {"--strict", [](Options& options, const std::string&) { options.strictness = Strictness::kWarn; }, false},
     {"--strict=fatal", [](Options& options, const std::string&) { options.strictness = Strictness::kFatal; },
      false},
+    {"--script", [](Options& options, const std::string& file) { options.script = file; }},
     {"--clock", [](Options& options, const std::string& clock) { options.clock = clockOf(clock); }},
 };
 

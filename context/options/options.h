@@ -19,6 +19,7 @@ struct Options {
   int log_level = C_LOG_INFO;
   std::string log_file;  // empty: standard error
   bool debug = false;
+  std::string script;  // file; empty: none
   Clock::Kind clock = Clock::Kind::kReal;
 };
 

@@ -106,9 +106,37 @@ TEST_F(GuardedOperationsTest, RefusedOneIsNotMadeAndAnswersTheCode) {
   guard_.add(check_);
   check_.answer = -1018;
   for (const Row& row : rows_) {
+    if (takesBack(findOperation(row.name).value())) continue;
     EXPECT_EQ(row.make(), -1018) << row.name;
     EXPECT_EQ(calls_.take(), Calls{std::string("before ") + row.name + "()"});
   }
+}
+
+// Their callers delete what they had registered: the service must not keep it.
+TEST_F(GuardedOperationsTest, RefusedOneThatTakesBackIsMadeAllTheSame) {
+  guard_.add(check_);
+  check_.answer = -1018;
+  std::vector<std::string> made;
+  for (const Row& row : rows_) {
+    if (!takesBack(findOperation(row.name).value())) continue;
+    EXPECT_EQ(row.make(), -1018) << row.name;
+    EXPECT_EQ(calls_.take(), (Calls{std::string("before ") + row.name + "()", row.call}));
+    made.emplace_back(row.name);
+  }
+  EXPECT_EQ(made, (std::vector<std::string>{"unregistObserver", "unregistEventObserver", "delFd"}));
+}
+
+TEST_F(GuardTest, RefusedLoansAreTakenBackAllTheSame) {
+  config_.leaves["A.X"] = {"int", "5", 1};
+  config_.instances[1] = {"A.1."};
+  ICfmNode* node = guarded_config_.getNode("A.X");
+  ICfmIterator* iterator = guarded_config_.instanceIterator(1);
+  guard_.add(check_);
+  check_.answer = -1018;
+  EXPECT_EQ(guarded_config_.releaseNode(node), -1018);
+  EXPECT_EQ(guarded_config_.releaseIterator(iterator), -1018);
+  EXPECT_TRUE(config_.nodes_on_loan.empty());
+  EXPECT_TRUE(config_.iterators_on_loan.empty());
 }
 
 TEST_F(GuardTest, WithoutChecksOperationsAreJustMade) {
@@ -176,7 +204,7 @@ TEST_F(GuardTest, PositionsThatNobodyCallsAreHandedOnUnchecked) {
 TEST(OperationTest, EachIsFoundByItsName) {
   for (int i = 0; i <= static_cast<int>(Operation::kRun); i++) {
     const auto operation = static_cast<Operation>(i);
-    EXPECT_EQ(findOperation(nameOf(call.operation)), operation) << nameOf(call.operation);
+    EXPECT_EQ(findOperation(nameOf(operation)), operation) << nameOf(operation);
   }
   EXPECT_EQ(findOperation("init"), std::nullopt);
   EXPECT_EQ(findOperation(""), std::nullopt);
@@ -186,7 +214,7 @@ TEST(OperationTest, GettersAnswerObjectsAndAllOthersCodes) {
   std::vector<std::string> objects;
   for (int i = 0; i <= static_cast<int>(Operation::kRun); i++) {
     const auto operation = static_cast<Operation>(i);
-    if (answersObject(operation)) objects.emplace_back(nameOf(call.operation));
+    if (answersObject(operation)) objects.emplace_back(nameOf(operation));
   }
   EXPECT_EQ(objects, (std::vector<std::string>{"getLog", "getCfm", "getEvent", "getHeartbeat", "getLoop",
                                                "getNode", "instanceIterator"}));

@@ -37,6 +37,7 @@ TEST(OptionsTest, WithoutArgumentsEverythingHasItsDefault) {
   EXPECT_EQ(options.log_file, "");
   EXPECT_FALSE(options.debug);
   EXPECT_EQ(options.clock, Clock::Kind::kReal);
+  EXPECT_EQ(options.script, "");
 }
 
 TEST(OptionsTest, CountWithoutArgumentsIsNoArguments) {
@@ -50,13 +51,14 @@ TEST(OptionsTest, NameOfTheProgramIsNoOption) {
 
 TEST(OptionsTest, EachOptionIsTaken) {
   const Options options = read({"--config", "c.json", "--state", "s.db", "--log-level", "error", "--log-file",
-                                "l.txt", "--debug", "--clock", "virtual"});
+                                "l.txt", "--debug", "--clock", "virtual", "--script", "s.json"});
   EXPECT_EQ(options.config, "c.json");
   EXPECT_EQ(options.state, "s.db");
   EXPECT_EQ(options.log_level, C_LOG_ERROR);
   EXPECT_EQ(options.log_file, "l.txt");
   EXPECT_TRUE(options.debug);
   EXPECT_EQ(options.clock, Clock::Kind::kVirtual);
+  EXPECT_EQ(options.script, "s.json");
 }
 
 TEST(OptionsTest, ModulesAddUpInTheirOrder) {
@@ -95,6 +97,7 @@ TEST(OptionsTest, MissingArgumentIsRefused) {
   EXPECT_EQ(mistakeIn({"--module"}), refusal("option \"--module\" needs an argument"));
   EXPECT_EQ(mistakeIn({"--log-level"}), refusal("option \"--log-level\" needs an argument"));
   EXPECT_EQ(mistakeIn({"--log-file"}), refusal("option \"--log-file\" needs an argument"));
+  EXPECT_EQ(mistakeIn({"--script"}), refusal("option \"--script\" needs an argument"));
   EXPECT_EQ(mistakeIn({"--clock"}), refusal("option \"--clock\" needs an argument"));
 }
 

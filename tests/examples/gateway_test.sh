@@ -96,13 +96,18 @@ require_silence() {
   ! grep -E "$1" <<<"$heard" || fail "said what matches '$1'"
 }
 
-# Runs the product to an end that must be a failure, and leaves what it said in $heard.
-run_to_failure() {
-  local status=0
+# Runs the product until it ends by itself, with the exit status given, and leaves what it said in $heard.
+run_to_end() {
+  local status=0 wanted=$1
+  shift
   timeout 30 "$program" --config "$folder/config.json" "$@" >"$folder/said" 2>&1 </dev/null || status=$?
   heard=$(cat "$folder/said")
   echo "$heard"
-  [[ $status -eq 1 ]] || fail "exit status $status"
+  [[ $status -eq $wanted ]] || fail "exit status $status"
+}
+
+run_to_failure() {
+  run_to_end 1 "$@"
 }
 
 # Requires exactly one line in $heard that matches the first pattern, which is the one with what the second says.
@@ -474,6 +479,24 @@ testProductNeedsAnInputThatCanBeWatched() {
   configure_this_machine
   run_to_failure
   require_one_line '^problem: ' 'cannot watch standard input: result -1021$'
+}
+
+# The timer goes on as it was: a sample at the start and one for each second of the minute.
+testTimerThatCannotBeArmedAnewIsToldAndGoesOn() {
+  configure_without_console
+  cat >"$folder/script.json" <<'END'
+{"steps": [
+  {"at": 5000, "set": {"Gateway.Traffic.Limit": 1000000000}},
+  {"call": "setTimer", "nth": 2, "answer": -1021},
+  {"at": 60000, "stop": true}
+]}
+END
+  run_to_end 0 --clock virtual --script "$folder/script.json" --debug
+  require_one_line ' info script: setTimer' ' call 2: answers -1021$'
+  require_one_line ' error traffic: ' 'cannot arm the timer: result -1021$'
+  [[ $(grep -c ' debug traffic:[0-9]*: sampled after ' <<<"$heard") -eq 61 ]] || fail "not 61 samples"
+  require_one_line ' info script: stops the loop$' .
+  require_modules unloaded
 }
 
 testReportCountsTheEventsOfEachInterface() {

@@ -14,7 +14,8 @@ using Records = std::vector<std::string>;
 using Results = std::vector<int>;
 
 const char kTree[] =
-    R"({"objects": [{"number": 1, "name": "A.", "attribute": 5, "leaves": {"X": {"type": "int", "default": 7}}}]})";
+    R"({"objects": [{"number": 1, "name": "A.", "attribute": 5,
+                     "leaves": {"X": {"type": "int", "default": 7}}}]})";
 
 int ignoreTimer() {
   return 0;

@@ -2,13 +2,12 @@
 #include "context/config/configuration.h"
 
 #include <chrono>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 
 #include <gtest/gtest.h>
 
+#include "tests/context/documented_example.h"
 #include "tests/context/start_error_text.h"
 #include "tests/context/temporary_folder.h"
 
@@ -122,17 +121,8 @@ TEST(ConfigurationTest, FileIsRead) {
   EXPECT_EQ(readConfiguration(folder.write("c.json", R"({"modules": ["a.so"]})")).modules.size(), 1U);
 }
 
-// The text between the first pair of marks in the documentation.
-std::string documentedExample() {
-  std::ifstream stream(DOCUMENTATION);
-  const std::string text{std::istreambuf_iterator<char>(stream), {}};
-  const std::string mark = "```json\n";
-  const auto start = text.find(mark) + mark.size();
-  return text.substr(start, text.find("```", start) - start);
-}
-
 TEST(ConfigurationTest, ExampleInTheDocumentationIsAConfiguration) {
-  const Configuration configuration = parse(documentedExample());
+  const Configuration configuration = parse(documentedExample("configuration.md"));
   EXPECT_EQ(configuration.objects.size(), 2U);
   EXPECT_EQ(configuration.objects.at(1).instances.at("Device.Interfaces.eth1.").at("Mtu"), "9000");
 }

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/context/documented_example.h"
 #include "tests/context/start_error_text.h"
 #include "tests/context/temporary_folder.h"
 
@@ -202,6 +203,12 @@ TEST(ScriptTest, UnavailabilityMustHaveOneMeasure) {
 TEST(ScriptTest, StopMustBeTrue) {
   EXPECT_EQ(mistakeInStep(R"({"at": 1, "stop": false})"), refusal(": /steps/0/stop: must be true"));
   EXPECT_EQ(mistakeInStep(R"({"at": 1, "stop": 1})"), refusal(": /steps/0/stop: must be true or false"));
+}
+
+TEST(ScriptTest, ExampleInTheDocumentationIsAScript) {
+  const Script script = parseScript(documentedExample("diagnosis.md"), "diagnosis.md");
+  ASSERT_EQ(script.size(), 7U);
+  EXPECT_EQ(std::get<AtTime>(script[0].when).time, milliseconds(5000));
 }
 
 TEST(ScriptTest, FileIsRead) {

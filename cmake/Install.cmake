@@ -1,10 +1,21 @@
 # What `cmake --install` puts where, in components that become packages: runtime, development, host.
 include(CMakePackageConfigHelpers)
 
-# Each package carries the licence where Debian looks for it.
-function(install_licence component package)
-  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package}
-    COMPONENT ${component} RENAME copyright)
+# Compresses a file as Debian wants it, without a time, and installs it as NAME.gz.
+function(install_compressed component source destination)
+  cmake_path(GET source FILENAME name)
+  set(output ${PROJECT_BINARY_DIR}/compressed/${name}.gz)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${source})
+  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/compressed)
+  execute_process(COMMAND gzip -9nc ${PROJECT_SOURCE_DIR}/${source} OUTPUT_FILE ${output} COMMAND_ERROR_IS_FATAL ANY)
+  install(FILES ${output} DESTINATION ${destination} COMPONENT ${component})
+endfunction()
+
+# Each package carries the licence and what has changed where Debian looks for them.
+function(install_package_documents component package)
+  set(doc_dir ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package})
+  install(FILES LICENSE DESTINATION ${doc_dir} COMPONENT ${component} RENAME copyright)
+  install_compressed(${component} packaging/changelog ${doc_dir})
 endfunction()
 
 set(public_headers
@@ -25,8 +36,8 @@ install(TARGETS cpp2c EXPORT cpp2cTargets
     NAMELINK_COMPONENT development
   INCLUDES DESTINATION ${header_dir}
 )
-install_licence(runtime libcpp2c1)
-install_licence(development libcpp2c-dev)
+install_package_documents(runtime libcpp2c1)
+install_package_documents(development libcpp2c-dev)
 install(FILES framework/inc/include_c context/include/cpp2c_host.h DESTINATION ${header_dir} COMPONENT development)
 foreach(header IN LISTS public_headers)
   cmake_path(GET header PARENT_PATH folder)
@@ -57,7 +68,18 @@ if(CPP2C_CONTEXT)
   install(PROGRAMS ${PROJECT_BINARY_DIR}/cpp2c-host DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
   install(TARGETS context_proxy LIBRARY DESTINATION ${host_libdir} COMPONENT host)
 
-  install_licence(host cpp2c-host)
+  install_package_documents(host cpp2c-host)
+  install_compressed(host packaging/cpp2c-host.1 ${CMAKE_INSTALL_MANDIR}/man1)
+
+  install(TARGETS contextctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
+  install_compressed(host packaging/contextctl.1 ${CMAKE_INSTALL_MANDIR}/man1)
+  set(completion_dir ${PROJECT_BINARY_DIR}/completion)
+  install(FILES ${completion_dir}/contextctl DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+    COMPONENT host)
+  install(FILES ${completion_dir}/_contextctl DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions
+    COMPONENT host)
+  install(FILES ${completion_dir}/contextctl.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
+    COMPONENT host)
 
   set(example_dir ${host_libdir}/examples)
   install(TARGETS hello linkwatch gateway gateway_report RUNTIME DESTINATION ${example_dir} COMPONENT host)

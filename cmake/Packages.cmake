@@ -3,7 +3,6 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME cpp2c)
 set(CPACK_PACKAGE_VENDOR "The libcpp2c authors")
 set(CPACK_PACKAGE_CONTACT "The libcpp2c authors <maintainers@libcpp2c.invalid>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Plain C access to an object-oriented service framework")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -19,9 +18,12 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libcpp2c1)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
   "Plain C access to an object-oriented service framework
- libcpp2c.so, which service programs and module libraries written in C are
- linked with. The framework's context is opened at run time.")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+libcpp2c.so, which service programs and module libraries written in C are
+linked with. The framework's context is opened at run time.")
+configure_file(packaging/shlibs.in shlibs @ONLY)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  ${PROJECT_SOURCE_DIR}/packaging/triggers
+  ${PROJECT_BINARY_DIR}/shlibs)
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libcpp2c-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
@@ -29,15 +31,16 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libcpp2c1 (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
   "Development files for libcpp2c
- The C header, the framework's C++ interface headers, and descriptions for
- CMake and pkg-config.")
+The C header, the framework's C++ interface headers, and descriptions for
+CMake and pkg-config.")
 
 set(CPACK_DEBIAN_HOST_PACKAGE_NAME cpp2c-host)
 set(CPACK_DEBIAN_HOST_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_HOST_PACKAGE_DEPENDS "libcpp2c1 (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_HOST_DESCRIPTION
-  "Host context and examples for libcpp2c
- Runs service programs written against libcpp2c on this machine: the context
- library, a launcher that finds it, and example services.")
+  "Host context, its command-line client, and examples for libcpp2c
+Runs service programs written against libcpp2c on this machine: the context
+library, a launcher that finds it, example services, and contextctl, which
+looks into a running service and tells whether a library fits libcpp2c.")
 
 include(CPack)

@@ -8,11 +8,13 @@ namespace {
 class FollowTest : public ContextctlTest {
  protected:
   static constexpr const char* kChange =
-      "data: {\"time\":\"2024-05-01T10:00:00.000Z\",\"object\":\"Device.If.\",\"instance\":\"Device.If.eth0.\","
+      "data: "
+      "{\"time\":\"2024-05-01T10:00:00.000Z\",\"object\":\"Device.If.\",\"instance\":\"Device.If.eth0.\","
       "\"operation\":\"changed\",\"leaf\":\"Mtu\",\"value\":\"1400\"}\n\n";
   static constexpr const char* kChangeLine = "2024-05-01T10:00:00.000Z  changed  Device.If.eth0.Mtu  1400\n";
   static constexpr const char* kDeletion =
-      "data: {\"time\":\"2024-05-01T10:00:01.000Z\",\"object\":\"Device.If.\",\"instance\":\"Device.If.eth0.\","
+      "data: "
+      "{\"time\":\"2024-05-01T10:00:01.000Z\",\"object\":\"Device.If.\",\"instance\":\"Device.If.eth0.\","
       "\"operation\":\"deleted\",\"leaf\":\"\",\"value\":null}\n\n";
 
   std::string gone() const { return "contextctl: the context at " + socket + " has gone away\n"; }
@@ -58,9 +60,10 @@ TEST_F(FollowTest, ItemsThatArriveTogetherDoNotOutrunTheCount) {
 
 TEST_F(FollowTest, JsonPrintsOneLineForEachItem) {
   context.stream("GET /changes", {kDeletion});
-  expectOutput({"watch", "--count", "1", "--json"},
-               "{\"time\":\"2024-05-01T10:00:01.000Z\",\"object\":\"Device.If.\",\"instance\":\"Device.If.eth0.\","
-               "\"operation\":\"deleted\",\"leaf\":\"\",\"value\":null}\n");
+  expectOutput(
+      {"watch", "--count", "1", "--json"},
+      "{\"time\":\"2024-05-01T10:00:01.000Z\",\"object\":\"Device.If.\",\"instance\":\"Device.If.eth0.\","
+      "\"operation\":\"deleted\",\"leaf\":\"\",\"value\":null}\n");
 }
 
 TEST_F(FollowTest, AnInterruptEndsItInGoodOrder) {

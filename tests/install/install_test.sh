@@ -19,5 +19,6 @@ libdir=$(dirname "$(find "$prefix" -name libcpp2c.so)")
 # Not a place where the loader and pkg-config look by themselves.
 export LD_LIBRARY_PATH="$libdir"
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
+expect_client "$libdir/cpp2c/libcontext_proxy.so"
 with_pkg_config "$top/pkg-config"
 with_cmake "$top/cmake"

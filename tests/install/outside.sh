@@ -14,6 +14,21 @@ line from hello: Hello
 greeter: unloaded" ] || fail "unexpected output: $printed"
 }
 
+# The client stands beside the library of its installation, and finds it there.
+expect_client() {
+  local printed
+  printed=$("$prefix/bin/contextctl" --version) || fail "contextctl --version ended with status $?"
+  case $printed in
+    "contextctl "[0-9]*) ;;
+    *) fail "contextctl --version printed: $printed" ;;
+  esac
+  printed=$("$prefix/bin/contextctl" inspect "$1" 2>&1) || fail "contextctl inspect ended with status $?: $printed"
+  case $printed in
+    "$1, to fit "*"/libcpp2c.so.1"*"It fits."*) ;;
+    *) fail "contextctl inspect printed: $printed" ;;
+  esac
+}
+
 copy_sources() {
   mkdir -p "$1"
   cp "$sources/examples/hello/hello.c" "$sources/tests/install/greeter.c" "$sources/tests/install/outside/CMakeLists.txt" "$1"

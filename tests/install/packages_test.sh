@@ -35,16 +35,28 @@ expect_file libcpp2c-dev 'lib/pkgconfig/cpp2c\.pc'
 expect_file libcpp2c-dev 'lib/cmake/cpp2c/cpp2cConfig\.cmake'
 expect_file cpp2c-host bin/cpp2c-host
 expect_file cpp2c-host 'lib/cpp2c/libcontext_proxy\.so'
+expect_file cpp2c-host bin/contextctl
+expect_file cpp2c-host 'share/man/man1/contextctl\.1\.gz'
+expect_file cpp2c-host 'share/man/man1/cpp2c-host\.1\.gz'
+expect_file cpp2c-host share/bash-completion/completions/contextctl
+expect_file cpp2c-host share/zsh/vendor-completions/_contextctl
+expect_file cpp2c-host 'share/fish/vendor_completions\.d/contextctl\.fish'
 expect_file cpp2c-host lib/cpp2c/examples/gateway
 expect_file cpp2c-host lib/cpp2c/examples/libtraffic.so
 expect_file cpp2c-host share/doc/cpp2c/examples/hello/hello.c
 for name in libcpp2c1 libcpp2c-dev cpp2c-host; do
   expect_file $name share/doc/$name/copyright
+  expect_file $name "share/doc/$name/changelog\.gz"
 done
+[ "$(dpkg-deb --field "$(package libcpp2c1)" Version)" = \
+  "$(dpkg-parsechangelog -l "$sources/packaging/changelog" -S Version)" ] || fail "the changelog ends with another version"
+dpkg-deb --info "$(package libcpp2c1)" triggers | grep -q ldconfig || fail "libcpp2c1 does not tell the loader"
+dpkg-deb --info "$(package libcpp2c1)" shlibs | grep -q '^libcpp2c 1 libcpp2c1 ' || fail "libcpp2c1 lacks its shlibs"
 expect_dependency libcpp2c1 libstdc++6
 expect_dependency libcpp2c-dev "libcpp2c1 (= "
 expect_dependency cpp2c-host "libcpp2c1 (= "
 expect_dependency cpp2c-host libevent-
+expect_dependency cpp2c-host libcurl4
 
 # Mounts are seen by nobody else and go with this shell.
 if ! unshare --mount true 2>/dev/null; then

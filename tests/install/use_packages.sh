@@ -23,7 +23,8 @@ chroot "$root" sh -eu -c '
   . /outside/tests/install/outside.sh
   unset LD_LIBRARY_PATH PKG_CONFIG_PATH
   dpkg -i /outside/packages/*.deb >/dev/null
+  expect_client /usr/lib/cpp2c/libcontext_proxy.so
   with_pkg_config /outside/pkg-config
   with_cmake /outside/cmake
   dpkg --purge cpp2c-host libcpp2c-dev libcpp2c1 >/dev/null
-  [ -z "$(find /usr/lib /usr/bin /usr/include -name "*cpp2c*")" ] || fail "files stay behind"'
+  [ -z "$(find /usr/lib /usr/bin /usr/include /usr/share -name "*cpp2c*" -o -name "*contextctl*")" ] || fail "files stay behind"'

@@ -3,7 +3,11 @@
 
 #include <elf.h>
 
+#include <algorithm>
+#include <optional>
+
 #include "contextctl/inspect/elf_image.h"
+#include "contextctl/inspect/gnu_attributes.h"
 #include "contextctl/inspect/platform.h"
 
 namespace {
@@ -25,6 +29,19 @@ std::string mipsFloatingPoint(const Platform& platform) {
   if (platform.mips_float >= 0 && platform.mips_float <= Val_GNU_MIPS_ABI_FP_MAX)
     text = kMipsFloats[platform.mips_float];
   return (platform.flags & EF_MIPS_NAN2008) != 0 ? text + " with 2008 NaNs" : text;
+}
+
+std::string riscvFloatingPoint(const Platform& platform) {
+  switch (platform.flags & EF_RISCV_FLOAT_ABI) {
+    case EF_RISCV_FLOAT_ABI_SOFT:
+      return "software floating point";
+    case EF_RISCV_FLOAT_ABI_SINGLE:
+      return "single-precision hardware floating point";
+    case EF_RISCV_FLOAT_ABI_DOUBLE:
+      return "double-precision hardware floating point";
+    default:
+      return "quadruple-precision hardware floating point";
+  }
 }
 
 std::string armFloatingPoint(const Platform& platform) {
@@ -62,20 +79,26 @@ bool armFloatsFit(const Platform& one, const Platform& other) {
 }  // namespace
 
 int mipsFloat(const ElfImage& image) {
-  constexpr std::uint64_t kFloatByte = 7;
+  constexpr std::uint64_t kFloatByte = 7, kFloatTag = 4;
   const GElf_Phdr* segment = image.findSegment(PT_MIPS_ABIFLAGS);
-  if (segment == nullptr) return kFloatNotStated;
+  if (segment == nullptr) {
+    const std::optional<std::uint64_t> stated = gnuAttribute(image, kFloatTag);
+    return stated ? static_cast<int>(std::min<std::uint64_t>(*stated, Val_GNU_MIPS_ABI_FP_MAX + 1))
+                  : kFloatNotStated;
+  }
   return static_cast<unsigned char>(image.bytes(segment->p_offset, kFloatByte + 1)[kFloatByte]);
 }
 
 std::string floatingPoint(const Platform& platform) {
   if (platform.machine == EM_MIPS) return mipsFloatingPoint(platform);
   if (platform.machine == EM_ARM) return armFloatingPoint(platform);
+  if (platform.machine == EM_RISCV) return riscvFloatingPoint(platform);
   return "";
 }
 
 bool floatingPointFits(const Platform& one, const Platform& other) {
   if (one.machine == EM_ARM) return armFloatsFit(one, other);
+  if (one.machine == EM_RISCV) return riscvFloatingPoint(one) == riscvFloatingPoint(other);
   if (one.machine != EM_MIPS) return true;
   return mipsFloatsFit(one.mips_float, other.mips_float) &&
          (one.flags & EF_MIPS_NAN2008) == (other.flags & EF_MIPS_NAN2008);

@@ -10,7 +10,7 @@ struct Platform;
 
 constexpr int kFloatNotStated = -1;
 
-// What the MIPS flags segment states; kFloatNotStated if the file, as older tools make it, has none.
+// What a MIPS file states in its flags segment or, as older tools make it, in its build attributes.
 int mipsFloat(const ElfImage& image);
 
 // In words; empty where the machine has but one kind.

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <sstream>
 
@@ -52,6 +53,7 @@ class Child {
 Child::Child(const std::string& path, const std::vector<Dependency>& dependencies, size_t positions) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) throw Failure(kExitNoAnswer, std::string("pipe: ") + strerror(errno));
+  std::fflush(nullptr);  // what waits to be printed is not to be printed by both
   process_ = fork();
   if (process_ == 0) runLiveChild(ends[1], path, dependencies, positions);
   close(ends[1]);

@@ -1,5 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "contextctl/failure.h"
+#include "contextctl/inspect/elf_image.h"
+#include "contextctl/inspect/library.h"
 
 #include "tests/contextctl/contextctl_test.h"
 #include "tests/contextctl/inspect_test.h"
@@ -12,6 +18,15 @@ class InspectMipsTest : public ContextctlTest {
     InspectOptions options = optionsFor(inspected(name));
     options.against = inspected("mips_hard");
     return options;
+  }
+
+  // Without the flags segment, which older tools do not make.
+  static std::string olderSoft() {
+    std::ifstream stream(inspected("mips_soft"));
+    std::string content{std::istreambuf_iterator<char>(stream), {}};
+    const std::string flags_segment("\x70\0\0\x03", 4);
+    content.replace(content.find(flags_segment), flags_segment.size(), 4, '\0');
+    return content;
   }
 };
 
@@ -27,6 +42,28 @@ TEST_F(InspectMipsTest, EntryPointsAreFound) {
 TEST_F(InspectMipsTest, OtherFloatingPointDoesNotFit) {
   EXPECT_EQ(findingsOn("machine", mips("mips_soft")),
             Findings{"no: software floating point, not double-precision hardware floating point"});
+}
+
+TEST_F(InspectMipsTest, FloatingPointIsReadAsOlderToolsWriteIt) {
+  InspectOptions options = mips("mips_soft");
+  options.library = folder.write("older.so", olderSoft());
+  EXPECT_EQ(findingsOn("machine", options),
+            Findings{"no: software floating point, not double-precision hardware floating point"});
+}
+
+TEST_F(InspectMipsTest, AnOlderFileWithAnyByteSetIsReadOrRefused) {
+  const std::string whole = olderSoft();
+  for (size_t i = 0; i < whole.size(); i++) {
+    for (const char byte : {'\0', '\x7f', '\xff'}) {
+      std::string damaged = whole;
+      damaged[i] = byte;
+      try {
+        readLibrary(ElfImage("damaged.so", damaged));
+      } catch (const Failure& failure) {
+        EXPECT_EQ(failure.status(), kExitNoAnswer);
+      }
+    }
+  }
 }
 
 TEST_F(InspectMipsTest, ALibraryForThisMachineDoesNotFit) {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Small helpers of the inside.
+#include <elf.h>
+
 #include <sstream>
 #include <vector>
 
@@ -8,6 +10,7 @@
 #include "contextctl/durations.h"
 #include "contextctl/event_stream.h"
 #include "contextctl/inspect/library.h"
+#include "contextctl/inspect/platform.h"
 #include "contextctl/inspect/string_abi.h"
 #include "contextctl/printable.h"
 #include "contextctl/table.h"
@@ -93,6 +96,28 @@ TEST(UptimeTest, IsAClockWithDaysBeforeIt) {
 TEST(SecondsTest, AreGivenAsTheyWereWritten) {
   EXPECT_EQ(secondsText(10), "10 s");
   EXPECT_EQ(secondsText(0.5), "0.5 s");
+}
+
+std::vector<std::string> floatDifferences(int machine, std::uint32_t theirs, std::uint32_t ours) {
+  Platform one, other;
+  one.word_size = other.word_size = 32;
+  one.machine = other.machine = machine;
+  one.flags = theirs;
+  other.flags = ours;
+  return differences(one, other);
+}
+
+TEST(PlatformTest, ArmFloatingPointIsCompared) {
+  EXPECT_EQ(floatDifferences(EM_ARM, EF_ARM_ABI_FLOAT_SOFT, EF_ARM_ABI_FLOAT_HARD),
+            std::vector<std::string>{"software floating point, not hardware floating point"});
+  EXPECT_EQ(floatDifferences(EM_ARM, 0, EF_ARM_ABI_FLOAT_HARD), std::vector<std::string>{});
+}
+
+TEST(PlatformTest, RiscvFloatingPointIsCompared) {
+  EXPECT_EQ(
+      floatDifferences(EM_RISCV, EF_RISCV_FLOAT_ABI_SOFT, EF_RISCV_FLOAT_ABI_DOUBLE),
+      std::vector<std::string>{"software floating point, not double-precision hardware floating point"});
+  EXPECT_EQ(floatDifferences(EM_RISCV, EF_RISCV_RVC, 0), std::vector<std::string>{});
 }
 
 StringAbi abiOf(const std::vector<std::string>& names) {

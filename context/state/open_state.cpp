@@ -18,8 +18,8 @@ constexpr const char* kMake[] = {
     "CREATE TABLE product (name TEXT NOT NULL) STRICT",
     "CREATE TABLE attribute (object TEXT PRIMARY KEY, value INTEGER NOT NULL) STRICT, WITHOUT ROWID",
     "CREATE TABLE instance (name TEXT PRIMARY KEY, present INTEGER NOT NULL) STRICT, WITHOUT ROWID",
-    "CREATE TABLE value (instance TEXT, leaf TEXT, type TEXT NOT NULL, value TEXT NOT NULL, "
-    "PRIMARY KEY (instance, leaf)) STRICT, WITHOUT ROWID",
+    R"(CREATE TABLE value (instance TEXT, leaf TEXT, type TEXT NOT NULL, value TEXT NOT NULL,
+                           PRIMARY KEY (instance, leaf)) STRICT, WITHOUT ROWID)",
     "PRAGMA application_id = 0x63707032",
     "PRAGMA user_version = 1",
 };

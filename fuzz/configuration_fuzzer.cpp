@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// Any text is a configuration that holds together, or is refused in one message that names its source.
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "context/config/configuration.h"
+#include "context/config/name.h"
+#include "context/config/tree.h"
+#include "context/start_error.h"
+#include "fuzz/harness.h"
+#include "include_c"
+
+namespace {
+
+const char kSource[] = "config.json";
+
+void checkObject(const Object& object) {
+  require(isObjectName(object.name), "the name of an object is components");
+  for (const auto& [name, leaf] : object.leaves) {
+    require(isComponent(name), "the name of a leaf is a component");
+    require(fits(*leaf.type, leaf.default_value), "a default fits its type");
+  }
+  for (const auto& [instance, values] : object.instances) {
+    require(isObjectName(instance), "the name of an instance is components");
+    for (const auto& [name, value] : values) {
+      require(object.leaves.count(name) == 1, "a value is that of a leaf");
+      require(fits(*object.leaves.at(name).type, value), "a value fits its type");
+    }
+  }
+}
+
+void checkTree(Tree tree, std::size_t objects) {
+  require(tree.objects().size() == objects, "no number stands twice");
+  for (const auto& [number, object] : tree.objects()) {
+    require(tree.named(object.name) == tree.find(number), "no name stands twice");
+    for (const auto& [instance, values] : object.instances) {
+      require(tree.ownerOf(instance) == &object, "an instance has one owner");
+      for (const auto& [leaf, declaration] : object.leaves) {
+        const auto place = tree.find(instance + leaf);
+        require(place && place->leaf == &declaration, "a leaf is found by its name");
+      }
+    }
+  }
+}
+
+void checkMessage(const StartError& error) {
+  require(error.code() == C_RESULT_PARAM, "what is refused is a parameter");
+  require(std::strncmp(error.what(), kSource, std::strlen(kSource)) == 0, "a message names its source");
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  try {
+    Configuration configuration = parseConfiguration(std::string(data, data + size), kSource);
+    require(configuration.heartbeat_limit.count() > 0, "the limit is positive");
+    for (const Object& object : configuration.objects) checkObject(object);
+    const std::size_t objects = configuration.objects.size();
+    checkTree(Tree(std::move(configuration.objects)), objects);
+  } catch (const StartError& error) {
+    checkMessage(error);
+  }
+  return 0;
+}

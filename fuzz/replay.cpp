@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// Runs a harness over the files of the folders that are given, where there is no libFuzzer.
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "fuzz/harness.h"
+
+namespace {
+
+std::vector<std::filesystem::path> filesIn(const char* folder) {
+  const std::filesystem::directory_iterator entries(folder);
+  std::vector<std::filesystem::path> files(begin(entries), end(entries));
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+bool replay(const std::filesystem::path& file) {
+  std::printf("%s\n", file.c_str());
+  std::fflush(stdout);  // if the harness ends the process, this is the file at fault
+  std::ifstream stream(file, std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+  if (!stream) return false;
+  return LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()) == 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int count = 0;
+  for (int i = 1; i < argc; i++) {
+    for (const auto& file : filesIn(argv[i])) {
+      if (!replay(file)) {
+        std::fprintf(stderr, "%s: failed\n", file.c_str());
+        return 1;
+      }
+      count++;
+    }
+  }
+  std::printf("%d files\n", count);
+  return count > 0 ? 0 : 1;
+}

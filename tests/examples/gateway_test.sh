@@ -499,6 +499,49 @@ END
   require_modules unloaded
 }
 
+# The product with a module that does what a module should not.
+start_with_careless_module() {
+  configure_without_console
+  edit_config '0,/\{/s//{ "heartbeat": {"limitMs": 50},/'
+  export CPP2C_CONTROL=$folder/control
+  options=(--module "$test_modules/libcareless.so" --control "$CPP2C_CONTROL" "$@")
+  start
+  expect "$settled"
+}
+
+contextctl() {
+  echo "\$ contextctl $*"
+  "$modules/../../bin/contextctl" "$@" || fail "contextctl $1: exit status $?"
+}
+
+testSlowCallbackIsNamed() {
+  start_with_careless_module
+  contextctl event send dawdle ""
+  expect ' warning heartbeat: the callback slow_observer \(careless_module\.c:[0-9]+\) of event dawdle held the loop for '
+  contextctl registrations >"$folder/registrations"
+  grep -E '^event +dawdle +slow_observer +careless_module\.c:[0-9]+ +1 ' "$folder/registrations" || fail "it is not counted"
+  contextctl stats --trace "$folder/trace.json"
+  grep -F '"name":"slow_observer"' "$folder/trace.json" >/dev/null || fail "it is not in the trace"
+  stop TERM
+}
+
+testStrictModeNamesWhatAModuleLeavesBehind() {
+  start_with_careless_module --strict
+  contextctl stop
+  expect ' warning strict: slow_observer \(careless_module\.c:[0-9]+\) of event dawdle is still registered, and its '
+  expect ' notice strict: still registered at the end: slow_observer '
+}
+
+testStrictModeMayBeFatal() {
+  start_with_careless_module --strict=fatal
+  contextctl stop
+  expect '^strict: slow_observer .* of event dawdle is still registered, and its module is unloaded$'
+  local status=0
+  wait "$pid" || status=$?
+  pid=
+  [[ $status -eq 134 ]] || fail "exit status $status"
+}
+
 testReportCountsTheEventsOfEachInterface() {
   diff - <("$modules/gateway-report" <<'END'
 lifecycle: running

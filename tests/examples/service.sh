@@ -16,9 +16,10 @@ fail() {
   exit 1
 }
 
-# Starts the service in the background, through the command given, if any.
+# Starts the service in the background with $options, through the command given, if any.
+options=()
 start() {
-  coproc service { exec "$@" "$program" --config "$folder/config.json" 2>&1; }
+  coproc service { exec "$@" "$program" --config "$folder/config.json" "${options[@]}" 2>&1; }
   pid=$!
   exec {out}<&"${service[0]}" {in}>&"${service[1]}"
 }

@@ -13,7 +13,7 @@
 #include "context/config/instance_iterator.h"
 #include "context/config/tree.h"
 #include "context/loans.h"
-#include "context/observer_list.h"
+#include "context/registration/observer_list.h"
 
 // The configuration tree as its users see it: with checked writes, observers and computed values. Observers
 // and providers may call every operation. Numbers are those of objects.

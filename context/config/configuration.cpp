@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "context/config/name.h"
-#include "context/config/read_file.h"
 #include "context/json/document.h"
+#include "context/json/read_file.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "binding/context.h"
-#include "context/observer_list.h"
+#include "context/registration/observer_list.h"
 
 // Hands each event to its observers, in order of registration, before notify() returns. An observer may
 // register, unregister and notify meanwhile.

@@ -3,8 +3,8 @@
 
 #include <optional>
 
-#include "context/config/read_file.h"
 #include "context/json/document.h"
+#include "context/json/read_file.h"
 
 using std::chrono::milliseconds;
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXT_CONFIG_READ_FILE_H
-#define CPP2C_CONTEXT_CONFIG_READ_FILE_H
+#ifndef CPP2C_CONTEXT_JSON_READ_FILE_H
+#define CPP2C_CONTEXT_JSON_READ_FILE_H
 
 #include <string>
 

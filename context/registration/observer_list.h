@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXT_OBSERVER_LIST_H
-#define CPP2C_CONTEXT_OBSERVER_LIST_H
+#ifndef CPP2C_CONTEXT_REGISTRATION_OBSERVER_LIST_H
+#define CPP2C_CONTEXT_REGISTRATION_OBSERVER_LIST_H
 
 #include <algorithm>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "context/config/read_file.h"
+#include "context/json/read_file.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -29,6 +29,37 @@ expect_client() {
   esac
 }
 
+# Drives a running service with the client: a setting outlasts the service, which ends when it is told to.
+expect_driven() {
+  local service=$1 folder=$2/driven
+  mkdir "$folder"
+  mkfifo "$folder/input"
+  echo '{"objects": [{"number": 1, "name": "A.", "leaves": {"X": {"type": "int"}}}]}' >"$folder/config.json"
+  drive "$service" "$folder" 0
+  drive "$service" "$folder" 7
+}
+
+# One life of the service, at whose beginning A.X is expected to be $3, and at whose end it is 7.
+drive() {
+  local client="$prefix/bin/contextctl --control $2/control" pid tries=0 status=0
+  "$prefix/bin/cpp2c-host" "$1" --config "$2/config.json" --control "$2/control" --state "$2/state" <"$2/input" &
+  pid=$!
+  exec 3>"$2/input"
+  until $client modules >/dev/null 2>&1; do
+    tries=$((tries + 1))
+    [ $tries -lt 200 ] || fail "the service does not answer"
+    sleep 0.05
+  done
+  [ "$($client get A.X)" = "$3" ] || fail "A.X is not $3"
+  $client set A.X 7
+  $client save
+  $client registrations | grep -q '^fd .* read_line ' || fail "the service's callback is not named"
+  $client stop
+  wait $pid || status=$?
+  exec 3>&-
+  [ $status -eq 0 ] || fail "the service ended with status $status"
+}
+
 copy_sources() {
   mkdir -p "$1"
   cp "$sources/examples/hello/hello.c" "$sources/tests/install/greeter.c" "$sources/tests/install/outside/CMakeLists.txt" "$1"
@@ -46,6 +77,7 @@ with_pkg_config() {
     cc -std=c11 -fPIC -shared $flags greeter.c $libraries -o libgreeter.so
   )
   expect_run "$1/hello" "$1/libgreeter.so"
+  expect_driven "$1/hello" "$1"
 }
 
 with_cmake() {

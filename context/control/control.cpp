@@ -16,11 +16,13 @@ void stopLoop(evutil_socket_t /*fd*/, short /*events*/, void* loop) {
 
 }  // namespace
 
-Control::Control(const Controlled& controlled, EventBase& base, const std::string& path)
+Control::Control(const Controlled& controlled, EventBase& base, const std::string& path,
+                 const Connections::Limits& limits)
     : controlled_(controlled),
       started_(controlled.clock.wallTime()),
       stop_(evtimer_new(base.get(), stopLoop, &controlled.loop)),
-      server_(base, path, [this](HttpExchange& exchange) { api_.handle(exchange); }) {
+      server_(
+          base, path, [this](HttpExchange& exchange) { api_.handle(exchange); }, limits) {
   addConfigRoutes();
   addServiceRoutes();
   addDiagnosisRoutes();

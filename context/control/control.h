@@ -37,7 +37,8 @@ struct Controlled {
 class Control {
  public:
   // Throws StartError if there can be no socket at `path`.
-  Control(const Controlled& controlled, EventBase& base, const std::string& path);
+  Control(const Controlled& controlled, EventBase& base, const std::string& path,
+          const Connections::Limits& limits = Connections::Limits());
   ~Control();
   Control(const Control&) = delete;
   Control& operator=(const Control&) = delete;

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+#include "context/control/broken_pipe.h"
 #include "context/control/connections.h"
 #include "context/control/stream.h"
 #include "context/control/unix_socket.h"
@@ -28,7 +29,7 @@ class HttpExchange {
   HttpExchange(evhttp_request* request, Streams& streams, Connections& connections)
       : request_(request), streams_(streams), connections_(connections) {}
 
-  HttpRequest request() const;
+  HttpRequest request() const;  // throws a Refusal if the query is none
   void reply(int status, const std::string& json);
   std::weak_ptr<Stream> stream();
 
@@ -57,6 +58,7 @@ class HttpServer {
   static bufferevent* onAccept(event_base* base, void* self);
   static void onRequest(evhttp_request* request, void* self);
 
+  const BrokenPipe broken_pipe_;
   const Handler handler_;
   UnixSocket socket_;
   Streams streams_;

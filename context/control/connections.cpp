@@ -51,6 +51,7 @@ bufferevent* Connections::accept() {
   if (connection == nullptr) return nullptr;
   bufferevent_incref(connection);
   bufferevent_setwatermark(connection, EV_READ, 0, kMostUnread);
+  forgetTheClosed();  // before the new one, which the server has not made its own yet
   deadlines_.emplace(connection, deadline());
   if (deadlines_.size() >= limits_.count) evconnlistener_disable(listener_);
   return connection;
@@ -65,21 +66,30 @@ void Connections::streamIn(bufferevent* connection) {
 }
 
 void Connections::onTime(evutil_socket_t /*fd*/, short /*events*/, void* self) {
-  static_cast<Connections*>(self)->lookAtAll();
+  auto& connections = *static_cast<Connections*>(self);
+  connections.forgetTheClosed();
+  connections.endTheOverdue();
+  if (connections.deadlines_.size() < connections.limits_.count) {
+    evconnlistener_enable(connections.listener_);
+  }
 }
 
-void Connections::lookAtAll() {
-  const TimePoint now = std::chrono::steady_clock::now();
+void Connections::forgetTheClosed() {
   for (auto entry = deadlines_.begin(); entry != deadlines_.end();) {
-    const auto [connection, deadline] = *entry;
-    if (isClosed(connection)) {
-      entry = deadlines_.erase(entry);
-      bufferevent_decref(connection);
+    bufferevent* connection = entry->first;
+    if (!isClosed(connection)) {
+      ++entry;
       continue;
     }
-    // The server then sees the end of the input, and closes.
-    if (deadline < now) shutdown(bufferevent_getfd(connection), SHUT_RDWR);
-    ++entry;
+    entry = deadlines_.erase(entry);
+    bufferevent_decref(connection);
   }
-  if (deadlines_.size() < limits_.count) evconnlistener_enable(listener_);
+}
+
+// The server then sees the end of the input, and closes.
+void Connections::endTheOverdue() {
+  const TimePoint now = std::chrono::steady_clock::now();
+  for (const auto& [connection, deadline] : deadlines_) {
+    if (deadline < now) shutdown(bufferevent_getfd(connection), SHUT_RDWR);
+  }
 }

@@ -41,7 +41,8 @@ class Connections {
   using TimePoint = std::chrono::steady_clock::time_point;
 
   static void onTime(evutil_socket_t, short, void* self);
-  void lookAtAll();
+  void forgetTheClosed();
+  void endTheOverdue();
   TimePoint deadline() const { return std::chrono::steady_clock::now() + limits_.request_time; }
 
   EventBase& base_;

@@ -49,7 +49,7 @@ void Stream::write(const std::string& text) {
   evhttp_connection* connection = evhttp_request_get_connection(request_);
   if (connection == nullptr) return;
   bufferevent* channel = evhttp_connection_get_bufferevent(connection);
-  if (evbuffer_get_length(bufferevent_get_output(channel)) + text.size() > kMostWaiting) {
+  if (evbuffer_get_length(bufferevent_get_output(channel)) > kMostWaiting) {
     shutdown(bufferevent_getfd(channel), SHUT_RDWR);
     return;
   }

@@ -19,6 +19,7 @@ class Topic {
   using Tell = std::function<std::string(const News&)>;
 
   void add(std::weak_ptr<Stream> stream, Tell tell) {
+    forgetTheGone();
     followers_.push_back({std::move(stream), std::move(tell)});
   }
 

@@ -53,6 +53,12 @@ void removeDeadSocket(const std::string& path, const sockaddr_un& address) {
   unlink(path.c_str());
 }
 
+std::pair<dev_t, ino_t> fileAt(const std::string& path) {
+  struct stat status {};
+  lstat(path.c_str(), &status);
+  return {status.st_dev, status.st_ino};
+}
+
 // The mode is set before anybody can connect: between bind() and listen().
 bool listenAt(int fd, const std::string& path, const sockaddr_un& address) {
   if (bind(fd, generic(address), sizeof address) != 0) return false;
@@ -69,13 +75,16 @@ UnixSocket::UnixSocket(std::string path) : path_(std::move(path)) {
   const sockaddr_un address = addressOf(path_);
   removeDeadSocket(path_, address);
   fd_ = makeSocket();
-  if (fd_ >= 0 && listenAt(fd_, path_, address)) return;
+  if (fd_ >= 0 && listenAt(fd_, path_, address)) {
+    file_ = fileAt(path_);
+    return;
+  }
   const std::string why = std::strerror(errno);
   if (fd_ >= 0) close(fd_);
   refuse(path_, why);
 }
 
 UnixSocket::~UnixSocket() {
-  unlink(path_.c_str());
+  if (fileAt(path_) == file_) unlink(path_.c_str());
   close(fd_);
 }

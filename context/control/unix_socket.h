@@ -2,9 +2,13 @@
 #ifndef CPP2C_CONTEXT_CONTROL_UNIX_SOCKET_H
 #define CPP2C_CONTEXT_CONTROL_UNIX_SOCKET_H
 
-#include <string>
+#include <sys/types.h>
 
-// A listening Unix socket that only its owner may connect to. Its file goes with it.
+#include <string>
+#include <utility>
+
+// A listening Unix socket that only its owner may connect to. Its file goes with it, unless
+// another one has taken its place.
 class UnixSocket {
  public:
   // Takes the place of a socket at which nobody listens any more. Throws StartError if somebody does, if
@@ -19,6 +23,7 @@ class UnixSocket {
  private:
   const std::string path_;
   int fd_ = -1;
+  std::pair<dev_t, ino_t> file_;
 };
 
 #endif

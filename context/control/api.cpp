@@ -34,6 +34,8 @@ json parseBody(const std::string& text) {
     return body;
   } catch (const json::parse_error& error) {
     throw Refusal(C_RESULT_PARAM, "the request is not JSON: byte " + std::to_string(error.byte));
+  } catch (const json::out_of_range&) {
+    throw Refusal(C_RESULT_PARAM, "the request's JSON holds a number out of range");
   }
 }
 
@@ -149,8 +151,8 @@ const Api::Handler& Api::find(const HttpRequest& request) const {
 }
 
 void Api::handle(HttpExchange& exchange) const {
-  const HttpRequest http = exchange.request();
   try {
+    const HttpRequest http = exchange.request();
     find(http)(ApiRequest(http), exchange);
   } catch (const Unroutable& unroutable) {
     exchange.reply(unroutable.status, failure(C_RESULT_NOT_FOUND, unroutable.error));

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "context/control/peer.h"
+#include "context/control/refusal.h"
 #include "context/start_error.h"
 #include "include_c"
 
@@ -67,7 +68,10 @@ std::map<std::string, std::string> queryIn(const evhttp_uri* uri) {
   std::map<std::string, std::string> query;
   const char* text = evhttp_uri_get_query(uri);
   evkeyvalq pairs{};
-  if (text == nullptr || evhttp_parse_query_str(text, &pairs) != 0) return query;
+  if (text == nullptr) return query;
+  if (evhttp_parse_query_str(text, &pairs) != 0) {
+    throw Refusal(C_RESULT_PARAM, "the query is not of the form name=value&name=value");
+  }
   for (const evkeyval* pair = pairs.tqh_first; pair != nullptr; pair = pair->next.tqe_next) {
     query[pair->key] = pair->value;
   }

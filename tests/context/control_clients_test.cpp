@@ -112,7 +112,7 @@ TEST_F(ControlClientsTest, TooLongHeadersAreRefused) {
   expectRefused("GET /" + std::string(10000, 'x') + " HTTP/1.1\r\n\r\n", "400");
   expectRefused(std::string(100000, 'x'), "400");
   std::string headers;
-  for (int i = 0; i < 2000; i++) headers += "A: b\r\n";
+  for (int i = 0; i < 2000; i++) headers += "Name: value\r\n";
   expectRefused("GET /tree HTTP/1.1\r\n" + headers + "\r\n", "400");
 }
 

@@ -70,7 +70,7 @@ class ControlFixture : public testing::Test {
   EventService events_{"service", registry_};
   EventBase base_{log_};
   EventLoop loop_{base_, registry_};
-  Lifecycle lifecycle_{nullptr, {MODULE_FOLDER "/libfirst_module.so"}, log_, registry_};
+  Lifecycle lifecycle_{nullptr, {}, log_, registry_};
   std::optional<Control> control_;
 };
 

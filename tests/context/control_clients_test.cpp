@@ -103,9 +103,12 @@ TEST_F(ControlClientsTest, WhatIsNoHttpIsRefused) {
   expectRefused("GET http://:x/ HTTP/1.1\r\n\r\n", "400");
   expectRefused(std::string(1, '\0') + "\xff\r\n\r\n", "400");
   expectRefused("PUT /leaf HTTP/1.1\r\nContent-Length: -1\r\n\r\n", "400");
-  expectRefused("PUT /leaf HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\nxyz\r\n", "400");
   expectRefused("PATCH /leaf HTTP/1.1\r\n\r\n", "501");
   expectRefused("PUT /leaf HTTP/1.1\r\nExpect: money\r\nContent-Length: 1\r\n\r\n", "417");
+}
+
+TEST_F(ControlClientsTest, ChunkWithoutASizeIsRefused) {
+  expectRefused("PUT /leaf HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\nxyz\r\n", "413");
 }
 
 TEST_F(ControlClientsTest, TooLongHeadersAreRefused) {

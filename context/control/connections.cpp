@@ -5,17 +5,12 @@
 
 #include <algorithm>
 
-#include "context/start_error.h"
-#include "include_c"
+#include "context/control/period.h"
 
 namespace {
 
 // More than the longest request: what comes behind one is read when that has been answered.
 constexpr std::size_t kMostUnread = 2 << 20;
-
-timeval timevalOf(std::chrono::milliseconds time) {
-  return {static_cast<time_t>(time.count() / 1000), static_cast<suseconds_t>(time.count() % 1000 * 1000)};
-}
 
 // The server takes its callbacks away from a connection that it has done with.
 bool isClosed(bufferevent* connection) {
@@ -30,12 +25,7 @@ Connections::Connections(EventBase& base, evconnlistener* listener, const Limits
     : base_(base),
       listener_(listener),
       limits_(limits),
-      timer_(event_new(base.get(), -1, EV_PERSIST, onTime, this)) {
-  const timeval period = timevalOf(limits_.look_every);
-  if (timer_ == nullptr || event_add(timer_.get(), &period) != 0) {
-    throw StartError(C_RESULT_SYSTEM_CALL, "the control socket's clock cannot be made");
-  }
-}
+      timer_(callEvery(base, limits.look_every, onTime, this)) {}
 
 Connections::~Connections() {
   for (const auto& [connection, deadline] : deadlines_) bufferevent_decref(connection);

@@ -20,6 +20,7 @@ class Connections {
     std::size_t count = 32;
     std::chrono::milliseconds request_time{10000};
     std::chrono::milliseconds look_every{1000};
+    std::chrono::milliseconds ping_every{15000};  // on each stream
   };
 
   // Stops and resumes `listener`, which outlives this object.

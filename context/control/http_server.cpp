@@ -110,7 +110,7 @@ HttpServer::HttpServer(EventBase& base, const std::string& path, Handler handler
                        const Connections::Limits& limits)
     : handler_(std::move(handler)),
       socket_(path),
-      streams_(base),
+      streams_(base, limits.ping_every),
       server_(makeServer(base.get())),
       listener_(listen(base.get(), server_.get(), socket_.fd())),
       connections_(base, listener_, limits) {

@@ -9,12 +9,10 @@
 
 #include <memory>
 
-#include "context/start_error.h"
-#include "include_c"
+#include "context/control/period.h"
 
 namespace {
 
-constexpr timeval kPingPeriod{15, 0};
 constexpr std::size_t kMostWaiting = 1 << 20;
 
 struct FreeBuffer {
@@ -58,11 +56,8 @@ void Stream::write(const std::string& text) {
   evhttp_send_reply_chunk(request_, chunk.get());
 }
 
-Streams::Streams(EventBase& base) : timer_(event_new(base.get(), -1, EV_PERSIST, onTime, this)) {
-  if (timer_ == nullptr || event_add(timer_.get(), &kPingPeriod) != 0) {
-    throw StartError(C_RESULT_SYSTEM_CALL, "the clock of the control socket's streams cannot be made");
-  }
-}
+Streams::Streams(EventBase& base, std::chrono::milliseconds ping_every)
+    : timer_(callEvery(base, ping_every, onTime, this)) {}
 
 std::weak_ptr<Stream> Streams::open(evhttp_request* request) {
   evhttp_connection* connection = evhttp_request_get_connection(request);

@@ -4,6 +4,7 @@
 
 #include <event2/http.h>
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <string>
@@ -31,7 +32,7 @@ class Stream {
 // All open streams. They end with their clients, at the latest with the server.
 class Streams {
  public:
-  explicit Streams(EventBase& base);
+  Streams(EventBase& base, std::chrono::milliseconds ping_every);
 
   // Begins one. It may end any time.
   std::weak_ptr<Stream> open(evhttp_request* request);

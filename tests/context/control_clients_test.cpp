@@ -15,6 +15,7 @@ Connections::Limits shortLimits() {
   limits.count = kMostClients;
   limits.request_time = std::chrono::milliseconds(200);
   limits.look_every = std::chrono::milliseconds(10);
+  limits.ping_every = std::chrono::milliseconds(20);
   return limits;
 }
 
@@ -94,6 +95,13 @@ TEST_F(ControlClientsTest, FollowerIsNotCutOffForBeingIdle) {
   expectCutOff(*silent);
   events_.notify("link-up", "", 0);
   EXPECT_EQ(newsFor(*client, 1).size(), 1u);
+}
+
+TEST_F(ControlClientsTest, StreamShowsAgainAndAgainThatItIsAlive) {
+  const Client client = follow("/events");
+  const auto first = client->received().rfind(": ping\n\n");
+  until([&] { return client->move(), client->received().rfind(": ping\n\n") > first + 20; }, "pings");
+  EXPECT_EQ(client->items(), Texts());
 }
 
 TEST_F(ControlClientsTest, WhatIsNoHttpIsRefused) {

@@ -3,13 +3,14 @@
 #include <errno.h>
 #include <unistd.h>
 
-#include <csignal>
+#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "binding/handlers.h"
 #include "context/host_context.h"
 #include "tests/context/control_fixture.h"
+#include "tests/context/running_loop.h"
 
 using nlohmann::json;
 
@@ -71,6 +72,38 @@ TEST_F(ControlServicesTest, RegistrationsAreListedWithTheirCalls) {
   EXPECT_EQ(registration["count"], 2);
   EXPECT_EQ(registration["lastResult"], 7);
   EXPECT_EQ(registration.size(), 10u);
+}
+
+class Callee final : public ILoopData, public ICfmObserver, public IDyncDataProvider, public ITimer {
+ public:
+  int handler(short, int) override { return 0; }
+  int update(int, std::string, int, std::string) override { return 0; }
+  std::string dataGet(int, std::string, std::string) override { return ""; }
+  int timeArrive(int) override { return 0; }
+};
+
+// "KIND KEY" of each.
+std::vector<std::string> kindsAndKeys(const json& registrations) {
+  std::vector<std::string> texts;
+  for (const json& registration : registrations["registrations"]) {
+    texts.push_back(registration["kind"].get<std::string>() + ' ' + registration["key"].get<std::string>());
+  }
+  return texts;
+}
+
+TEST_F(ControlServicesTest, RegistrationsOfServicesAreListedByKindInTheirOrder) {
+  Callee handler;
+  Observer observer;
+  const Pipe pipe;
+  const int fd = pipe.reading();
+  config_.registDataProvider(1, &handler);
+  events_.registObserver("link-up", &observer);
+  config_.registObserver(2, &handler);
+  loop_.addFd(fd, C_LOOP_READ, &handler);
+  EXPECT_EQ(kindsAndKeys(getJson("/registrations")),
+            (Texts{"provider Device.Time.", "event link-up", "change Device.Interfaces.",
+                   "fd " + std::to_string(fd)}));
+  loop_.delFd(fd);
 }
 
 TEST_F(ControlServicesTest, RegistrationThatWasNotCalledHasNoResult) {
@@ -212,6 +245,16 @@ TEST_F(ControlStopTest, ModulesAreListedWithTheirStates) {
             (json{{"modules", {{{"library", library}, {"state", "running"}}}}, {"state", "running"}}));
   EXPECT_EQ(json::parse(runFor("/modules").substr(4)),
             (json{{"modules", {{{"library", library}, {"state", "idle"}}}}, {"state", "idle"}}));
+}
+
+TEST_F(ControlStopTest, RegistrationsOfTimersAndModulesAreListed) {
+  Callee handler;
+  start({"--module", MODULE_FOLDER "/libfirst_module.so"});
+  ASSERT_EQ(context_->load(), C_RESULT_OK);
+  context_->setTimer(60000, 0, 500, &handler);
+  const std::vector<std::string> all = kindsAndKeys(json::parse(runFor("/registrations").substr(4)));
+  EXPECT_EQ(std::count(all.begin(), all.end(), "timer after 60000 ms, every 500 ms"), 1);
+  EXPECT_EQ(std::count(all.begin(), all.end(), "module " MODULE_FOLDER "/libfirst_module.so onLoad"), 1);
 }
 
 TEST_F(ControlStopTest, VirtualClockIsNamed) {

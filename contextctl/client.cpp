@@ -80,10 +80,11 @@ void Client::follow(const std::string& path, const Query& query, const Interrupt
   std::string refusal;
   const Transfer* current = nullptr;
   Transfer transfer(socket_, seconds_, path, query, [&](std::string_view bytes) {
-    if (current->status() == 200)
+    if (current->status() == 200) {
       stream.feed(bytes);
-    else
+    } else {
       refusal += bytes;
+    }
   });
   current = &transfer;
 

@@ -177,10 +177,11 @@ void CommandLine::addObjectCommands() {
   CLI::App* attribute = add(app_, "attribute", "Print or set the attribute of an object",
                             "  contextctl attribute Device.Interfaces.\n  contextctl attribute 100 3",
                             [this](const Session& session) {
-                              if (app_.get_subcommand("attribute")->count("ATTRIBUTE") == 0)
+                              if (app_.get_subcommand("attribute")->count("ATTRIBUTE") == 0) {
                                 showAttribute(session, arguments_.object);
-                              else
+                              } else {
                                 setAttribute(session, arguments_.object, arguments_.attribute);
+                              }
                             });
   addArgument(attribute, "OBJECT", arguments_.object, "Name or number of the object")->required();
   addArgument(attribute, "ATTRIBUTE", arguments_.attribute, "Its new attribute, a number");

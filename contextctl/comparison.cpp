@@ -26,10 +26,11 @@ Comparison compare(const std::vector<Leaf>& file, const std::vector<Leaf>& conte
   for (const Leaf& wanted : file) {
     const auto found = present.find(wanted.name);
     const Leaf* leaf = found == present.end() ? nullptr : found->second;
-    if (const auto obstacle = obstacleTo(wanted, leaf))
+    if (const auto obstacle = obstacleTo(wanted, leaf)) {
       result.obstacles.push_back(*obstacle);
-    else if (leaf->value != wanted.value)
+    } else if (leaf->value != wanted.value) {
       result.differences.push_back({leaf->name, leaf->type, leaf->value.value_or(""), *wanted.value});
+    }
   }
   return result;
 }

@@ -5,10 +5,11 @@
 
 void EventStream::feed(std::string_view bytes) {
   for (const char c : bytes) {
-    if (c == '\n')
+    if (c == '\n') {
       endLine();
-    else if (c != '\r')
+    } else if (c != '\r') {
       line_ += c;
+    }
   }
 }
 

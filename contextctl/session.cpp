@@ -39,10 +39,11 @@ Answer Session::remove(const std::string& path, const Client::Query& query) cons
 }
 
 void Session::show(const Answer& answer, const std::function<void(std::ostream& out)>& in_words) const {
-  if (json())
+  if (json()) {
     out_ << answer.json << '\n';
-  else if (in_words)
+  } else if (in_words) {
     in_words(out_);
+  }
 }
 
 void Session::follow(const std::string& path, const Client::Query& query, int count,
@@ -63,7 +64,8 @@ void flush(std::ostream& out) {
 }
 
 std::string defaultControl() {
-  const std::string named = environment("CPP2C_CONTROL"), folder = environment("XDG_RUNTIME_DIR");
+  std::string named = environment("CPP2C_CONTROL");
+  const std::string folder = environment("XDG_RUNTIME_DIR");
   if (!named.empty()) return named;
   if (!folder.empty()) return folder + "/cpp2c.sock";
   return getuid() == 0 ? "/run/cpp2c.sock" : "/tmp/cpp2c-" + std::to_string(getuid()) + ".sock";

@@ -31,10 +31,11 @@ void listRegistrations(const Session& session) {
   session.show(answer, [&](std::ostream& out) {
     Table table(
         {"KIND", "KEY", "FUNCTION", "LOCATION", "COUNT", "TOTAL MS", "LONGEST MS", "LAST MS", "RESULT"});
-    for (const Record& r : answer.list("registrations"))
+    for (const Record& r : answer.list("registrations")) {
       table.add({r.text("kind"), r.text("key"), r.text("function"), r.text("location"), r.text("count"),
                  milliseconds(r.number("totalMs")), milliseconds(r.number("longestMs")),
                  milliseconds(r.number("lastMs")), r.text("lastResult")});
+    }
     table.print(out);
   });
 }

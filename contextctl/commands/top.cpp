@@ -70,10 +70,11 @@ void printSample(const Session& session, const Record& statistics, const std::ve
 // A terminal shows one sample in place of the other, a file holds them one below the other.
 void separate(const Session& session, bool first) {
   if (session.json()) return;
-  if (isatty(STDOUT_FILENO) == 1)
+  if (isatty(STDOUT_FILENO) == 1) {
     session.out() << "\033[H\033[2J";
-  else if (!first)
+  } else if (!first) {
     session.out() << '\n';
+  }
 }
 
 }  // namespace
@@ -85,10 +86,11 @@ void showTop(const Session& session, double interval, int count) {
     if (i > 0 && interrupt.wait(interval)) return;
     const Answer statistics = session.get("/statistics"), registrations = session.get("/registrations");
     separate(session, i == 0);
-    if (session.json())
+    if (session.json()) {
       session.out() << "{\"statistics\":" << statistics.json << ',' << registrations.json.substr(1) << '\n';
-    else
+    } else {
       printSample(session, statistics.record, sampler.update(registrations.list("registrations")));
+    }
     flush(session.out());
   }
 }

@@ -27,6 +27,7 @@ Members membersOf(const Session& session, const Difference& d) {
 void printDifferences(const Session& session, const std::vector<Difference>& differences) {
   if (session.json()) {
     std::vector<Members> items;
+    items.reserve(differences.size());
     for (const Difference& difference : differences) items.push_back(membersOf(session, difference));
     session.out() << writeList("differences", items) << '\n';
   } else if (!differences.empty()) {
@@ -62,10 +63,11 @@ void exportTree(const Session& session, const std::string& prefix, const std::st
   std::vector<Leaf> leaves = getLeaves(session, prefix, session.reveal());
   const auto is_left_out = [](const Leaf& leaf) { return leaf.computed || !leaf.value; };
   leaves.erase(std::remove_if(leaves.begin(), leaves.end(), is_left_out), leaves.end());
-  if (file.empty())
+  if (file.empty()) {
     session.out() << writeTree(leaves);
-  else
+  } else {
     writeFile(file, writeTree(leaves));
+  }
 }
 
 ExitStatus importTree(const Session& session, const std::string& file) {

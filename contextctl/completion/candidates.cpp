@@ -73,10 +73,11 @@ void Reader::readArgument(const std::string& word) {
   const std::vector<const CLI::App*> commands = commandsOf(*app_);
   const auto command = std::find_if(commands.begin(), commands.end(),
                                     [&](const CLI::App* c) { return c->get_name() == word; });
-  if (mayBeCommand() && command != commands.end())
+  if (mayBeCommand() && command != commands.end()) {
     app_ = *command;
-  else
+  } else {
     arguments_++;
+  }
 }
 
 // The last argument may be there several times.
@@ -136,9 +137,10 @@ bool isName(const std::string& kind) {
 
 Names optionsOf(const CLI::App* app) {
   std::set<std::string> names;  // each command has a --help
-  for (; app != nullptr; app = app->get_parent())
+  for (; app != nullptr; app = app->get_parent()) {
     for (const CLI::Option* option : app->get_options())
       for (const std::string& name : option->get_lnames()) names.insert("--" + name);
+  }
   return {names.begin(), names.end()};
 }
 

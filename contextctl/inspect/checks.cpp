@@ -86,9 +86,10 @@ void checkUnloading(const Library& library, std::vector<Finding>& findings) {
   for (const DynamicSymbol& symbol : library.symbols)
     if (symbol.unique) unique.push_back(demangle(symbol.name));
   if (library.no_delete) findings.push_back({Verdict::kWarning, "unloading", "marked never to be unloaded"});
-  if (!unique.empty())
+  if (!unique.empty()) {
     findings.push_back({Verdict::kWarning, "unloading",
                         "stays in the process once opened, for its unique symbols: " + joined(unique)});
+  }
   if (unique.empty() && !library.no_delete)
     findings.push_back({Verdict::kOk, "unloading", "nothing keeps it in the process"});
 }

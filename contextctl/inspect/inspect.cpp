@@ -25,7 +25,7 @@ std::string findOurs(SearchPath search) {
   search.named.push_back(home / CPP2C_LIBDIR);
   search.named.insert(search.named.end(), search.standard.begin(), search.standard.end());
   for (const std::string& folder : search.named) {
-    const std::string path = folder + '/' + kOurLibrary;
+    std::string path = folder + '/' + kOurLibrary;
     if (access(path.c_str(), R_OK) == 0) return path;
   }
   throw Failure(kExitNoAnswer, std::string("no ") + kOurLibrary + " found; name one with --against");
@@ -42,19 +42,21 @@ Report inspect(const InspectOptions& options) {
   const Library library = readLibrary(options.library);
   const Library ours = readLibrary(options.against.empty() ? findOurs(search) : options.against);
   const bool foreign = isForeign(library);
-  if (options.live && foreign)
+  if (options.live && foreign) {
     throw Failure(kExitUsage, "--live needs a library for this machine: " + options.library + " is " +
                                   describe(library.platform));
+  }
 
   Report report{options.library, ours.path, {}, {}};
   checkPlatform(library, ours, report.findings);
   checkEntryPoints(library, report.findings);
   checkStrings(library, ours, report.findings);
   std::vector<Dependency> dependencies;
-  if (!sameLoader(library.platform, ours.platform) || (foreign && options.sysroot.empty()))
+  if (!sameLoader(library.platform, ours.platform) || (foreign && options.sysroot.empty())) {
     noteUncheckedDependencies(library, report.findings);
-  else
+  } else {
     checkDependencies(dependencies = findDependencies(library, ours, search), report.findings);
+  }
   checkUnloading(library, report.findings);
   checkStack(library, report.findings);
   if (options.live) inspectLive(dependencies, options.kind, options.seconds, report);

@@ -119,10 +119,11 @@ Visit visitLibrary(const std::string& library, const std::vector<Dependency>& de
   const bool ended = child.read(seconds, text);
   const int status = child.stop();
   Visit visit = readVisit(text);
-  if (!ended)
+  if (!ended) {
     visit.trouble = visit.stage + " takes longer than " + secondsText(seconds);
-  else if (!visit.done && visit.trouble.empty())
+  } else if (!visit.done && visit.trouble.empty()) {
     visit.trouble = visit.stage + ' ' + describeEnd(status);
+  }
   return visit;
 }
 
@@ -147,12 +148,13 @@ bool hasName(const std::string& symbol) {
 void checkSlot(const Slot& slot, std::vector<Finding>& findings) {
   if (slot.operation.empty()) return;
   const std::string place = "position " + std::to_string(slot.position) + ", " + slot.operation + ", ";
-  if (slot.symbol.empty())
+  if (slot.symbol.empty()) {
     findings.push_back({Verdict::kNo, "live", place + "holds no code"});
-  else if (slot.symbol == "__cxa_pure_virtual")
+  } else if (slot.symbol == "__cxa_pure_virtual") {
     findings.push_back({Verdict::kNo, "live", place + "is not implemented"});
-  else if (hasName(slot.symbol) && !isNamed(slot.symbol, slot.operation))
+  } else if (hasName(slot.symbol) && !isNamed(slot.symbol, slot.operation)) {
     findings.push_back({Verdict::kWarning, "live", place + "holds " + slot.symbol});
+  }
 }
 
 }  // namespace

@@ -104,7 +104,7 @@ int Statement::number(int column) const {
   return sqlite3_column_int(statement_.get(), column);
 }
 
-void Statement::bind(int position, const std::string& text) {
+void Statement::bind(int position, std::string_view text) {
   if (sqlite3_bind_text64(statement_.get(), position, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8) !=
       SQLITE_OK) {
     fail(file_, sqlite3_db_handle(statement_.get()));

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "context/start_error.h"
 
@@ -64,7 +65,7 @@ class Statement {
     void operator()(sqlite3_stmt* statement) const;
   };
 
-  void bind(int position, const std::string& text);  // which must live until the end of the run
+  void bind(int position, std::string_view text);  // of what lives until the end of the run
   void bind(int position, int number);
 
   std::string file_;

@@ -11,6 +11,7 @@
 
 #include "context/include/cpp2c_host.h"
 #include "include_c"
+#include "tests/context/opened_connection.h"
 #include "tests/context/recording_log.h"
 #include "tests/context/stateful_config.h"
 #include "tests/context/temporary_folder.h"
@@ -40,37 +41,29 @@ std::vector<Object> hundredThousandLeaves() {
   return objects;
 }
 
-// The connection that was opened last, and how often it has committed.
-sqlite3* g_connection = nullptr;
-int g_commits = 0;
-
-int countCommit(void* /*user*/) {
-  g_commits++;
+int countCommit(void* commits) {
+  ++*static_cast<int*>(commits);
   return 0;
-}
-
-int watch(sqlite3* connection, const char** /*message*/, const void* /*routines*/) {
-  g_connection = connection;
-  sqlite3_commit_hook(connection, countCommit, nullptr);
-  return SQLITE_OK;
 }
 
 class StateCostTest : public testing::Test {
  protected:
-  StateCostTest() {
-    sqlite3_auto_extension(reinterpret_cast<void (*)()>(watch));
+  StateCostTest() { start(); }
+
+  void start() {
+    config_.reset();
     config_ = std::make_unique<StatefulConfig>(folder_.file("state.db"), hundredThousandLeaves(), log_);
+    sqlite3_commit_hook(connection_.get(), countCommit, &commits_);
     countFromHere();
   }
-  ~StateCostTest() override { sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(watch)); }
 
   void countFromHere() {
-    g_commits = 0;
-    rows_before_ = sqlite3_total_changes(g_connection);
+    commits_ = 0;
+    rows_before_ = sqlite3_total_changes(connection_.get());
   }
 
-  static int commits() { return g_commits; }
-  int rows() const { return sqlite3_total_changes(g_connection) - rows_before_; }
+  int commits() const { return commits_; }
+  int rows() const { return sqlite3_total_changes(connection_.get()) - rows_before_; }
 
   void setAll(const std::string& value) {
     for (int i = 0; i < kInstances; i++) {
@@ -80,9 +73,11 @@ class StateCostTest : public testing::Test {
 
   TemporaryFolder folder_;
   RecordingLog log_;
+  OpenedConnection connection_;
   std::unique_ptr<StatefulConfig> config_;
 
  private:
+  int commits_ = 0;
   int rows_before_ = 0;
 };
 
@@ -98,8 +93,7 @@ TEST_F(StateCostTest, OneOfAHundredThousandSavedLeavesIsOneRowOfOneTransaction) 
   EXPECT_EQ(rows(), 1);
   EXPECT_EQ(commits(), 1);
 
-  config_.reset();
-  config_ = std::make_unique<StatefulConfig>(folder_.file("state.db"), hundredThousandLeaves(), log_);
+  start();
   EXPECT_EQ(config_->valueOf("Row.500.Leaf50"), "2");
   EXPECT_EQ(config_->valueOf("Row.999.Leaf99"), "1");
 }
@@ -134,9 +128,8 @@ TEST_F(StateCostTest, AddedInstanceIsARowOfItsOwnAndOneForEachValue) {
 TEST_F(StateCostTest, StartWritesNothingOverWhatIsSaved) {
   config_->set("Row.1.Leaf1", "1");
   config_->save();
-  config_.reset();
-  config_ = std::make_unique<StatefulConfig>(folder_.file("state.db"), hundredThousandLeaves(), log_);
-  EXPECT_EQ(sqlite3_total_changes(g_connection), 0);
+  start();
+  EXPECT_EQ(sqlite3_total_changes(connection_.get()), 0);
 }
 
 }  // namespace

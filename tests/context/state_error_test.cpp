@@ -18,6 +18,7 @@
 #include "context/state/database.h"
 #include "include_c"
 #include "tests/context/child_process.h"
+#include "tests/context/opened_connection.h"
 #include "tests/context/recording_log.h"
 #include "tests/context/start_error_text.h"
 #include "tests/context/stateful_config.h"
@@ -250,6 +251,17 @@ TEST_F(StateErrorTest, SaveWithoutRoomIsToldAndDoneByALaterSave) {
             "-1021 -1021\n3 state: " + file_ + ": cannot be read or written\n3 state: " + file_ +
                 ": cannot be read or written\n0");
   EXPECT_EQ(saved(), std::string(100000, 'n'));
+}
+
+TEST_F(StateErrorTest, SaveOnAFullDiskIsToldAndDoneByALaterSave) {
+  const OpenedConnection connection;
+  StatefulConfig config(file_, kConfig, log_);
+  config.set("A.X", std::string(100000, 'n'));
+  sqlite3_exec(connection.get(), "PRAGMA max_page_count = 8", nullptr, nullptr, nullptr);
+  EXPECT_EQ(config.save(), C_RESULT_SYSTEM_CALL);
+  EXPECT_EQ(log_.records, std::vector<std::string>{"3 state: " + file_ + ": the disk is full"});
+  sqlite3_exec(connection.get(), "PRAGMA max_page_count = 1000", nullptr, nullptr, nullptr);
+  EXPECT_EQ(config.save(), C_RESULT_OK);
 }
 
 TEST_F(StateErrorTest, SaveWithoutRoomLeavesTheOldState) {

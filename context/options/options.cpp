@@ -64,8 +64,9 @@ Options readOptions(int argc, const char* const* argv) {
   if (argv == nullptr) return options;
   for (int i = 1; i < argc && std::string(argv[i]) != "--"; i++) {
     const Option& option = findOption(argv[i]);
-    if (option.has_argument && i + 1 == argc)
+    if (option.has_argument && (i + 1 == argc || *argv[i + 1] == '\0')) {
       refuse(std::string("option \"") + argv[i] + "\" needs an argument");
+    }
     option.apply(options, option.has_argument ? argv[++i] : "");
   }
   return options;

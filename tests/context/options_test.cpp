@@ -101,6 +101,12 @@ TEST(OptionsTest, MissingArgumentIsRefused) {
   EXPECT_EQ(mistakeIn({"--clock"}), refusal("option \"--clock\" needs an argument"));
 }
 
+// As from a shell's variable that is not set: nobody means to save nothing by it.
+TEST(OptionsTest, EmptyArgumentIsAMissingOne) {
+  EXPECT_EQ(mistakeIn({"--state", ""}), refusal("option \"--state\" needs an argument"));
+  EXPECT_EQ(mistakeIn({"--config", "", "--debug"}), refusal("option \"--config\" needs an argument"));
+}
+
 TEST(OptionsTest, RealClockMayBeAskedForByName) {
   EXPECT_EQ(read({"--clock", "virtual", "--clock", "real"}).clock, Clock::Kind::kReal);
 }

@@ -36,10 +36,13 @@ std::string lowerCase(std::string text) {
 
 }  // namespace
 
+Nearest::Nearest(const std::string& name)
+    : name_(name), distance_(std::min<std::size_t>(3, (name.size() + 1) / 2)) {}
+
 void Nearest::consider(const std::string& known) {
   if (difference(known.size(), name_.size()) >= distance_) return;
-  // However many letters are in the wrong case, that is one mistake.
-  const std::size_t distance = lowerCase(known) == lowerCase(name_) ? 1 : distanceBetween(known, name_);
+  // However many letters are in the wrong case, no other name is nearer.
+  const std::size_t distance = lowerCase(known) == lowerCase(name_) ? 0 : distanceBetween(known, name_);
   if (distance >= distance_) return;
   distance_ = distance;
   nearest_ = known;

@@ -5,10 +5,10 @@
 #include <string>
 
 // Finds the known name for which another one is probably meant: the nearest, if no more than two characters
-// are wrong, missing, too many or in the wrong case.
+// and less than half of it are wrong, missing or too many, or if letters are in the wrong case.
 class Nearest {
  public:
-  explicit Nearest(const std::string& name) : name_(name) {}
+  explicit Nearest(const std::string& name);
 
   void consider(const std::string& known);
   const std::string& name() const { return nearest_; }  // empty: none is near
@@ -16,7 +16,7 @@ class Nearest {
  private:
   const std::string& name_;
   std::string nearest_;
-  std::size_t distance_ = 3;  // from here on, a name is a different one
+  std::size_t distance_;  // from here on, a name is a different one
 };
 
 #endif

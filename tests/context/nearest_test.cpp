@@ -26,8 +26,16 @@ TEST(NearestTest, ThreeMistakesAreAnotherName) {
   EXPECT_EQ(nearestTo("Limit", {"Limit123"}), "");
 }
 
+TEST(NearestTest, HalfOfANameIsNoMistake) {
+  EXPECT_EQ(nearestTo("on", {"off", "in", "o"}), "");
+  EXPECT_EQ(nearestTo("a", {"b"}), "");
+  EXPECT_EQ(nearestTo("stop", {"step", "slow"}), "step");
+  EXPECT_EQ(nearestTo("stop", {"slow"}), "");
+}
+
 TEST(NearestTest, AnyNumberOfLettersInTheWrongCaseIsNear) {
   EXPECT_EQ(nearestTo("gateway.LIMIT", {"Gateway.Limit"}), "Gateway.Limit");
+  EXPECT_EQ(nearestTo("ON", {"on"}), "on");
 }
 
 TEST(NearestTest, FewerMistakesWin) {

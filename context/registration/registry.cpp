@@ -50,17 +50,12 @@ std::vector<std::shared_ptr<const Callback>> Registry::callbacks() const {
   return {callbacks_.begin(), callbacks_.end()};
 }
 
-Heartbeat::Reading Registry::begin() {
-  depth_++;
-  return heartbeat_.read();
-}
-
 void Registry::finish(std::shared_ptr<Callback> callback, const Heartbeat::Reading& before,
                       std::optional<int> result) {
   const Heartbeat::Reading after = heartbeat_.read();
   const auto duration = after.time - before.time;
   callback->statistics.add(duration, result);
-  if (--depth_ == 0) statistics_.add(duration, result);
+  if (depth_ == 1) statistics_.add(duration, result);
   // The steps of modules are taken before the loop runs and after it: they hold nothing up.
   if (callback->kind != Kind::kModule) {
     heartbeat_.check(before, after, [&] { return textOf(*callback); });

@@ -79,7 +79,18 @@ class Registry {
 
   using Callbacks = std::list<std::shared_ptr<Callback>>;
 
-  Heartbeat::Reading begin();
+  // A call in progress. It may end by an exception, and is then not measured.
+  class Depth {
+   public:
+    explicit Depth(int& depth) : depth_(depth) { depth_++; }
+    ~Depth() { depth_--; }
+    Depth(const Depth&) = delete;
+    Depth& operator=(const Depth&) = delete;
+
+   private:
+    int& depth_;
+  };
+
   void finish(std::shared_ptr<Callback> callback, const Heartbeat::Reading& before,
               std::optional<int> result);
 
@@ -114,7 +125,8 @@ class Registration {
     if (registry_ == nullptr) return function();
     Registry& registry = *registry_;
     std::shared_ptr<Callback> callback = *entry_;
-    const Heartbeat::Reading before = registry.begin();
+    const Registry::Depth depth(registry.depth_);
+    const Heartbeat::Reading before = registry.heartbeat_.read();
     auto result = function();
     registry.finish(std::move(callback), before, numberIn(result));
     return result;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "context/registration/registry.h"
 
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -105,6 +106,13 @@ TEST_F(RegistryTest, CallInsideACallCountsOnceForTheWhole) {
   EXPECT_EQ(registry_.statistics().count, 1U);
   EXPECT_EQ(registry_.statistics().total, milliseconds(30));
   EXPECT_EQ(registry_.callbacks()[1]->statistics.total, milliseconds(20));
+}
+
+TEST_F(RegistryTest, CallThatThrowsIsOver) {
+  const Registration registration = registry_.add(Kind::kEvent, "e", kNobody);
+  EXPECT_THROW(registration.call([]() -> int { throw std::runtime_error("no answer"); }), std::runtime_error);
+  registration.call([] { return pass(10); });
+  EXPECT_EQ(registry_.statistics().count, 1U);
 }
 
 TEST_F(RegistryTest, CallMayEndItsOwnRegistration) {

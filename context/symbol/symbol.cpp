@@ -90,9 +90,14 @@ Symbol findSymbol(const void* address) {
 
 const Symbol& symbolAt(const void* address) {
   static std::map<const void*, Symbol> known;
-  auto symbol = known.find(address);
-  if (symbol == known.end()) symbol = known.emplace(address, findSymbol(address)).first;
-  return symbol->second;
+  const std::string library = libraryAt(address);
+  const auto symbol = known.find(address);
+  if (symbol != known.end() && (library.empty() || library == symbol->second.library)) return symbol->second;
+  return known.insert_or_assign(address, findSymbol(address)).first->second;
+}
+
+std::string libraryAt(const void* address) {
+  return loaderSymbol(address).library;
 }
 
 std::string textOf(const Symbol& symbol) {

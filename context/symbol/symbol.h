@@ -11,9 +11,12 @@ struct Symbol {
   std::string library;   // path of the library or program
 };
 
-// Names also static functions. The first answer for an address is slow, and kept: the same address gets the
-// same answer ever after.
+// Names also static functions. The first answer for an address is slow, and kept until another library has
+// taken the place of this one.
 const Symbol& symbolAt(const void* address);
+
+// Path of the library or program that the address is in now, or empty. Quick.
+std::string libraryAt(const void* address);
 
 // "function (location)", or what there is of it.
 std::string textOf(const Symbol& symbol);

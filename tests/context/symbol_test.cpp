@@ -3,10 +3,14 @@
 
 #include <dlfcn.h>
 
+#include <filesystem>
 #include <string>
 #include <typeinfo>
 
 #include <gtest/gtest.h>
+
+#include "tests/context/temporary_folder.h"
+#include "tests/support/opened_library.h"
 
 namespace {
 
@@ -38,6 +42,27 @@ TEST(SymbolTest, FunctionWithoutDebugInformationHasItsLibrary) {
   EXPECT_EQ(symbol.location, "libnull_module.so");
   EXPECT_EQ(symbol.library, MODULE_FOLDER "/libnull_module.so");
   dlclose(library);
+}
+
+// The loader likes to give the place of a closed library to the next one.
+TEST(SymbolTest, LibraryInThePlaceOfAClosedOneIsKnown) {
+  const TemporaryFolder folder;
+  const std::string copy = folder.file("libcopy.so");
+  std::filesystem::copy_file(MODULE_FOLDER "/libnull_module.so", copy);
+  OpenedLibrary first(MODULE_FOLDER "/libnull_module.so");
+  EXPECT_EQ(symbolAt(first.find<void>("getInstance")).location, "libnull_module.so");
+  first.close();
+  const OpenedLibrary second(copy);
+  EXPECT_EQ(symbolAt(second.find<void>("getInstance")).library, copy);
+  EXPECT_EQ(symbolAt(second.find<void>("getInstance")).location, "libcopy.so");
+}
+
+TEST(SymbolTest, ClosedLibraryIsStillKnown) {
+  OpenedLibrary library(MODULE_FOLDER "/libnull_module.so");
+  const void* function = library.find<void>("getInstance");
+  symbolAt(function);
+  library.close();
+  EXPECT_EQ(symbolAt(function).name, "getInstance");
 }
 
 TEST(SymbolTest, UnknownAddressIsItsOwnName) {

@@ -44,7 +44,10 @@ auto enter(const std::unique_ptr<HostServices>& services, const OperationCall& c
 
 HostContext::HostContext() = default;
 
-HostContext::~HostContext() = default;
+// Modules are closed now and may still call: they find no services, of which some are gone.
+HostContext::~HostContext() {
+  services_.reset();
+}
 
 int HostContext::init(std::uintptr_t argc, std::uintptr_t argv) {
   try {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/context/c_interface_fixture.h"
+#include "tests/support/printed_text.h"
 
 namespace {
 
@@ -170,6 +171,14 @@ TEST_F(CModulesTest, EndWithoutRunningTakesNoStepBack) {
   news();
   c_context_deinit();
   EXPECT_EQ(news(), Records{});
+}
+
+TEST_F(CModulesTest, ModuleThatIsReleasedAtTheEndFindsNoServicesAnyMore) {
+  initWithModules({"careless_module"});
+  c_context_load();
+  PrintedText printed;
+  c_context_deinit();
+  EXPECT_EQ(printed.standardOutput(), "released: -1022\n");
 }
 
 TEST_F(CModulesTest, SecondMasterObserverIsIgnored) {

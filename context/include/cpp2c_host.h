@@ -15,7 +15,7 @@
  * - c_loop_run(): returns 0 after SIGINT, SIGTERM or a stop by the control socket or a script, once every
  *   participant has been unconfigured, stopped and unloaded.
  * - c_system_call2() and c_popen_call(): the exit status of `/bin/sh -c` with the command, 128 + N if signal
- * N ended it, C_RESULT_SYSTEM_CALL if it could not be run. c_popen_call() also writes each line of its
+ *   N ended it, C_RESULT_SYSTEM_CALL if it could not be run. c_popen_call() also writes each line of its
  *   standard output to the log, as module "command".
  * - c_heartbeat_lock() and c_heartbeat_unlock(): 0, nested as often as you like; an unlock without a lock is
  *   refused with C_RESULT_PARAM. The time in between does not count as time in which a callback holds the

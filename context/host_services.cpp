@@ -44,6 +44,7 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
   if (options.strictness != Strictness::kOff) {
     strict = std::make_unique<Strict>(log, options.strictness == Strictness::kFatal, guard, event_base,
                                       config, heartbeat, registry);
+    lifecycle.callWhenUnloaded([this] { strict->checkUnloaded(); });
   }
   if (!options.script.empty()) {
     script_player = std::make_unique<ScriptPlayer>(

@@ -73,6 +73,7 @@ void Lifecycle::unload() {
   }
   loaded_ = false;
   state_ = State::kIdle;
+  when_unloaded_();
 }
 
 void Lifecycle::notifyDepends(const std::string& name) {

@@ -2,8 +2,10 @@
 #ifndef CPP2C_CONTEXT_LIFECYCLE_LIFECYCLE_H
 #define CPP2C_CONTEXT_LIFECYCLE_LIFECYCLE_H
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "context/lifecycle/host_product.h"
@@ -26,8 +28,9 @@ class Lifecycle {
   // what has been done and is the result.
   int load();
 
-  // Unconfigure, stop, unload: takes back what has been done.
+  // Unconfigure, stop, unload: takes back what has been done. `call` is made once it has been.
   void unload();
+  void callWhenUnloaded(std::function<void()> call) { when_unloaded_ = std::move(call); }
 
   // Tells every participant that is loaded.
   void notifyDepends(const std::string& name);
@@ -48,6 +51,7 @@ class Lifecycle {
   Registry& registry_;
   HostProduct product_;
   std::optional<Participant> master_observer_;
+  std::function<void()> when_unloaded_ = [] {};
   bool loaded_ = false;
   State state_ = State::kIdle;
 };

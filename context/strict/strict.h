@@ -15,6 +15,9 @@ class Strict {
   Strict(ILog& log, bool fatal, Guard& guard, EventBase& base, ConfigService& config,
          const Heartbeat& heartbeat, Registry& registry);
 
+  // Reports what modules have not undone. To be called when all have been unloaded.
+  void checkUnloaded() const { registrations_.checkUnloaded(); }
+
   // Lists what the program has not undone. That is no misuse: the end undoes it.
   void listRemaining() const;
 

@@ -12,7 +12,8 @@
 
 namespace {
 
-// How long a text can be that has come through the library's buffers. One as long was probably longer.
+// How long a text can be that has come through the library's buffers. One as long was probably longer; a
+// longer one has come from C++, through none of them.
 constexpr std::size_t kRecordRoom = 78;
 constexpr std::size_t kDiagnosticRoom = 1022;
 constexpr std::size_t kCommandRoom = 1022;
@@ -60,6 +61,7 @@ std::optional<int> StrictCalls::before(const OperationCall& call) {
     case Operation::kRecord:
       checkRoom("the text of a log record", call.text, kRecordRoom);
       break;
+    case Operation::kSystemCall:
     case Operation::kSystemCall2:
     case Operation::kPopenCall:
       checkRoom("a command", call.text, kCommandRoom);
@@ -93,7 +95,7 @@ void StrictCalls::checkDiagnostic(const OperationCall& call) {
 }
 
 void StrictCalls::checkRoom(const char* what, std::string_view text, std::size_t room) const {
-  if (text.size() < room) return;
+  if (text.size() != room) return;
   misuse_.reportCall(std::string(what) + " fills its buffer of " + std::to_string(room) +
                      " bytes and was probably cut");
 }

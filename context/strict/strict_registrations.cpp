@@ -3,14 +3,17 @@
 
 #include <errno.h>
 
+#include <set>
 #include <string>
 
 #include "context/symbol/symbol.h"
 
 namespace {
 
-bool endsWith(const std::string& text, const std::string& end) {
-  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+// Whether it adds to the registrations of its kind and key. The others take the place of an earlier one,
+// which is still there while it makes a last call.
+bool addsUp(const Callback& callback) {
+  return callback.kind == Kind::kEvent || callback.kind == Kind::kChange;
 }
 
 bool isSame(const Callback& a, const Callback& b) {
@@ -26,14 +29,11 @@ bool isToBeUndone(const Callback& callback) {
 StrictRegistrations::StrictRegistrations(const Misuse& misuse, Registry& registry)
     : misuse_(misuse), registry_(registry) {
   registry.onAdded([this](const Callback& added) { checkTwice(added); });
-  registry.onCalled([this](const Call& call) {
-    checkLocks(call);
-    checkUnloaded(call);
-  });
+  registry.onCalled([this](const Call& call) { checkLocks(call); });
 }
 
 void StrictRegistrations::checkTwice(const Callback& added) const {
-  if (added.callee.function == nullptr) return;
+  if (!addsUp(added) || added.callee.function == nullptr) return;
   for (const auto& callback : registry_.callbacks()) {
     if (callback.get() == &added || !isSame(*callback, added)) continue;
     misuse_.reportCall(textOf(added) + " is registered twice");
@@ -48,15 +48,15 @@ void StrictRegistrations::checkLocks(const Call& call) const {
                  (locks > 0 ? " more" : " fewer") + " locks than it found");
 }
 
-void StrictRegistrations::checkUnloaded(const Call& call) const {
-  const Callback& step = *call.callback;
-  if (step.kind != Kind::kModule || !endsWith(step.key, " onUnload") || step.callee.function == nullptr)
-    return;
-  const std::string& library = symbolAt(step.callee.function).library;
-  if (library == program_invocation_name) return;  // the program itself is never unloaded
+void StrictRegistrations::checkUnloaded() const {
+  std::set<std::string> libraries;
   for (const auto& callback : registry_.callbacks()) {
-    if (!isToBeUndone(*callback) || callback->callee.function == nullptr) continue;
-    if (symbolAt(callback->callee.function).library != library) continue;
+    if (callback->kind == Kind::kModule) libraries.insert(libraryAt(callback->callee.function));
+  }
+  libraries.erase("");                       // of nobody, or of an observer in C++
+  libraries.erase(program_invocation_name);  // the program itself is never unloaded
+  for (const auto& callback : registry_.callbacks()) {
+    if (!isToBeUndone(*callback) || libraries.count(libraryAt(callback->callee.function)) == 0) continue;
     misuse_.report(textOf(*callback) + " is still registered, and its module is unloaded");
   }
 }

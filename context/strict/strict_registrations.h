@@ -11,10 +11,12 @@ class StrictRegistrations {
  public:
   StrictRegistrations(const Misuse& misuse, Registry& registry);
 
+  // To be called when all modules have been unloaded.
+  void checkUnloaded() const;
+
  private:
   void checkTwice(const Callback& added) const;
   void checkLocks(const Call& call) const;
-  void checkUnloaded(const Call& call) const;
 
   const Misuse& misuse_;
   const Registry& registry_;

@@ -11,7 +11,10 @@
 
 #include <gtest/gtest.h>
 
+#include "binding/context.h"
+#include "binding/dll_mgr.h"
 #include "tests/context/c_interface_fixture.h"
+#include "tests/support/printed_text.h"
 
 namespace {
 
@@ -37,6 +40,18 @@ int lockOnce(void* /*user*/, const char* /*event*/, const char* /*data*/, const 
 int stopLoop() {
   return raise(SIGTERM);
 }
+
+int armAgain() {
+  c_context_set_timer(0, 0, armAgain);
+  return raise(SIGTERM);
+}
+
+void watchAgain(void* /*user*/, short /*events*/, int fd) {
+  c_loop_add_fd(fd, C_LOOP_READ | C_LOOP_ONCE, watchAgain, nullptr);
+  raise(SIGTERM);
+}
+
+void provide(int /*id*/, const char* /*instance*/, const char* /*leaf*/, void* /*user*/, void* /*handle*/) {}
 
 class CStrictTest : public CInterfaceFixture {
  protected:
@@ -132,6 +147,40 @@ TEST_F(CStrictTest, CommandThatFillsItsBufferIsReported) {
   EXPECT_EQ(onlyReport(), "a command fills its buffer of 1022 bytes and was probably cut");
 }
 
+TEST_F(CStrictTest, CommandWithoutAnAnswerThatFillsItsBufferIsReported) {
+  PrintedText printed;
+  c_system_call("true %s", std::string(2000, 'x').c_str());
+  EXPECT_EQ(onlyReport(), "a command fills its buffer of 1022 bytes and was probably cut");
+}
+
+TEST_F(CStrictTest, RecordThatHasPassedNoBufferIsNotReported) {
+  getContext()->getLog()->record("m", C_LOG_INFO, std::string(79, 'x').c_str());
+  EXPECT_EQ(strictRecords("warning strict: "), Records{});
+}
+
+TEST_F(CStrictTest, TimerThatArmsItselfAnewIsNotReported) {
+  c_context_set_timer(0, 0, armAgain);
+  c_loop_run();
+  EXPECT_EQ(strictRecords("warning strict: "), Records{});
+}
+
+TEST_F(CStrictTest, WatchForOneCallThatIsRenewedInItIsNotReported) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  close(ends[1]);
+  c_loop_add_fd(ends[0], C_LOOP_READ | C_LOOP_ONCE, watchAgain, nullptr);
+  c_loop_run();
+  EXPECT_EQ(strictRecords("warning strict: "), Records{});
+  c_loop_del_fd(ends[0]);
+  close(ends[0]);
+}
+
+TEST_F(CStrictTest, ProviderThatTakesItsOwnPlaceIsNotReported) {
+  c_cfm_data_provider_regist(4, provide, nullptr);
+  c_cfm_data_provider_regist(4, provide, nullptr);
+  EXPECT_EQ(strictRecords("warning strict: "), Records{});
+}
+
 TEST_F(CStrictTest, SecondRegistrationOfAFunctionForAnEventIsReported) {
   c_event_regist_observer("link-up", onEvent, nullptr);
   c_event_regist_observer("link-down", onEvent, nullptr);
@@ -212,6 +261,16 @@ TEST_F(CStrictModuleTest, RegistrationThatOutlivesItsModuleIsReported) {
   EXPECT_NE(log.find(" of event link-up is still registered, and its module is unloaded"), std::string::npos)
       << log;
   EXPECT_EQ(log.find("warning strict: remembered_observer"), std::string::npos) << log;
+}
+
+TEST_F(CStrictModuleTest, RegistrationOfAModuleThatUndoesNothingIsReported) {
+  ASSERT_EQ(initWith("{}", {"--strict", "--module", MODULE_FOLDER "/libcareless_module.so"}), C_RESULT_OK);
+  ASSERT_EQ(c_context_load(), C_RESULT_OK);
+  c_context_set_timer(0, 0, stopLoop);
+  c_loop_run();
+  const std::string log = folder_.read("log");
+  EXPECT_NE(log.find(" of event link-up is still registered, and its module is unloaded"), std::string::npos)
+      << log;
 }
 
 using CStrictDeathTest = CInterfaceFixture;

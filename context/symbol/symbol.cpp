@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <map>
 #include <memory>
 
@@ -28,11 +29,9 @@ std::string hexadecimal(const void* address) {
   return text;
 }
 
-std::string demangled(const char* name) {
-  int status = 0;
-  const std::unique_ptr<char, decltype(&std::free)> text(abi::__cxa_demangle(name, nullptr, nullptr, &status),
-                                                         std::free);
-  return text != nullptr ? text.get() : name;
+std::string functionName(const char* symbol) {
+  // Anything else would be read as a type: "i" is int, but also a C function's name.
+  return std::strncmp(symbol, "_Z", 2) == 0 ? typeName(symbol) : symbol;
 }
 
 // What the loader knows: the library, and the function if its name is exported.
@@ -41,7 +40,7 @@ Symbol loaderSymbol(const void* address) {
   Dl_info info{};
   if (dladdr(address, &info) == 0) return symbol;
   if (info.dli_fname != nullptr) symbol.library = info.dli_fname;
-  if (info.dli_sname != nullptr) symbol.name = demangled(info.dli_sname);
+  if (info.dli_sname != nullptr) symbol.name = functionName(info.dli_sname);
   return symbol;
 }
 
@@ -74,7 +73,7 @@ void addDebugSymbol(const void* address, Symbol& symbol) {
   const auto place = static_cast<Dwarf_Addr>(reinterpret_cast<std::uintptr_t>(address));
   Dwfl_Module* module = dwfl_addrmodule(dwfl.get(), place);
   if (module == nullptr) return;
-  if (const char* name = dwfl_module_addrname(module, place)) symbol.name = demangled(name);
+  if (const char* name = dwfl_module_addrname(module, place)) symbol.name = functionName(name);
   symbol.location = lineAt(module, place);
 }
 
@@ -105,5 +104,8 @@ std::string textOf(const Symbol& symbol) {
 }
 
 std::string typeName(const char* mangled) {
-  return demangled(mangled);
+  int status = 0;
+  const std::unique_ptr<char, decltype(&std::free)> text(
+      abi::__cxa_demangle(mangled, nullptr, nullptr, &status), std::free);
+  return text != nullptr ? text.get() : mangled;
 }

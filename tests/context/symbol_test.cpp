@@ -12,6 +12,11 @@
 #include "tests/context/temporary_folder.h"
 #include "tests/support/opened_library.h"
 
+extern "C" void rd();
+
+// As the name of a type, this would be "double restrict".
+__attribute__((noinline)) void rd() {}
+
 namespace {
 
 class Observer {};
@@ -32,6 +37,10 @@ TEST(SymbolTest, StaticFunctionHasNameFileAndLine) {
   const int line = std::stoi(symbol.location.substr(file.size()));
   EXPECT_TRUE(line == kLineOfStaticFunction || line == kLineOfStaticFunction + 1) << line;
   EXPECT_NE(symbol.library.find("host_context_test"), std::string::npos);
+}
+
+TEST(SymbolTest, FunctionInCKeepsItsName) {
+  EXPECT_EQ(symbolAt(reinterpret_cast<const void*>(rd)).name, "rd");
 }
 
 TEST(SymbolTest, FunctionWithoutDebugInformationHasItsLibrary) {

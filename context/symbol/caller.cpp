@@ -27,11 +27,14 @@ const void* callerOfTheContext() {
   const void* const library = libraryWith(&c_loop_run);
   void* frames[kMostFrames];
   const int count = backtrace(frames, kMostFrames);
+  bool inside = false;  // a sanitizer's own frames come before ours
   for (int i = 0; i < count; i++) {
     // A frame has the address behind its call, which may be in the next line or function.
     const void* call = static_cast<const char*>(frames[i]) - 1;
     const void* place = libraryOf(call);
-    if (place != context && place != library) return call;
+    const bool ours = place == context || place == library;
+    if (inside && !ours) return call;
+    inside = ours;
   }
   return nullptr;
 }

@@ -14,8 +14,7 @@
  *   disarms the timer; a period of 0 expires once. A negative period is refused with C_RESULT_PARAM.
  * - c_loop_run(): returns 0 after SIGINT, SIGTERM or a stop by the control socket or a script, once every
  *   participant has been unconfigured, stopped and unloaded. Before and after, the signals do what they did.
- *   A process that the service forks shares the loop: either signal to it stops the service, unless it runs
- *   another program.
+ *   A process that the service forks is ended by either, and may do no more with the context.
  * - c_system_call2() and c_popen_call(): the exit status of `/bin/sh -c` with the command, 128 + N if signal
  *   N ended it, C_RESULT_SYSTEM_CALL if it could not be run. c_popen_call() also writes each line of its
  *   standard output to the log, as module "command".

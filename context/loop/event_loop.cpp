@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "context/loop/event_loop.h"
 
+#include <pthread.h>
+
 #include <csignal>
 #include <string>
 #include <utility>
@@ -24,6 +26,15 @@ bool isMask(int events) {
   constexpr int kAll = kReadiness | C_LOOP_PERSIST | C_LOOP_EDGE | C_LOOP_ONCE;
   constexpr int kBoth = C_LOOP_PERSIST | C_LOOP_ONCE;
   return (events & ~kAll) == 0 && (events & kReadiness) != 0 && (events & kBoth) != kBoth;
+}
+
+int g_running_loops = 0;
+
+// A forked process shares the loop's descriptors: caught there, a signal would stop the loop of its parent.
+void leaveSignalsToTheSystem() {
+  if (g_running_loops == 0) return;
+  std::signal(SIGINT, SIG_DFL);
+  std::signal(SIGTERM, SIG_DFL);
 }
 
 }  // namespace
@@ -76,11 +87,15 @@ EventPtr EventLoop::stopOn(int signal) {
 int EventLoop::run() {
   if (running_) return C_RESULT_REDUNDANT;
   running_ = true;
+  static const bool prepared = pthread_atfork(nullptr, nullptr, leaveSignalsToTheSystem) == 0;
+  g_running_loops++;
   // Both stay caught until everything has been stopped: a second signal must not break that off.
   const EventPtr interrupt = stopOn(SIGINT);
   const EventPtr terminate = stopOn(SIGTERM);
-  const bool ran = interrupt != nullptr && terminate != nullptr && event_base_dispatch(base_.get()) >= 0;
+  const bool ran =
+      prepared && interrupt != nullptr && terminate != nullptr && event_base_dispatch(base_.get()) >= 0;
   when_stopped_();
+  g_running_loops--;
   running_ = false;
   return ran ? C_RESULT_OK : C_RESULT_SYSTEM_CALL;
 }

@@ -2,6 +2,7 @@
 #include "context/loop/event_loop.h"
 
 #include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -253,6 +254,25 @@ TEST_F(EventLoopTest, LoopMayRunAgain) {
   pipe_.put();
   loop_.addFd(pipe_.reading(), C_LOOP_READ | C_LOOP_ONCE, &count_);
   runUntilIdle();
+  EXPECT_EQ(calls_, 1);
+}
+
+TEST_F(EventLoopTest, SignalToAForkedProcessEndsThatAlone) {
+  int status = 0;
+  callInside([&] {
+    const pid_t child = fork();
+    if (child == 0) {
+      raise(SIGTERM);
+      _exit(0);
+    }
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    callInside([&] {
+      calls_++;
+      loop_.stop();
+    });
+  });
+  loop_.run();
+  EXPECT_TRUE(WIFSIGNALED(status));
   EXPECT_EQ(calls_, 1);
 }
 

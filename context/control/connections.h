@@ -18,6 +18,7 @@ class Connections {
  public:
   struct Limits {
     std::size_t count = 32;
+    std::size_t streams = 24;  // of them, so that requests always get through
     std::chrono::milliseconds request_time{10000};
     std::chrono::milliseconds look_every{1000};
     std::chrono::milliseconds ping_every{15000};  // on each stream

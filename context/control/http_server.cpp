@@ -102,15 +102,16 @@ void HttpExchange::reply(int status, const std::string& json) {
 }
 
 std::weak_ptr<Stream> HttpExchange::stream() {
+  auto stream = streams_.open(request_);
   connections_.streamIn(connectionOf(request_));
-  return streams_.open(request_);
+  return stream;
 }
 
 HttpServer::HttpServer(EventBase& base, const std::string& path, Handler handler,
                        const Connections::Limits& limits)
     : handler_(std::move(handler)),
       socket_(path),
-      streams_(base, limits.ping_every),
+      streams_(base, limits.streams, limits.ping_every),
       server_(makeServer(base.get())),
       listener_(listen(base.get(), server_.get(), socket_.fd())),
       connections_(base, listener_, limits) {

@@ -31,7 +31,7 @@ class HttpExchange {
 
   HttpRequest request() const;  // throws a Refusal if the query is none
   void reply(int status, const std::string& json);
-  std::weak_ptr<Stream> stream();
+  std::weak_ptr<Stream> stream();  // throws a Refusal if there are too many
 
  private:
   evhttp_request* const request_;

@@ -10,6 +10,8 @@
 #include <memory>
 
 #include "context/control/period.h"
+#include "context/control/refusal.h"
+#include "include_c"
 
 namespace {
 
@@ -56,10 +58,11 @@ void Stream::write(const std::string& text) {
   evhttp_send_reply_chunk(request_, chunk.get());
 }
 
-Streams::Streams(EventBase& base, std::chrono::milliseconds ping_every)
-    : timer_(callEvery(base, ping_every, onTime, this)) {}
+Streams::Streams(EventBase& base, std::size_t most, std::chrono::milliseconds ping_every)
+    : most_(most), timer_(callEvery(base, ping_every, onTime, this)) {}
 
 std::weak_ptr<Stream> Streams::open(evhttp_request* request) {
+  if (streams_.size() >= most_) throw Refusal(C_RESULT_NO_MEMORY, "there are too many followers");
   evhttp_connection* connection = evhttp_request_get_connection(request);
   evhttp_connection_set_closecb(connection, onClosed, this);
   auto stream = std::make_shared<Stream>(request);

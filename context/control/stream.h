@@ -5,6 +5,7 @@
 #include <event2/http.h>
 
 #include <chrono>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
@@ -32,15 +33,16 @@ class Stream {
 // All open streams. They end with their clients, at the latest with the server.
 class Streams {
  public:
-  Streams(EventBase& base, std::chrono::milliseconds ping_every);
+  Streams(EventBase& base, std::size_t most, std::chrono::milliseconds ping_every);
 
-  // Begins one. It may end any time.
+  // Begins one. It may end any time. Throws a Refusal if there are as many as there may be.
   std::weak_ptr<Stream> open(evhttp_request* request);
 
  private:
   static void onClosed(evhttp_connection* connection, void* self);
   static void onTime(evutil_socket_t, short, void* self);
 
+  const std::size_t most_;
   std::map<evhttp_connection*, std::shared_ptr<Stream>> streams_;
   EventPtr timer_;
 };

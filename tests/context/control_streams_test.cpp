@@ -98,6 +98,16 @@ TEST_F(ControlStreamsTest, OneLargePieceOfNewsReachesAFollowerThatReads) {
   EXPECT_FALSE(client->isCutOff());
 }
 
+TEST_F(ControlStreamsTest, FollowersLeaveRoomForRequests) {
+  std::vector<Client> followers;
+  for (int i = 0; i < 24; i++) followers.push_back(follow("/events"));
+  EXPECT_EQ(get("/log"), errorText(503, C_RESULT_NO_MEMORY, "there are too many followers"));
+  expectOthersAreAnswered();
+  followers.pop_back();
+  expectOthersAreAnswered();
+  follow("/log");
+}
+
 TEST_F(ControlStreamsTest, FollowerThatSendsMoreIsNotDisturbed) {
   const Client client = follow("/events");
   client->request("GET", "/tree");

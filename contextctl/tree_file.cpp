@@ -24,6 +24,8 @@ Json parse(const std::string& text, const std::string& source) {
     return Json::parse(text);
   } catch (const Json::parse_error& error) {
     fail(source, "no JSON: error at byte " + std::to_string(error.byte));
+  } catch (const Json::out_of_range&) {
+    fail(source, "no JSON: a number is out of range");
   }
 }
 

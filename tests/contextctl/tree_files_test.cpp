@@ -131,6 +131,11 @@ TEST_F(TreeFilesTest, AFileThatIsNoJsonIsAFailure) {
   expectFailure({"import", file("{")}, 3, folder.file("leaves.json") + ": no JSON: error at byte 2");
 }
 
+TEST_F(TreeFilesTest, ANumberOutOfRangeIsAFailure) {
+  expectFailure({"import", file(R"({"Mtu":1e999})")}, 3,
+                folder.file("leaves.json") + ": no JSON: a number is out of range");
+}
+
 TEST_F(TreeFilesTest, AFileOfAnotherFormIsAFailure) {
   expectFailure({"import", file(R"({"Host":"switch"})")}, 3,
                 folder.file("leaves.json") + R"(: Host is not of the form {"type": "...", "value": "..."})");

@@ -74,13 +74,13 @@ TEST_F(CScriptTest, AttributeTimerAndCommandsAnswerTheCodesOfTheScript) {
       {"call": "addFd", "nth": 1, "answer": -1021},
       {"call": "save", "nth": 1, "answer": -1020},
       {"call": "load", "nth": 1, "answer": -1017})");
-  char command[] = "true";
+  char format[] = "%s";
   std::int32_t word = 0;
   EXPECT_EQ(c_cfm_get_attr(1, &word), C_RESULT_NOT_FOUND);
   EXPECT_EQ(c_cfm_set_attr(1, 6), C_RESULT_NO_MEMORY);
   EXPECT_EQ(c_context_set_timer(1, 1, ignoreTimer), C_RESULT_SYSTEM_CALL);
-  EXPECT_EQ(c_system_call2(command), 127);
-  EXPECT_EQ(c_popen_call(command), -5);
+  EXPECT_EQ(c_system_call2(format, "true"), 127);
+  EXPECT_EQ(c_popen_call(format, "true"), -5);
   EXPECT_EQ(c_loop_add_fd(0, C_LOOP_READ, nullptr, nullptr), C_RESULT_SYSTEM_CALL);
   EXPECT_EQ(c_cfm_save_config(), C_RESULT_TIMEOUT);
   EXPECT_EQ(c_context_load(), C_RESULT_REDUNDANT);

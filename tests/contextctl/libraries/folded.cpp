@@ -2,20 +2,28 @@
 // A module whose operations are all one function, as compilers make it of functions with the same code.
 #include "tests/contextctl/libraries/entry_points.h"
 
-#define FOLDED __attribute__((alias("_ZN6Folded6onLoadEv")))
-
 class EXPORTED Folded {
  public:
   virtual ~Folded();
   virtual int onLoad();
-  virtual int onStart() FOLDED;
-  virtual int onConfig() FOLDED;
-  virtual int onRun() FOLDED;
-  virtual int onUnconfig() FOLDED;
-  virtual int onStop() FOLDED;
-  virtual int onUnload() FOLDED;
-  virtual int recvDependence() FOLDED;
+  virtual int onStart();
+  virtual int onConfig();
+  virtual int onRun();
+  virtual int onUnconfig();
+  virtual int onStop();
+  virtual int onUnload();
+  virtual int recvDependence();
 };
+
+// In assembler, which all compilers take: not all make aliases of member functions.
+#define FOLD(name) asm(".globl " name "\n.set " name ", _ZN6Folded6onLoadEv")
+FOLD("_ZN6Folded7onStartEv");
+FOLD("_ZN6Folded8onConfigEv");
+FOLD("_ZN6Folded5onRunEv");
+FOLD("_ZN6Folded10onUnconfigEv");
+FOLD("_ZN6Folded6onStopEv");
+FOLD("_ZN6Folded8onUnloadEv");
+FOLD("_ZN6Folded14recvDependenceEv");
 
 Folded::~Folded() = default;
 

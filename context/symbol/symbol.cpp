@@ -58,12 +58,18 @@ std::unique_ptr<Dwfl, EndDwfl> openProcess() {
   return dwfl;
 }
 
+// Compilation units are asked one by one: not all compilers leave an index of them.
 std::string lineAt(Dwfl_Module* module, Dwarf_Addr address) {
-  Dwfl_Line* line = dwfl_module_getsrc(module, address);
-  int number = 0;
-  const char* file =
-      line != nullptr ? dwfl_lineinfo(line, nullptr, &number, nullptr, nullptr, nullptr) : nullptr;
-  return file != nullptr ? baseName(file) + ':' + std::to_string(number) : std::string();
+  Dwarf_Addr bias = 0;
+  for (Dwarf_Die* unit = nullptr; (unit = dwfl_module_nextcu(module, unit, &bias)) != nullptr;) {
+    if (dwarf_haspc(unit, address - bias) != 1) continue;
+    Dwarf_Line* line = dwarf_getsrc_die(unit, address - bias);
+    const char* file = dwarf_linesrc(line, nullptr, nullptr);
+    int number = 0;
+    if (file != nullptr && dwarf_lineno(line, &number) == 0)
+      return baseName(file) + ':' + std::to_string(number);
+  }
+  return {};
 }
 
 // What the symbol table and the debug information know beyond that.

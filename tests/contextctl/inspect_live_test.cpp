@@ -45,7 +45,7 @@ TEST_F(InspectLiveTest, EveryPositionIsListed) {
 TEST_F(InspectLiveTest, HiddenFunctionsHaveNamesToo) {
   const Report report = live(inspected("module"), Kind::kModule);
   ASSERT_EQ(report.slots.size(), 10u);
-  EXPECT_EQ(report.slots[0].symbol, "(anonymous namespace)::Module::~Module()");
+  EXPECT_EQ(report.slots[2].symbol, "(anonymous namespace)::Module::onLoad()");
 }
 
 TEST_F(InspectLiveTest, OperationsInAnotherOrderAreAWarning) {

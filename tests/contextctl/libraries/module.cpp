@@ -5,7 +5,10 @@
 
 namespace {
 
-class Module : public IModule {};
+class Module : public IModule {
+ public:
+  int onLoad() override { return 1; }
+};
 
 }  // namespace
 

@@ -5,14 +5,11 @@
 #include <utility>
 
 #include "context/config/name.h"
+#include "context/in_quotes.h"
 #include "context/json/document.h"
 #include "context/json/read_file.h"
 
 namespace {
-
-std::string inQuotes(const std::string& text) {
-  return '"' + text + '"';
-}
 
 std::string readValue(const Item& item, const ValueType& type) {
   std::string text = item.valueText();

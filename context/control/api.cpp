@@ -2,13 +2,13 @@
 #include "context/control/api.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <initializer_list>
-#include <limits>
 #include <nlohmann/json.hpp>
 #include <utility>
 
 #include "context/control/refusal.h"
+#include "context/in_quotes.h"
+#include "context/json/int32.h"
 #include "include_c"
 
 using nlohmann::json;
@@ -37,10 +37,6 @@ json parseBody(const std::string& text) {
   } catch (const json::out_of_range&) {
     throw Refusal(C_RESULT_PARAM, "the request's JSON holds a number out of range");
   }
-}
-
-std::string inQuotes(const std::string& text) {
-  return '"' + text + '"';
 }
 
 int statusOf(int result) {
@@ -112,13 +108,9 @@ std::string ApiRequest::text(const char* name) const {
 }
 
 int ApiRequest::number(const char* name) const {
-  using Limits = std::numeric_limits<std::int32_t>;
-  const json& value = member(name);
-  const bool fits = value.is_number_unsigned()
-                        ? value.get<std::uint64_t>() <= std::uint64_t{Limits::max()}
-                        : value.is_number_integer() && value.get<std::int64_t>() >= Limits::min();
-  if (!fits) throw Refusal(C_RESULT_PARAM, inQuotes(name) + " must be a 32-bit integer");
-  return value.get<std::int32_t>();
+  const auto number = int32In(member(name));
+  if (!number) throw Refusal(C_RESULT_PARAM, inQuotes(name) + " must be a 32-bit integer");
+  return *number;
 }
 
 bool ApiRequest::flagOf(const char* name) const {

@@ -6,6 +6,7 @@
 
 #include "context/control/control.h"
 #include "context/control/refusal.h"
+#include "context/in_quotes.h"
 #include "context/include/cpp2c_host.h"
 #include "include_c"
 
@@ -14,10 +15,6 @@ using nlohmann::json;
 namespace {
 
 const json kDone = {{"result", 0}};
-
-std::string inQuotes(const std::string& text) {
-  return '"' + text + '"';
-}
 
 bool startsWith(const std::string& text, const std::string& start) {
   return text.compare(0, start.size(), start) == 0;

@@ -2,8 +2,10 @@
 #include "context/json/item.h"
 
 #include <algorithm>
-#include <limits>
 #include <nlohmann/json.hpp>
+
+#include "context/in_quotes.h"
+#include "context/json/int32.h"
 
 using nlohmann::json;
 
@@ -32,12 +34,9 @@ std::string Item::valueText() const {
 }
 
 std::int32_t Item::integer() const {
-  using Limits = std::numeric_limits<std::int32_t>;
-  const bool fits = value_.is_number_unsigned()
-                        ? value_.get<std::uint64_t>() <= std::uint64_t{Limits::max()}
-                        : value_.is_number_integer() && value_.get<std::int64_t>() >= Limits::min();
-  expect(fits, "a 32-bit integer");
-  return value_.get<std::int32_t>();
+  const auto number = int32In(value_);
+  if (!number) fail("must be a 32-bit integer");
+  return *number;
 }
 
 std::int32_t Item::integerFrom(std::int32_t least) const {
@@ -69,7 +68,7 @@ std::optional<Item> Item::member(const char* name) const {
 
 Item Item::required(const char* name) const {
   auto item = member(name);
-  if (!item) fail('"' + std::string(name) + "\" is missing");
+  if (!item) fail(inQuotes(name) + " is missing");
   return *item;
 }
 

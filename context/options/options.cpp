@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "context/in_quotes.h"
 #include "context/log/log_level.h"
 #include "context/start_error.h"
 #include "include_c"
@@ -19,14 +20,14 @@ namespace {
 
 int levelOf(const std::string& name) {
   const LogLevel* level = findLogLevel(name);
-  if (level == nullptr) refuse('"' + name + "\" is not a log level: " + logLevelNames());
+  if (level == nullptr) refuse(inQuotes(name) + " is not a log level: " + logLevelNames());
   return level->number;
 }
 
 Clock::Kind clockOf(const std::string& name) {
   if (name == "real") return Clock::Kind::kReal;
   if (name == "virtual") return Clock::Kind::kVirtual;
-  refuse('"' + name + "\" is not a clock: real, virtual");
+  refuse(inQuotes(name) + " is not a clock: real, virtual");
 }
 
 struct Option {
@@ -53,7 +54,7 @@ constexpr Option kOptions[] = {
 const Option& findOption(const std::string& name) {
   const auto* option =
       std::find_if(std::begin(kOptions), std::end(kOptions), [&](const Option& o) { return name == o.name; });
-  if (option == std::end(kOptions)) refuse("unknown option \"" + name + '"');
+  if (option == std::end(kOptions)) refuse("unknown option " + inQuotes(name));
   return *option;
 }
 

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "context/in_quotes.h"
 #include "context/json/document.h"
 #include "context/json/read_file.h"
 
@@ -13,13 +14,13 @@ namespace {
 Operation readOperation(const Item& item) {
   const std::string name = item.text();
   const auto operation = findOperation(name);
-  if (!operation) item.fail('"' + name + "\" is not an operation");
+  if (!operation) item.fail(inQuotes(name) + " is not an operation");
   return *operation;
 }
 
 void refuseMembers(const Item& item, std::initializer_list<const char*> names, const char* owner) {
   for (const char* name : names) {
-    if (auto member = item.member(name)) member->fail("belongs to \"" + std::string(owner) + '"');
+    if (auto member = item.member(name)) member->fail("belongs to " + inQuotes(owner));
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "binding/context.h"
 #include "context/config/tree.h"
+#include "context/in_quotes.h"
 #include "context/include/cpp2c_host.h"
 #include "context/state/database.h"
 
@@ -49,9 +50,9 @@ void Overlay::value(const std::string& instance, const std::string& leaf, const 
   } else if (place->leaf->computed) {
     warn(fullname, "saved, but the leaf is computed");
   } else if (type != place->leaf->type->name) {
-    warn(fullname, "saved as \"" + type + "\", but the leaf is a \"" + place->leaf->type->name + '"');
+    warn(fullname, "saved as " + inQuotes(type) + ", but the leaf is a " + inQuotes(place->leaf->type->name));
   } else if (!fits(*place->leaf->type, value)) {
-    warn(fullname, "what is saved is not a value of type \"" + type + '"');
+    warn(fullname, "what is saved is not a value of type " + inQuotes(type));
   } else {
     (*place->values)[leaf] = value;
   }

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "context/in_quotes.h"
 #include "include_c"
 
 namespace {
@@ -61,7 +62,7 @@ void checkOwner(Database& database, const std::string& file, const std::string& 
   }
   const std::string owner = database.text("SELECT name FROM product");
   if (owner != product)
-    refuse(C_RESULT_PARAM, file, "belongs to \"" + owner + "\", not to \"" + product + '"');
+    refuse(C_RESULT_PARAM, file, "belongs to " + inQuotes(owner) + ", not to " + inQuotes(product));
 }
 
 // The lock that comes with the transaction outlasts it, in this mode. It comes first, so that of two

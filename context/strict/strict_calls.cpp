@@ -7,6 +7,7 @@
 
 #include "context/config/config_service.h"
 #include "context/heartbeat/heartbeat.h"
+#include "context/in_quotes.h"
 #include "context/registration/registry.h"
 #include "context/strict/nearest.h"
 
@@ -17,10 +18,6 @@ namespace {
 constexpr std::size_t kRecordRoom = 78;
 constexpr std::size_t kDiagnosticRoom = 1022;
 constexpr std::size_t kCommandRoom = 1022;
-
-std::string inQuotes(const std::string& text) {
-  return '"' + text + '"';
-}
 
 bool isBeyondInt(std::string_view text) {
   std::int64_t number = 0;

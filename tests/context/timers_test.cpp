@@ -145,9 +145,9 @@ TEST_F(TimersTest, EachTimerHasItsOwnTime) {
   std::vector<std::string> order;
   timer_.then = [&] { order.emplace_back("later"); };
   other.then = [&] { order.emplace_back("sooner"); };
-  timers_.set(10, 0, 0, &timer_);
+  timers_.set(100, 0, 0, &timer_);
   timers_.set(1, 0, 0, &other);
-  runFor(30);
+  runFor(101);
   EXPECT_EQ(order, (std::vector<std::string>{"sooner", "later"}));
 }
 

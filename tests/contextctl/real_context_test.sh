@@ -2,6 +2,8 @@
 # Uses the client on a service that runs on the host context.
 #
 #   real_context_test.sh CONTEXTCTL HELLO
+#
+# CPP2C_LAUNCHER: what the service is run by, if it is not run by itself.
 set -eu
 contextctl=$1
 hello=$2
@@ -18,7 +20,7 @@ cat >"$top/config.json" <<'END'
   ]
 }
 END
-"$hello" --config "$top/config.json" --control "$CPP2C_CONTROL" <"$top/input" >"$top/output" &
+${CPP2C_LAUNCHER:+"$CPP2C_LAUNCHER"} "$hello" --config "$top/config.json" --control "$CPP2C_CONTROL" <"$top/input" >"$top/output" &
 service=$!
 trap 'kill $service 2>/dev/null || true; rm -rf "$top"' EXIT
 exec 3>"$top/input"

@@ -100,7 +100,7 @@ require_silence() {
 run_to_end() {
   local status=0 wanted=$1
   shift
-  timeout 30 "$program" --config "$folder/config.json" "$@" >"$folder/said" 2>&1 </dev/null || status=$?
+  timeout 30 "${launch[@]}" --config "$folder/config.json" "$@" >"$folder/said" 2>&1 </dev/null || status=$?
   heard=$(cat "$folder/said")
   echo "$heard"
   [[ $status -eq $wanted ]] || fail "exit status $status"

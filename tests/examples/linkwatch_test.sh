@@ -103,7 +103,7 @@ testReadsOnlyItsOwnSettingsFromTheConsole() {
 testConsoleNeedsAnInputThatCanBeWatched() {
   make_config --console >"$folder/config.json"
   local status=0
-  "$program" --config "$folder/config.json" </dev/null >"$folder/said" || status=$?
+  "${launch[@]}" --config "$folder/config.json" </dev/null >"$folder/said" || status=$?
   [[ $status -eq 1 ]] || fail "exit status $status"
   grep -Fx 'problem: cannot watch standard input: result -1021' "$folder/said"
 }
@@ -163,7 +163,7 @@ testLogLevelDecidesWhatIsSaid() {
 testEndsWithoutItsSettings() {
   echo '{"objects": []}' >"$folder/config.json"
   local status=0
-  "$program" --config "$folder/config.json" >"$folder/said" 2>"$folder/error" || status=$?
+  "${launch[@]}" --config "$folder/config.json" >"$folder/said" 2>"$folder/error" || status=$?
   [[ $status -eq 1 ]] || fail "exit status $status"
   grep -Fx 'problem: cannot read Linkwatch.Settings.Interfaces: result -1022' "$folder/said"
   grep -Fx 'linkwatch: ended with result -1022' "$folder/error"

@@ -1,8 +1,11 @@
 # What the end-to-end tests of services share. To be sourced with $program set to the service's program; its
 # configuration is $folder/config.json.
 #
+# CPP2C_LAUNCHER: what the program is run by, if it is not run by itself.
+#
 # Exit status: 0 passed, 1 failed, 77 not possible on this machine.
 
+launch=(${CPP2C_LAUNCHER:+"$CPP2C_LAUNCHER"} "$program")
 folder=$(mktemp -d)
 pid=
 finish() {
@@ -19,7 +22,7 @@ fail() {
 # Starts the service in the background with $options, through the command given, if any.
 options=()
 start() {
-  coproc service { exec "$@" "$program" --config "$folder/config.json" "${options[@]}" 2>&1; }
+  coproc service { exec "$@" "${launch[@]}" --config "$folder/config.json" "${options[@]}" 2>&1; }
   pid=$!
   exec {out}<&"${service[0]}" {in}>&"${service[1]}"
 }

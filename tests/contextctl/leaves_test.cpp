@@ -36,7 +36,7 @@ TEST_F(LeavesTest, GetEscapesControlCharactersOnATerminal) {
   const Outcome outcome =
       runProgram(context.base(), {"script", "-qec", CPP2C_CONTEXTCTL " get A", "/dev/null"},
                  {"CPP2C_CONTROL=" + socket}, nullptr);
-  EXPECT_EQ(outcome.out, "\\x1b[1m\r\n");
+  EXPECT_EQ(outcome.out, "\\x1b[1m\r\n") << outcome.err;
 }
 
 TEST_F(LeavesTest, GetPrintsNothingIfOneNameIsUnknown) {

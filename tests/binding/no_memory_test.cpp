@@ -138,6 +138,11 @@ TEST_P(NoMemoryTest, NullTextsAreTestedBeforeMemoryIsTaken) {
 
 INSTANTIATE_TEST_SUITE_P(RelativeAccess, NoMemoryTest, relativeAccesses(), verbOf);
 
+// Linking may put the functions into this file, where the compiler knows what malloc() does and looks at: it
+// would not set the watch. It cannot see through these.
+decltype(&c_malloc) volatile take_block = c_malloc;
+decltype(&c_free) volatile give_back_block = c_free;
+
 class AllocatorTest : public RecordingTest {
  protected:
   AllocatorTest() { allocations = {}; }
@@ -157,7 +162,7 @@ TEST_F(AllocatorTest, OutOfMemoryIsNullAndSilent) {
   char text = '\0';
   char* block = &text;
   allocations.refused = 0;
-  watch([&block] { block = c_malloc(16, "here.c", 1); });
+  watch([&block] { block = take_block(16, "here.c", 1); });
   EXPECT_EQ(block, nullptr);
   EXPECT_EQ(calls(), Calls());
   EXPECT_EQ(printed.standardOutput(), "");
@@ -165,7 +170,7 @@ TEST_F(AllocatorTest, OutOfMemoryIsNullAndSilent) {
 }
 
 TEST_F(AllocatorTest, BlockHasTheSizeAskedForAndIsGivenBack) {
-  watch([] { c_free(c_malloc(48, "here.c", 1)); });
+  watch([] { give_back_block(take_block(48, "here.c", 1)); });
   EXPECT_EQ(allocations.sizes, std::vector<std::size_t>({48}));
   EXPECT_TRUE(allocations.live.empty());
 }

@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "binding/context.h"
-#include "context/config/config_service.h"
-#include "context/heartbeat/heartbeat.h"
-#include "context/registration/registry.h"
-#include "context/state/state_file.h"
+#include "host/config/config_service.h"
+#include "host/heartbeat/heartbeat.h"
+#include "host/registration/registry.h"
+#include "host/state/state_file.h"
 #include "include_c"
 
 namespace {

@@ -38,7 +38,7 @@ install(TARGETS cpp2c EXPORT cpp2cTargets
 )
 install_package_documents(runtime libcpp2c1)
 install_package_documents(development libcpp2c-dev)
-install(FILES framework/inc/include_c context/include/cpp2c_host.h DESTINATION ${header_dir} COMPONENT development)
+install(FILES framework/inc/include_c host/include/cpp2c_host.h DESTINATION ${header_dir} COMPONENT development)
 foreach(header IN LISTS public_headers)
   cmake_path(GET header PARENT_PATH folder)
   install(FILES ${header} DESTINATION ${header_dir}/${folder} COMPONENT development)

@@ -6,8 +6,8 @@
 #include "contextctl/failure.h"
 #include "contextctl/interrupt.h"
 #include "contextctl/message.h"
-#include "contextctl/printable.h"
 #include "contextctl/transfer.h"
+#include "util/text.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ bool isRefusal(long status) {
 void requireSuccess(long status, const std::string& body) {
   if (status == 200) return;
   const std::string refusal = readRefusal(body).value_or("HTTP status " + std::to_string(status));
-  throw Failure(isRefusal(status) ? kExitNo : kExitNoAnswer, printable(refusal));
+  throw Failure(isRefusal(status) ? kExitNo : kExitNoAnswer, util::printable(refusal));
 }
 
 // Runs one transfer beside the interrupt.

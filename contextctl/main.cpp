@@ -4,12 +4,12 @@
 
 #include "contextctl/command_line.h"
 #include "contextctl/failure.h"
-#include "contextctl/printable.h"
+#include "util/text.h"
 
 namespace {
 
 int complain(const char* reason, ExitStatus status) {
-  std::cerr << "contextctl: " << printable(reason) << '\n';
+  std::cerr << "contextctl: " << util::printable(reason) << '\n';
   return status;
 }
 

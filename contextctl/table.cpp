@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <ostream>
 
-#include "contextctl/printable.h"
+#include "util/text.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ std::string lineOf(const Table::Row& row, const std::vector<size_t>& widths) {
 }  // namespace
 
 void Table::add(Row row) {
-  for (std::string& text : row) text = printable(text);
+  for (std::string& text : row) text = util::printable(text);
   rows_.push_back(std::move(row));
 }
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <utility>
 
-#include "context/config/configuration.h"
-#include "context/config/name.h"
-#include "context/config/tree.h"
-#include "context/start_error.h"
+#include "host/config/configuration.h"
+#include "host/config/name.h"
+#include "host/config/tree.h"
+#include "host/start_error.h"
 #include "fuzz/harness.h"
 #include "include_c"
 

@@ -12,19 +12,19 @@
 #include <cstdint>
 #include <string>
 
-#include "context/clock/clock.h"
-#include "context/config/config_service.h"
-#include "context/config/configuration.h"
-#include "context/control/control.h"
-#include "context/event/event_service.h"
-#include "context/heartbeat/heartbeat.h"
-#include "context/include/cpp2c_host.h"
-#include "context/lifecycle/lifecycle.h"
-#include "context/log/log_service.h"
-#include "context/loop/event_base.h"
-#include "context/loop/event_loop.h"
-#include "context/registration/call_history.h"
-#include "context/registration/registry.h"
+#include "host/clock/clock.h"
+#include "host/config/config_service.h"
+#include "host/config/configuration.h"
+#include "host/control/control.h"
+#include "host/event/event_service.h"
+#include "host/heartbeat/heartbeat.h"
+#include "host/include/cpp2c_host.h"
+#include "host/lifecycle/lifecycle.h"
+#include "host/log/log_service.h"
+#include "host/loop/event_base.h"
+#include "host/loop/event_loop.h"
+#include "host/registration/call_history.h"
+#include "host/registration/registry.h"
 #include "fuzz/harness.h"
 
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 #include <variant>
 
-#include "context/script/script.h"
-#include "context/start_error.h"
+#include "host/script/script.h"
+#include "host/start_error.h"
 #include "fuzz/harness.h"
 #include "include_c"
 

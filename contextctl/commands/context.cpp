@@ -4,8 +4,8 @@
 
 #include "contextctl/commands/commands.h"
 #include "contextctl/durations.h"
-#include "contextctl/printable.h"
 #include "contextctl/table.h"
+#include "util/text.h"
 
 void save(const Session& session) {
   session.show(session.post("/save", {}));
@@ -18,7 +18,7 @@ void stop(const Session& session) {
 void listModules(const Session& session) {
   const Answer answer = session.get("/modules");
   session.show(answer, [&](std::ostream& out) {
-    out << "State: " << printable(answer.record.text("state")) << '\n';
+    out << "State: " << util::printable(answer.record.text("state")) << '\n';
     Table table({"LIBRARY", "STATE"});
     for (const Record& module : answer.list("modules"))
       table.add({module.text("library"), module.text("state")});

@@ -5,7 +5,7 @@
 
 #include "contextctl/commands/commands.h"
 #include "contextctl/leaf.h"
-#include "contextctl/printable.h"
+#include "util/text.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ void printLine(const Session& session, std::initializer_list<std::string> texts)
   const char* gap = "";
   for (const std::string& text : texts) {
     if (text.empty()) continue;
-    session.out() << gap << printable(text);
+    session.out() << gap << util::printable(text);
     gap = "  ";
   }
   session.out() << '\n';

@@ -3,12 +3,12 @@
 #include <ostream>
 
 #include "contextctl/commands/commands.h"
-#include "contextctl/printable.h"
+#include "util/text.h"
 
 void listInstances(const Session& session, const std::string& object) {
   const Answer answer = session.get("/instances", {{"object", object}});
   session.show(answer, [&](std::ostream& out) {
-    for (const std::string& name : answer.nameList("instances")) out << printable(name) << '\n';
+    for (const std::string& name : answer.nameList("instances")) out << util::printable(name) << '\n';
   });
 }
 

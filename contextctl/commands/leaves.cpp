@@ -6,14 +6,14 @@
 
 #include "contextctl/commands/commands.h"
 #include "contextctl/leaf.h"
-#include "contextctl/printable.h"
 #include "contextctl/table.h"
+#include "util/text.h"
 
 namespace {
 
 // A script gets the value's very bytes, a terminal only what it may show.
 std::string forOutput(const std::string& value) {
-  return isatty(STDOUT_FILENO) == 1 ? printable(value) : value;
+  return isatty(STDOUT_FILENO) == 1 ? util::printable(value) : value;
 }
 
 }  // namespace

@@ -8,8 +8,8 @@
 #include "contextctl/commands/commands.h"
 #include "contextctl/durations.h"
 #include "contextctl/interrupt.h"
-#include "contextctl/printable.h"
 #include "contextctl/table.h"
+#include "util/text.h"
 
 namespace {
 
@@ -54,7 +54,7 @@ std::vector<Line> Sampler::update(const std::vector<Record>& registrations) {
 
 void printSample(const Session& session, const Record& statistics, const std::vector<Line>& lines) {
   std::ostream& out = session.out();
-  out << printable(statistics.text("program")) << " (" << statistics.text("pid") << "), running for "
+  out << util::printable(statistics.text("program")) << " (" << statistics.text("pid") << "), running for "
       << uptime(statistics.number("uptimeMs")) << ", " << statistics.text("callbacks")
       << " callbacks, busy for " << milliseconds(statistics.number("busyMs")) << " ms\n";
   Table table({"RECENT MS", "RECENT COUNT", "TOTAL MS", "COUNT", "LONGEST MS", "KIND", "KEY", "FUNCTION"});

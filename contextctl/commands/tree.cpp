@@ -4,7 +4,7 @@
 
 #include "contextctl/commands/commands.h"
 #include "contextctl/leaf.h"
-#include "contextctl/printable.h"
+#include "util/text.h"
 
 namespace {
 
@@ -37,7 +37,7 @@ class Outline {
 
  private:
   void line(size_t depth, const std::string& text) {
-    out_ << std::string(2 * depth, ' ') << printable(text) << '\n';
+    out_ << std::string(2 * depth, ' ') << util::printable(text) << '\n';
   }
 
   std::ostream& out_;

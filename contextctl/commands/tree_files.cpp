@@ -7,9 +7,9 @@
 #include "contextctl/comparison.h"
 #include "contextctl/files.h"
 #include "contextctl/leaf.h"
-#include "contextctl/printable.h"
 #include "contextctl/table.h"
 #include "contextctl/tree_file.h"
+#include "util/text.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ void printDifferences(const Session& session, const std::vector<Difference>& dif
 
 void printObstacles(const Comparison& comparison) {
   for (const std::string& obstacle : comparison.obstacles)
-    std::cerr << "contextctl: " << printable(obstacle) << '\n';
+    std::cerr << "contextctl: " << util::printable(obstacle) << '\n';
 }
 
 // The context checks values; it may still refuse one, and what was set before stays.

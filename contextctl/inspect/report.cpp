@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <ostream>
 
-#include "contextctl/printable.h"
 #include "contextctl/table.h"
+#include "util/text.h"
 
 bool fits(const Report& report) {
   return std::none_of(report.findings.begin(), report.findings.end(),
@@ -27,7 +27,7 @@ const char* nameOf(Verdict verdict) {
 }
 
 void print(const Report& report, std::ostream& out) {
-  out << printable(report.library) << ", to fit " << printable(report.against) << '\n';
+  out << util::printable(report.library) << ", to fit " << util::printable(report.against) << '\n';
   Table findings({"VERDICT", "SUBJECT", "FINDING"});
   for (const Finding& finding : report.findings)
     findings.add({nameOf(finding.verdict), finding.subject, finding.text});

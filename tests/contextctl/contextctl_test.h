@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/context/temporary_folder.h"
+#include "tests/host/temporary_folder.h"
 #include "tests/contextctl/context_double.h"
 #include "tests/contextctl/running.h"
 

@@ -12,28 +12,9 @@
 #include "contextctl/inspect/library.h"
 #include "contextctl/inspect/platform.h"
 #include "contextctl/inspect/string_abi.h"
-#include "contextctl/printable.h"
 #include "contextctl/table.h"
 
 namespace {
-
-TEST(PrintableTest, PlainTextStaysAsItIs) {
-  EXPECT_EQ(printable("a \\ \"b\" \xc3\xa9"), "a \\ \"b\" \xc3\xa9");
-}
-
-TEST(PrintableTest, ControlCharactersAreSpelledOut) {
-  EXPECT_EQ(printable(std::string("\0\t\r\n\x1b\x7f", 6)), "\\x00\\t\\r\\n\\x1b\\x7f");
-}
-
-TEST(PrintableTest, ControlCharactersBehindAsciiAreSpelledOut) {
-  EXPECT_EQ(printable("\xc2\x9b"
-                      "2J\xc2\xa0"),
-            "\\x9b2J\xc2\xa0");
-}
-
-TEST(PrintableTest, ACharacterCutOffStaysAsItIs) {
-  EXPECT_EQ(printable("\xc2"), "\xc2");
-}
 
 TEST(TableTest, ColumnsAreAsWideAsTheirWidestText) {
   std::ostringstream out;

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#include "host/config/config_service.h"
+
+#include <cstring>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "binding/handlers.h"
+#include "host/include/cpp2c_host.h"
+#include "include_c"
+
+namespace {
+
+bool isOption(int option) {
+  return option == 0 || option == C_CFM_CREATE || option == C_CFM_DELETE;
+}
+
+}  // namespace
+
+ConfigService::ConfigService(Tree tree, Registry& registry, Store store)
+    : tree_(std::move(tree)), store_(std::move(store)), registry_(registry) {}
+
+int ConfigService::getAttr(int number, void* out) {
+  if (out == nullptr) return C_RESULT_PARAM;
+  const Object* object = tree_.find(number);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  std::memcpy(out, &object->attribute, sizeof object->attribute);
+  return C_RESULT_OK;
+}
+
+int ConfigService::setAttr(int number, int value) {
+  Object* object = tree_.find(number);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  if (object->attribute == value) return C_RESULT_OK;
+  object->attribute = value;
+  changes_.attributeChanged(object->name);
+  return C_RESULT_OK;
+}
+
+int ConfigService::registObserver(int number, ICfmObserver* observer) {
+  if (observer == nullptr) return C_RESULT_PARAM;
+  const Object* object = tree_.find(number);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  observers_.add(number, observer, registry_.add(Kind::kChange, object->name, calleeOf(*observer)));
+  return C_RESULT_OK;
+}
+
+int ConfigService::unregistObserver(int number, ICfmObserver* observer) {
+  return observers_.remove(number, observer) ? C_RESULT_OK : C_RESULT_NOT_FOUND;
+}
+
+int ConfigService::registDataProvider(int number, IDyncDataProvider* provider) {
+  if (provider == nullptr) return C_RESULT_PARAM;
+  const Object* object = tree_.find(number);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  providers_[number] = {provider, registry_.add(Kind::kProvider, object->name, calleeOf(*provider))};
+  return C_RESULT_OK;
+}
+
+ICfmNode* ConfigService::getNode(std::string fullname) {
+  auto place = tree_.find(fullname);
+  if (!place) return nullptr;
+  return nodes_.lend(
+      std::make_unique<ConfigNode>(place->leaf->type->name, [this, fullname] { return value(fullname); }));
+}
+
+int ConfigService::releaseNode(ICfmNode* node) {
+  return nodes_.takeBack(node) ? C_RESULT_OK : C_RESULT_PARAM;
+}
+
+ICfmIterator* ConfigService::instanceIterator(int number) {
+  const Object* object = tree_.find(number);
+  if (object == nullptr || object->instances.empty()) return nullptr;
+  std::vector<std::string> names;
+  for (const auto& [name, values] : object->instances) names.push_back(name);
+  return iterators_.lend(std::make_unique<InstanceIterator>(std::move(names)));
+}
+
+int ConfigService::releaseIterator(ICfmIterator* iterator) {
+  return iterators_.takeBack(iterator) ? C_RESULT_OK : C_RESULT_PARAM;
+}
+
+// The leaf is found again, even if its instance has gone meanwhile: objects and their leaves stay.
+std::string ConfigService::value(const std::string& fullname) {
+  const Tree::Place place = tree_.find(fullname).value();
+  auto provider = providers_.find(place.object->number);
+  if (!place.leaf->computed || place.values == nullptr || provider == providers_.end()) return place.value();
+  return provider->second.registration.call([&, source = provider->second.provider] {
+    return source->dataGet(place.object->number, place.instance, place.leaf_name);
+  });
+}
+
+const Leaf* ConfigService::findLeaf(const std::string& fullname) {
+  const auto place = tree_.find(fullname);
+  return place ? place->leaf : nullptr;
+}
+
+int ConfigService::setValue(std::string fullname, std::string value, int option) {
+  auto place = tree_.find(fullname);
+  if (!isOption(option)) return C_RESULT_PARAM;
+  if (!place) return C_RESULT_NOT_FOUND;
+  if (option == C_CFM_DELETE) return deleteInstance(place->instance);
+  if (place->leaf->computed || !fits(*place->leaf->type, value)) return C_RESULT_PARAM;
+  if (place->values != nullptr) return write(*place, value);
+  if (option != C_CFM_CREATE) return C_RESULT_NOT_FOUND;
+
+  addInstance(place->instance);
+  return setValue(std::move(fullname), std::move(value), 0);  // looks anew: an observer may have deleted it
+}
+
+int ConfigService::write(const Tree::Place& place, const std::string& value) {
+  if (place.value() == value) return C_RESULT_OK;
+  (*place.values)[place.leaf_name] = value;
+  changes_.leafChanged(place.instance, place.leaf_name);
+  notify(*place.object, place.instance, C_CFM_CHANGED, place.leaf_name);
+  return C_RESULT_OK;
+}
+
+int ConfigService::addInstance(const std::string& instance) {
+  Object* object = tree_.ownerOf(instance);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  if (!object->instances.emplace(instance, Values()).second) return C_RESULT_REDUNDANT;
+  changes_.instanceAdded(instance);
+  notify(*object, instance, C_CFM_ADDED, "");
+  return C_RESULT_OK;
+}
+
+int ConfigService::deleteInstance(const std::string& instance) {
+  Object* object = tree_.ownerOf(instance);
+  if (object == nullptr) return C_RESULT_NOT_FOUND;
+  if (!object->dynamic) return C_RESULT_PARAM;
+  if (object->instances.erase(instance) == 0) return C_RESULT_NOT_FOUND;
+  changes_.instanceDeleted(instance);
+  notify(*object, instance, C_CFM_DELETED, "");
+  return C_RESULT_OK;
+}
+
+int ConfigService::save(int scope) {
+  if (scope != 1) return C_RESULT_PARAM;
+  if (changes_.empty()) return C_RESULT_OK;
+  const int result = store_(tree_, changes_);
+  if (result == C_RESULT_OK) changes_.clear();
+  return result;
+}
+
+int ConfigService::keepNothing(Tree& /*tree*/, const Changes& /*changes*/) {
+  return C_RESULT_OK;
+}
+
+void ConfigService::notify(const Object& object, const std::string& instance, int operation,
+                           const std::string& leaf) {
+  on_change_({object, instance, operation, leaf});
+  observers_.notify(object.number, [&](ICfmObserver& observer) {
+    return observer.update(object.number, instance, operation, leaf);
+  });
+}

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_HOST_CONFIG_CONFIG_SERVICE_H
+#define CPP2C_HOST_CONFIG_CONFIG_SERVICE_H
+
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+
+#include "binding/context.h"
+#include "host/config/changes.h"
+#include "host/config/config_node.h"
+#include "host/config/instance_iterator.h"
+#include "host/config/tree.h"
+#include "host/loans.h"
+#include "host/registration/observer_list.h"
+
+// The configuration tree as its users see it: with checked writes, observers and computed values. Observers
+// and providers may call every operation. Numbers are those of objects.
+class ConfigService final : public ICfm {
+ public:
+  // Makes the changes of a tree outlast the process, all or none, and gives a result code.
+  using Store = std::function<int(Tree& tree, const Changes& changes)>;
+
+  ConfigService(Tree tree, Registry& registry, Store store = keepNothing);
+
+  int getAttr(int number, void* out) override;  // a 32-bit word
+  int setAttr(int number, int value) override;
+  int registObserver(int number, ICfmObserver* observer) override;
+  int unregistObserver(int number, ICfmObserver* observer) override;
+  int registDataProvider(int number, IDyncDataProvider* provider) override;  // in place of an earlier one
+
+  ICfmNode* getNode(std::string fullname) override;
+  int releaseNode(ICfmNode* node) override;
+  ICfmIterator* instanceIterator(int number) override;
+  int releaseIterator(ICfmIterator* iterator) override;
+
+  int setValue(std::string fullname, std::string value, int option) override;  // a c_cfm_option, or 0
+  int addInstance(const std::string& instance);                                // of a dynamic object
+  int deleteInstance(const std::string& instance);                             // likewise
+  int save(int scope) override;  // 1, for everything that has changed, is the only scope
+
+  const Tree& tree() const { return tree_; }
+  const Leaf* findLeaf(const std::string& fullname);  // null if there is none
+  std::string value(const std::string& fullname);     // of a leaf that there is
+
+  // Has each change told, before its observers are.
+  struct Change {
+    const Object& object;
+    const std::string& instance;
+    int operation;            // a c_cfm_operation
+    const std::string& leaf;  // "", unless a leaf has changed
+  };
+  void onChange(std::function<void(const Change&)> tell) { on_change_ = std::move(tell); }
+
+  int reserved4() override { return 0; }
+  int reserved6() override { return 0; }
+  int reserved11() override { return 0; }
+  int reserved12() override { return 0; }
+  int reserved13() override { return 0; }
+  int reserved16() override { return 0; }
+
+ private:
+  static int keepNothing(Tree& tree, const Changes& changes);
+
+  int write(const Tree::Place& place, const std::string& value);
+  void notify(const Object& object, const std::string& instance, int operation, const std::string& leaf);
+
+  struct Provider {
+    IDyncDataProvider* provider;
+    Registration registration;
+  };
+
+  Tree tree_;
+  Changes changes_;
+  const Store store_;
+  Registry& registry_;
+  ObserverList<int, ICfmObserver> observers_;
+  std::map<int, Provider> providers_;
+  Loans<ICfmNode> nodes_;
+  Loans<ICfmIterator> iterators_;
+  std::function<void(const Change&)> on_change_ = [](const Change&) {};
+};
+
+#endif

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "host/config/name.h"
+
+#include <algorithm>
+
+namespace {
+
+// The length of the parent's name.
+std::string::size_type parentLength(const std::string& name) {
+  if (name.size() < 2) return 0;
+  const auto dot = name.rfind('.', name.size() - 2);
+  return dot == std::string::npos ? 0 : dot + 1;
+}
+
+bool isNameCharacter(char character) {
+  const auto byte = static_cast<unsigned char>(character);
+  return byte > 0x20 && byte != 0x7f && character != '.';
+}
+
+}  // namespace
+
+bool isComponent(const std::string& text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), isNameCharacter);
+}
+
+bool isObjectName(const std::string& text) {
+  if (text.empty() || text.back() != '.') return false;
+  char previous = '.';
+  for (const char character : text) {
+    if (character == '.' ? previous == '.' : !isNameCharacter(character)) return false;
+    previous = character;
+  }
+  return true;
+}
+
+std::string parentName(const std::string& name) {
+  return name.substr(0, parentLength(name));
+}

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_HOST_EVENT_EVENT_SERVICE_H
+#define CPP2C_HOST_EVENT_EVENT_SERVICE_H
+
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "binding/context.h"
+#include "host/registration/observer_list.h"
+
+// Hands each event to its observers, in order of registration, before notify() returns. An observer may
+// register, unregister and notify meanwhile.
+class EventService final : public IEvent {
+ public:
+  // `source` is what observers are told about where an event comes from.
+  EventService(std::string source, Registry& registry);
+
+  int registObserver(std::string event, IEventObserver* observer) override;
+  int unregistObserver(std::string event, IEventObserver* observer) override;
+  int notify(std::string event, std::string data, int flags) override;  // `flags` must be 0
+
+  // Has each event told, before its observers are.
+  struct Event {
+    const std::string& name;
+    const std::string& data;
+    const std::string& source;
+  };
+  void onEvent(std::function<void(const Event&)> tell) { on_event_ = std::move(tell); }
+
+ private:
+  const std::string source_;
+  Registry& registry_;
+  ObserverList<std::string, IEventObserver> observers_;
+  std::function<void(const Event&)> on_event_ = [](const Event&) {};
+};
+
+#endif

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_HOST_HEARTBEAT_HEARTBEAT_H
+#define CPP2C_HOST_HEARTBEAT_HEARTBEAT_H
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include "binding/context.h"
+
+// Reports each callback that holds the loop longer than a limit. The time in which it is locked does not
+// count.
+class Heartbeat final : public IHeartbeat {
+ public:
+  using TimePoint = std::chrono::steady_clock::time_point;
+
+  struct Reading {
+    TimePoint time;
+    TimePoint::duration locked;  // all the time spent locked so far
+    int locks;                   // that are held
+  };
+
+  Heartbeat(ILog& log, std::chrono::milliseconds limit, TimePoint (*now)() = std::chrono::steady_clock::now);
+
+  int lock() override;
+  int unlock() override;
+
+  Reading read() const;
+
+  // Reports the callback that ran from one reading to the other if that was too long.
+  void check(const Reading& before, const Reading& after, const std::function<std::string()>& callback);
+
+  int reserved3() override { return 0; }
+  int reserved4() override { return 0; }
+  int reserved5() override { return 0; }
+  int reserved6() override { return 0; }
+  int reserved7() override { return 0; }
+  int reserved8() override { return 0; }
+
+ private:
+  ILog& log_;
+  const std::chrono::milliseconds limit_;
+  TimePoint (*const now_)();
+  int locks_ = 0;
+  TimePoint locked_at_;
+  TimePoint::duration locked_time_{0};
+};
+
+#endif

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "host/host_context.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "host/config/configuration.h"
+#include "host/guard/guard.h"
+#include "host/host_services.h"
+#include "host/options/options.h"
+#include "host/start_error.h"
+#include "include_c"
+#include "util/text.h"
+
+namespace {
+
+constexpr int kOk = C_RESULT_OK;
+
+// The word is a pointer that has come through the C interface.
+const char* const* pointerOf(std::uintptr_t word) {
+  const char* const* pointer = nullptr;
+  std::memcpy(&pointer, &word, sizeof pointer);
+  return pointer;
+}
+
+Configuration configurationFor(const Options& options) {
+  Configuration configuration;
+  if (!options.config.empty()) configuration = readConfiguration(options.config);
+  configuration.modules.insert(configuration.modules.end(), options.modules.begin(), options.modules.end());
+  return configuration;
+}
+
+// Has a call to the services pass their guard. Before init() there are neither.
+template <typename Function>
+auto enter(const std::unique_ptr<HostServices>& services, const OperationCall& call, Function function) {
+  if (services == nullptr) return refusal<decltype(function(*services))>(C_RESULT_NOT_INIT);
+  return services->guard.enter(call, [&] { return function(*services); });
+}
+
+}  // namespace
+
+HostContext::HostContext() = default;
+
+// Modules are closed now and may still call: they find no services, of which some are gone.
+HostContext::~HostContext() {
+  services_.reset();
+}
+
+int HostContext::init(std::uintptr_t argc, std::uintptr_t argv) {
+  try {
+    if (services_ != nullptr) {
+      throw StartError(C_RESULT_REDUNDANT, "the context has been initialised already");
+    }
+    const Options options = readOptions(static_cast<int>(argc), pointerOf(argv));
+    services_ = std::make_unique<HostServices>(this, options, configurationFor(options));
+    return C_RESULT_OK;
+  } catch (const StartError& error) {
+    std::fprintf(stderr, "%s\n", util::oneLine(error.what()).c_str());
+    return error.code();
+  }
+}
+
+int HostContext::load() {
+  return enter(services_, Operation::kLoad, [](HostServices& host) { return host.lifecycle.load(); });
+}
+
+ILog* HostContext::getLog() {
+  return enter(services_, Operation::kGetLog, [](HostServices& host) { return &host.guarded_log; });
+}
+
+ICfm* HostContext::getCfm() {
+  return enter(services_, Operation::kGetCfm, [](HostServices& host) { return &host.guarded_config; });
+}
+
+IEvent* HostContext::getEvent() {
+  return enter(services_, Operation::kGetEvent, [](HostServices& host) { return &host.guarded_events; });
+}
+
+IHeartbeat* HostContext::getHeartbeat() {
+  return enter(services_, Operation::kGetHeartbeat,
+               [](HostServices& host) { return &host.guarded_heartbeat; });
+}
+
+ILoop* HostContext::getLoop() {
+  return enter(services_, Operation::kGetLoop, [](HostServices& host) { return &host.guarded_loop; });
+}
+
+int HostContext::debugOut(const char* file, int line, const char* text) {
+  return enter(services_, {Operation::kDebugOut, viewOf(file), viewOf(text)},
+               [&](HostServices& host) { return host.log.debugOut(file, line, text); });
+}
+
+int HostContext::debugSwitch(int value) {
+  return enter(services_, Operation::kDebugSwitch, [&](HostServices& host) {
+    host.log.debugSwitch(value != 0);
+    return kOk;
+  });
+}
+
+int HostContext::systemCall(const char* command) {
+  return enter(services_, {Operation::kSystemCall, {}, viewOf(command)},
+               [&](HostServices& host) { return host.processes.run(command); });
+}
+
+int HostContext::systemCall2(const char* command) {
+  return enter(services_, {Operation::kSystemCall2, {}, viewOf(command)},
+               [&](HostServices& host) { return host.processes.run(command); });
+}
+
+int HostContext::popenCall(const char* command) {
+  return enter(services_, {Operation::kPopenCall, {}, viewOf(command)},
+               [&](HostServices& host) { return host.processes.runLogged(command); });
+}
+
+int HostContext::registMasterObserver(IBootContext* observer) {
+  return enter(services_, Operation::kRegistMasterObserver,
+               [&](HostServices& host) { return host.lifecycle.registMasterObserver(observer); });
+}
+
+int HostContext::setTimer(int first, int zero, int period, ITimer* timer) {
+  return enter(services_, Operation::kSetTimer,
+               [&](HostServices& host) { return host.timers.set(first, zero, period, timer); });
+}
+
+int HostContext::notifyDepends(std::string name) {
+  return enter(services_, Operation::kNotifyDepends, [&](HostServices& host) {
+    host.lifecycle.notifyDepends(name);
+    return kOk;
+  });
+}

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_HOST_HOST_CONTEXT_H
+#define CPP2C_HOST_HOST_CONTEXT_H
+
+#include <memory>
+#include <string>
+
+#include "binding/context.h"
+
+struct HostServices;
+
+// The context on a Linux machine. Its services exist once init() has succeeded; before, there are none, and
+// every operation answers C_RESULT_NOT_INIT.
+//
+// What was registered is deleted before the context is, so its destructor touches none of it.
+class HostContext final : public IContext {
+ public:
+  HostContext();
+  ~HostContext() override;
+
+  // The words are `argc` and `argv` of main(), or 0 and 0. A failure is told in one line on standard error
+  // and leaves nothing behind: init() may be called again.
+  int init(std::uintptr_t argc, std::uintptr_t argv) override;
+  int load() override;
+
+  ILog* getLog() override;
+  ICfm* getCfm() override;
+  IEvent* getEvent() override;
+  IHeartbeat* getHeartbeat() override;
+  ILoop* getLoop() override;
+
+  int debugOut(const char* file, int line, const char* text) override;
+  int debugSwitch(int value) override;
+  int systemCall(const char* command) override;
+  int systemCall2(const char* command) override;
+  int popenCall(const char* command) override;
+  int registMasterObserver(IBootContext* observer) override;
+  int setTimer(int first, int zero, int period, ITimer* timer) override;
+  int notifyDepends(std::string name) override;
+
+  int reserved5() override { return 0; }
+  int reserved11() override { return 0; }
+  int reserved12() override { return 0; }
+  int reserved18() override { return 0; }
+  int reserved21() override { return 0; }
+  int reserved22() override { return 0; }
+  int reserved23() override { return 0; }
+
+ private:
+  std::unique_ptr<HostServices> services_;
+};
+
+#endif

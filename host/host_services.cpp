@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "host/host_services.h"
+
+#include <errno.h>
+
+#include <utility>
+#include <vector>
+
+namespace {
+
+std::unique_ptr<StateFile> stateFor(const Options& options, ILog& log) {
+  if (options.state.empty()) return nullptr;
+  return std::make_unique<StateFile>(options.state, program_invocation_short_name, log);
+}
+
+ConfigService configFor(std::vector<Object> objects, StateFile* state, Registry& registry) {
+  Tree tree(std::move(objects));
+  if (state == nullptr) return ConfigService(std::move(tree), registry);
+  state->layOver(tree);
+  return ConfigService(std::move(tree), registry, [state](Tree& changed, const Changes& changes) {
+    return state->save(changed, changes);
+  });
+}
+
+}  // namespace
+
+HostServices::HostServices(IContext* context, const Options& options, Configuration configuration)
+    : clock(options.clock),
+      log(options.log_level, options.log_file, clock),
+      processes(log),
+      heartbeat(log, configuration.heartbeat_limit),
+      registry(heartbeat, [this] { return clock.wallTime(); }),
+      history(registry),
+      state(stateFor(options, log)),
+      config(configFor(std::move(configuration.objects), state.get(), registry)),
+      events(program_invocation_short_name, registry),
+      event_base(log),
+      loop(event_base, registry),
+      deadlines(event_base, clock),
+      timers(deadlines, clock, registry),
+      lifecycle(context, std::move(configuration.modules), log, registry) {
+  log.debugSwitch(options.debug);
+  loop.callWhenStopped([this] { stop(); });
+  if (options.strictness != Strictness::kOff) {
+    strict = std::make_unique<Strict>(log, options.strictness == Strictness::kFatal, guard, event_base,
+                                      config, heartbeat, registry);
+    lifecycle.callWhenUnloaded([this] { strict->checkUnloaded(); });
+  }
+  if (!options.script.empty()) {
+    script_player = std::make_unique<ScriptPlayer>(
+        readScript(options.script), guard,
+        ScriptPlayer::Stage{clock, deadlines, log, config, events, [this] { loop.stop(); }});
+  }
+  if (!options.control.empty()) {
+    control =
+        std::make_unique<Control>(Controlled{clock, config, events, log, lifecycle, registry, history, loop},
+                                  event_base, options.control);
+  }
+}
+
+void HostServices::stop() {
+  lifecycle.unload();
+  if (strict != nullptr) strict->listRemaining();
+}

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "host/lifecycle/host_product.h"
+
+#include <dlfcn.h>
+#include <errno.h>
+
+#include <cstddef>
+#include <map>
+#include <utility>
+
+#include "binding/context.h"
+#include "host/include/cpp2c_host.h"
+
+HostProduct::HostProduct(IContext* owner, std::vector<std::string> names, ILog& log, Registry& registry)
+    : IProductConfig(owner), names_(std::move(names)), log_(log), registry_(registry) {
+  // They stay where they are, in the order of the names: modules are called in the order of the addresses.
+  participants_.reserve(names_.size());
+}
+
+std::string HostProduct::productName() {
+  return program_invocation_short_name;
+}
+
+void HostProduct::listLibraries() {
+  libraries = {next_};
+}
+
+std::string HostProduct::productVersion() {
+  return "";
+}
+
+int HostProduct::open() {
+  if (!participants_.empty()) return C_RESULT_OK;
+
+  std::vector<IModule*> opened;
+  for (const std::string& name : names_) {
+    IModule* module = openOne(name);
+    if (module == nullptr) {
+      release_modules();
+      return C_RESULT_NOT_FOUND;
+    }
+    opened.push_back(module);
+  }
+  putParticipantsBefore(opened);
+  return C_RESULT_OK;
+}
+
+// One at a time, so that it is known which library a module comes from, and which one yields none.
+IModule* HostProduct::openOne(const std::string& name) {
+  const auto others = modules;
+  next_ = name;
+  dlerror();
+  loadModules();
+  for (const auto& [module, library] : modules) {
+    if (others.count(module) == 0) return module;
+  }
+  logFailure(name);
+  return nullptr;
+}
+
+void HostProduct::logFailure(const std::string& name) {
+  const char* why = dlerror();
+  const std::string text = why != nullptr ? why : name + ": yields no module of its own";
+  log_.record("lifecycle", C_LOG_ERROR, text.c_str());
+}
+
+void HostProduct::putParticipantsBefore(const std::vector<IModule*>& opened) {
+  std::map<IModule*, DllMgr*> before;
+  for (std::size_t i = 0; i < opened.size(); i++) {
+    participants_.emplace_back(names_[i], opened[i], log_, registry_);
+    before.emplace(&participants_[i], modules[opened[i]]);
+  }
+  modules = std::move(before);
+}

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_HOST_LIFECYCLE_HOST_PRODUCT_H
+#define CPP2C_HOST_LIFECYCLE_HOST_PRODUCT_H
+
+#include <string>
+#include <vector>
+
+#include "boot/product_config.h"
+#include "host/lifecycle/participant.h"
+
+class ILog;
+
+// The module libraries that the configuration and the command line name.
+class HostProduct final : public IProductConfig {
+ public:
+  HostProduct(IContext* owner, std::vector<std::string> names, ILog& log, Registry& registry);
+
+  // Opens every library, unless they are open. Logs the first that yields no module, closes the others and
+  // returns a negative code. They stay open as long as this object: what they have registered may still be
+  // called after the last step.
+  int open();
+
+  // One before each module, in the order of the names. None before open().
+  const std::vector<Participant>& participants() const { return participants_; }
+
+  std::string productName() override;
+  void listLibraries() override;
+  std::string productVersion() override;
+
+ private:
+  IModule* openOne(const std::string& name);
+  void logFailure(const std::string& name);
+  void putParticipantsBefore(const std::vector<IModule*>& opened);
+
+  const std::vector<std::string> names_;
+  ILog& log_;
+  Registry& registry_;
+  std::string next_;  // the one that listLibraries() gives
+  std::vector<Participant> participants_;
+};
+
+#endif

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_HOST_LIFECYCLE_PARTICIPANT_H
+#define CPP2C_HOST_LIFECYCLE_PARTICIPANT_H
+
+#include <map>
+#include <string>
+
+#include "boot/module.h"
+#include "host/lifecycle/state.h"
+#include "host/registration/registry.h"
+
+class ILog;
+
+// Stands before a module or the master observer: passes each step on, reports the one that fails, and takes
+// back only what has been done. Every answer that is not negative counts as 0.
+//
+// What it stands before is touched only when a step is passed on.
+class Participant final : public IModule {
+ public:
+  Participant(std::string name, IBootContext* boot, ILog& log, Registry& registry);
+  Participant(Participant&&) = default;
+  Participant(const Participant&) = delete;
+
+  const std::string& name() const { return name_; }
+  State state() const { return state_; }
+
+  int onLoad() override;
+  int onStart() override;
+  int onConfig(std::string name, int arg) override;
+  int onRun() override;
+  int onUnconfig(std::string name, int arg) override;
+  int onStop() override;
+  int onUnload() override;
+  int recvDependence(std::string name) override;  // passed on between loading and unloading
+
+ private:
+  template <typename Function>
+  int advanceTo(State state, const char* operation, Function function);
+  template <typename Function>
+  int fallBackTo(State state, const char* operation, Function function);
+  template <typename Function>
+  int call(const char* operation, Function function);
+  int check(const char* operation, int result);
+
+  const std::string name_;
+  IBootContext* const boot_;
+  ILog& log_;
+  std::map<std::string, Registration> steps_;  // by operation; none where a C module has no function
+  State state_ = State::kIdle;
+};
+
+#endif

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_HOST_LOOP_EVENT_LOOP_H
+#define CPP2C_HOST_LOOP_EVENT_LOOP_H
+
+#include <functional>
+#include <map>
+#include <utility>
+
+#include "binding/context.h"
+#include "host/loop/event_base.h"
+#include "host/registration/registry.h"
+
+// Watches descriptors and calls their handlers. A handler may add and delete any watch, its own too, and is
+// touched only to be called.
+class EventLoop final : public ILoop {
+ public:
+  EventLoop(EventBase& base, Registry& registry);
+
+  // `events` is a mask of c_loop_event. A descriptor that is watched already is watched anew.
+  int addFd(int fd, int events, ILoopData* handler) override;
+  int delFd(int fd) override;
+
+  // Returns after SIGINT, SIGTERM or stop(), when `whenStopped` has returned.
+  int run() override;
+  void stop();
+  void callWhenStopped(std::function<void()> call) { when_stopped_ = std::move(call); }
+
+  int reserved5() override { return 0; }
+
+ private:
+  struct Watch {
+    EventPtr event;
+    ILoopData* handler;
+    bool once;
+    Registration registration;
+  };
+
+  static void onReady(evutil_socket_t fd, short events, void* self);
+  static void onSignal(evutil_socket_t signal, short events, void* self);
+  EventPtr stopOn(int signal);
+
+  EventBase& base_;
+  Registry& registry_;
+  std::map<int, Watch> watches_;
+  std::function<void()> when_stopped_ = [] {};
+  bool running_ = false;
+};
+
+#endif

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_HOST_PROCESS_PROCESSES_H
+#define CPP2C_HOST_PROCESS_PROCESSES_H
+
+class ILog;
+
+// Runs shell commands and waits for their end. Both give the exit status, 128 + N after signal N, or a
+// negative result code.
+class Processes {
+ public:
+  explicit Processes(ILog& log) : log_(log) {}
+
+  int run(const char* command);
+  int runLogged(const char* command);  // writes each line of standard output to the log
+
+ private:
+  ILog& log_;
+};
+
+#endif

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_HOST_REGISTRATION_CALL_HISTORY_H
+#define CPP2C_HOST_REGISTRATION_CALL_HISTORY_H
+
+#include <cstddef>
+#include <deque>
+
+#include "host/registration/registry.h"
+
+// The latest calls, for a timeline. Those of registrations that are gone too.
+class CallHistory {
+ public:
+  explicit CallHistory(Registry& registry, std::size_t length = 10000) : length_(length) {
+    registry.onCalled([this](const Call& call) { add(call); });
+  }
+
+  const std::deque<Call>& calls() const { return calls_; }  // in the order of their ends
+
+ private:
+  void add(const Call& call) {
+    if (calls_.size() == length_) calls_.pop_front();
+    calls_.push_back(call);
+  }
+
+  const std::size_t length_;
+  std::deque<Call> calls_;
+};
+
+#endif

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "host/state/database.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <iterator>
+
+#include "include_c"
+
+namespace {
+
+struct Failure {
+  int sqlite_code;
+  int result;
+  const char* text;
+};
+
+constexpr Failure kFailures[] = {
+    {SQLITE_NOTADB, C_RESULT_PARAM, "is not a database"},
+    {SQLITE_CORRUPT, C_RESULT_PARAM, "is damaged"},
+    {SQLITE_ERROR, C_RESULT_PARAM, "is damaged"},  // a table is missing
+    {SQLITE_BUSY, C_RESULT_SYSTEM_CALL, "is in use by another process"},
+    {SQLITE_CANTOPEN, C_RESULT_SYSTEM_CALL, "it or a file beside it cannot be opened"},
+    {SQLITE_READONLY, C_RESULT_SYSTEM_CALL, "it or its folder cannot be written"},
+    {SQLITE_IOERR, C_RESULT_SYSTEM_CALL, "cannot be read or written"},
+    {SQLITE_FULL, C_RESULT_SYSTEM_CALL, "the disk is full"},
+};
+
+[[noreturn]] void fail(const std::string& file, sqlite3* connection) {
+  const int code = sqlite3_errcode(connection) & 0xff;
+  const auto* known = std::find_if(std::begin(kFailures), std::end(kFailures),
+                                   [&](const Failure& failure) { return failure.sqlite_code == code; });
+  const bool is_known = known != std::end(kFailures);
+  std::string message = file + ": " + (is_known ? known->text : sqlite3_errmsg(connection));
+  if (code == SQLITE_CANTOPEN) message += std::string(": ") + std::strerror(sqlite3_system_errno(connection));
+  throw DatabaseError(is_known ? known->result : C_RESULT_SYSTEM_CALL, message);
+}
+
+}  // namespace
+
+void Database::Close::operator()(sqlite3* connection) const {
+  sqlite3_close(connection);
+}
+
+void Statement::Finalize::operator()(sqlite3_stmt* statement) const {
+  sqlite3_finalize(statement);
+}
+
+// Of an absolute path, SQLite takes no part for a name with a meaning of its own.
+Database::Database(const std::string& file) : file_(file) {
+  sqlite3* connection = nullptr;
+  const std::string path = std::filesystem::absolute(file);
+  const int result = sqlite3_open_v2(path.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr);
+  connection_.reset(connection);
+  if (result != SQLITE_OK) fail(file_, connection);
+}
+
+void Database::execute(const char* sql) {
+  Statement(*this, sql).run();
+}
+
+int Database::number(const char* sql) {
+  Statement statement(*this, sql);
+  return statement.step() ? statement.number(0) : 0;
+}
+
+std::string Database::text(const char* sql) {
+  Statement statement(*this, sql);
+  return statement.step() ? statement.text(0) : "";
+}
+
+bool Database::isReadOnly() const {
+  return sqlite3_db_readonly(connection_.get(), "main") == 1;
+}
+
+void Database::rollBack() noexcept {
+  sqlite3_exec(connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+Statement::Statement(const Database& database, const char* sql) : file_(database.file_) {
+  sqlite3_stmt* statement = nullptr;
+  sqlite3* connection = database.connection_.get();
+  if (sqlite3_prepare_v2(connection, sql, -1, &statement, nullptr) != SQLITE_OK) fail(file_, connection);
+  statement_.reset(statement);
+}
+
+bool Statement::step() {
+  if (sqlite3_step(statement_.get()) == SQLITE_ROW) return true;
+  const int result = sqlite3_reset(statement_.get());  // the step's own, if that has failed
+  if (result != SQLITE_OK) fail(file_, sqlite3_db_handle(statement_.get()));
+  return false;
+}
+
+std::string Statement::text(int column) const {
+  const unsigned char* bytes = sqlite3_column_text(statement_.get(), column);
+  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column));
+  return std::string(bytes, bytes + size);
+}
+
+int Statement::number(int column) const {
+  return sqlite3_column_int(statement_.get(), column);
+}
+
+void Statement::bind(int position, std::string_view text) {
+  if (sqlite3_bind_text64(statement_.get(), position, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8) !=
+      SQLITE_OK) {
+    fail(file_, sqlite3_db_handle(statement_.get()));
+  }
+}
+
+void Statement::bind(int position, int number) {
+  if (sqlite3_bind_int(statement_.get(), position, number) != SQLITE_OK) {
+    fail(file_, sqlite3_db_handle(statement_.get()));
+  }
+}

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "host/state/state_file.h"
+
+#include "binding/context.h"
+#include "host/config/changes.h"
+#include "host/config/tree.h"
+#include "host/include/cpp2c_host.h"
+#include "host/state/lay_over.h"
+#include "host/state/open_state.h"
+#include "include_c"
+
+namespace {
+
+constexpr int kGone = 0;
+constexpr int kPresent = 1;
+
+}  // namespace
+
+StateFile::StateFile(const std::string& file, const std::string& product, ILog& log)
+    : log_(log),
+      database_(openState(file, product)),
+      put_attribute_(database_,
+                     "INSERT INTO attribute VALUES (?, ?) "
+                     "ON CONFLICT DO UPDATE SET value = excluded.value"),
+      put_instance_(database_,
+                    "INSERT INTO instance VALUES (?, ?) "
+                    "ON CONFLICT DO UPDATE SET present = excluded.present"),
+      put_value_(database_,
+                 "INSERT INTO value VALUES (?, ?, ?, ?) "
+                 "ON CONFLICT DO UPDATE SET type = excluded.type, value = excluded.value"),
+      forget_instance_(database_, "DELETE FROM instance WHERE name = ?"),
+      forget_values_(database_, "DELETE FROM value WHERE instance = ?") {}
+
+void StateFile::layOver(Tree& tree) {
+  for (const auto& [number, object] : tree.objects()) {
+    if (!object.dynamic) continue;
+    for (const auto& [instance, values] : object.instances) listed_.insert(instance);
+  }
+  ::layOver(database_, tree, log_);
+}
+
+int StateFile::save(Tree& tree, const Changes& changes) {
+  try {
+    Transaction transaction(database_);
+    write(tree, changes);
+    transaction.commit();
+    return C_RESULT_OK;
+  } catch (const DatabaseError& error) {
+    log_.record("state", C_LOG_ERROR, error.what());
+    return C_RESULT_SYSTEM_CALL;
+  }
+}
+
+void StateFile::write(Tree& tree, const Changes& changes) {
+  for (const std::string& object : changes.attributes()) {
+    put_attribute_.run(object, tree.named(object)->attribute);
+  }
+  for (const auto& [instance, was_saved] : changes.instances()) writeInstance(tree, instance);
+  for (const auto& [instance, leaves] : changes.leaves()) {
+    for (const std::string& leaf : leaves) {
+      const Tree::Place place = tree.find(instance + leaf).value();
+      put_value_.run(instance, leaf, place.leaf->type->name, place.value());
+    }
+  }
+}
+
+void StateFile::writeInstance(Tree& tree, const std::string& instance) {
+  forget_values_.run(instance);
+  const Object& object = *tree.ownerOf(instance);
+  const auto present = object.instances.find(instance);
+  if (present == object.instances.end()) return writeGone(instance);
+
+  put_instance_.run(instance, kPresent);
+  for (const auto& [leaf, value] : present->second) {
+    put_value_.run(instance, leaf, object.leaves.at(leaf).type->name, value);
+  }
+}
+
+// Only of an instance that the configuration would bring back must the file remember that it has gone.
+void StateFile::writeGone(const std::string& instance) {
+  if (listed_.count(instance) != 0) {
+    put_instance_.run(instance, kGone);
+  } else {
+    forget_instance_.run(instance);
+  }
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "host/strict/misuse.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "binding/context.h"
+#include "host/include/cpp2c_host.h"
+#include "host/symbol/caller.h"
+#include "host/symbol/symbol.h"
+#include "util/text.h"
+
+void Misuse::report(const std::string& what) const {
+  log_.record("strict", C_LOG_WARNING, what.c_str());
+  if (!fatal_) return;
+  std::fprintf(stderr, "strict: %s\n", util::oneLine(what).c_str());
+  std::abort();  // a debugger stops here, and a core file shows the way
+}
+
+void Misuse::reportCall(const std::string& what) const {
+  reportCall(what, callerOfTheContext());
+}
+
+void Misuse::reportCall(const std::string& what, const void* caller) const {
+  report(caller != nullptr ? what + ", called by " + textOf(symbolAt(caller)) : what);
+}

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "host/symbol/caller.h"
+
+#include <dlfcn.h>
+#include <execinfo.h>
+
+#include "include_c"
+
+namespace {
+
+constexpr int kMostFrames = 32;
+
+const void* libraryOf(const void* address) {
+  Dl_info info{};
+  return dladdr(address, &info) != 0 ? info.dli_fbase : nullptr;
+}
+
+template <typename Function>
+const void* libraryWith(Function* function) {
+  return libraryOf(reinterpret_cast<const void*>(function));
+}
+
+}  // namespace
+
+const void* callerOfTheContext() {
+  const void* const context = libraryWith(&callerOfTheContext);
+  const void* const library = libraryWith(&c_loop_run);
+  void* frames[kMostFrames];
+  const int count = backtrace(frames, kMostFrames);
+  bool inside = false;  // a sanitizer's own frames come before ours
+  for (int i = 0; i < count; i++) {
+    // A frame has the address behind its call, which may be in the next line or function.
+    const void* call = static_cast<const char*>(frames[i]) - 1;
+    const void* place = libraryOf(call);
+    const bool ours = place == context || place == library;
+    if (inside && !ours) return call;
+    inside = ours;
+  }
+  return nullptr;
+}

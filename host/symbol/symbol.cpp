@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "host/symbol/symbol.h"
+
+#include <cxxabi.h>
+#include <dlfcn.h>
+#include <elfutils/libdwfl.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <memory>
+
+namespace {
+
+struct EndDwfl {
+  void operator()(Dwfl* dwfl) const { dwfl_end(dwfl); }
+};
+
+std::string baseName(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+std::string hexadecimal(const void* address) {
+  char text[2 + 2 * sizeof address + 1];
+  std::snprintf(text, sizeof text, "%p", address);
+  return text;
+}
+
+std::string functionName(const char* symbol) {
+  // Anything else would be read as a type: "i" is int, but also a C function's name.
+  return std::strncmp(symbol, "_Z", 2) == 0 ? typeName(symbol) : symbol;
+}
+
+// What the loader knows: the library, and the function if its name is exported.
+Symbol loaderSymbol(const void* address) {
+  Symbol symbol;
+  Dl_info info{};
+  if (dladdr(address, &info) == 0) return symbol;
+  if (info.dli_fname != nullptr) symbol.library = info.dli_fname;
+  if (info.dli_sname != nullptr) symbol.name = functionName(info.dli_sname);
+  return symbol;
+}
+
+// This process with all that is loaded now. Made anew for each question: libraries come and go.
+std::unique_ptr<Dwfl, EndDwfl> openProcess() {
+  // Only files of this machine are looked at: libdw's standard way may ask a server.
+  static char* no_path = nullptr;
+  static const Dwfl_Callbacks callbacks = {dwfl_linux_proc_find_elf, dwfl_build_id_find_debuginfo, nullptr,
+                                           &no_path};
+  std::unique_ptr<Dwfl, EndDwfl> dwfl(dwfl_begin(&callbacks));
+  if (dwfl == nullptr || dwfl_linux_proc_report(dwfl.get(), getpid()) != 0 ||
+      dwfl_report_end(dwfl.get(), nullptr, nullptr) != 0) {
+    return nullptr;
+  }
+  return dwfl;
+}
+
+// Compilation units are asked one by one: not all compilers leave an index of them.
+std::string lineAt(Dwfl_Module* module, Dwarf_Addr address) {
+  Dwarf_Addr bias = 0;
+  for (Dwarf_Die* unit = nullptr; (unit = dwfl_module_nextcu(module, unit, &bias)) != nullptr;) {
+    if (dwarf_haspc(unit, address - bias) != 1) continue;
+    Dwarf_Line* line = dwarf_getsrc_die(unit, address - bias);
+    const char* file = dwarf_linesrc(line, nullptr, nullptr);
+    int number = 0;
+    if (file != nullptr && dwarf_lineno(line, &number) == 0)
+      return baseName(file) + ':' + std::to_string(number);
+  }
+  return {};
+}
+
+// What the symbol table and the debug information know beyond that.
+void addDebugSymbol(const void* address, Symbol& symbol) {
+  const auto dwfl = openProcess();
+  if (dwfl == nullptr) return;
+  const auto place = static_cast<Dwarf_Addr>(reinterpret_cast<std::uintptr_t>(address));
+  Dwfl_Module* module = dwfl_addrmodule(dwfl.get(), place);
+  if (module == nullptr) return;
+  if (const char* name = dwfl_module_addrname(module, place)) symbol.name = functionName(name);
+  symbol.location = lineAt(module, place);
+}
+
+Symbol findSymbol(const void* address) {
+  Symbol symbol = loaderSymbol(address);
+  addDebugSymbol(address, symbol);
+  if (symbol.name.empty()) symbol.name = hexadecimal(address);
+  if (symbol.location.empty()) symbol.location = baseName(symbol.library);
+  return symbol;
+}
+
+}  // namespace
+
+const Symbol& symbolAt(const void* address) {
+  static std::map<const void*, Symbol> known;
+  const std::string library = libraryAt(address);
+  const auto symbol = known.find(address);
+  if (symbol != known.end() && (library.empty() || library == symbol->second.library)) return symbol->second;
+  return known.insert_or_assign(address, findSymbol(address)).first->second;
+}
+
+std::string libraryAt(const void* address) {
+  return loaderSymbol(address).library;
+}
+
+std::string textOf(const Symbol& symbol) {
+  return symbol.location.empty() ? symbol.name : symbol.name + " (" + symbol.location + ')';
+}
+
+std::string typeName(const char* mangled) {
+  int status = 0;
+  const std::unique_ptr<char, decltype(&std::free)> text(
+      abi::__cxa_demangle(mangled, nullptr, nullptr, &status), std::free);
+  return text != nullptr ? text.get() : mangled;
+}

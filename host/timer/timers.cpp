@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "host/timer/timers.h"
+
+#include <algorithm>
+#include <chrono>
+#include <climits>
+#include <string>
+#include <utility>
+
+#include "binding/handlers.h"
+#include "include_c"
+
+using std::chrono::milliseconds;
+
+namespace {
+
+// What the timer is set to, for whoever looks at the registrations.
+std::string keyOf(int first, int period) {
+  const std::string once = "after " + std::to_string(first) + " ms";
+  return period == 0 ? once : once + ", every " + std::to_string(period) + " ms";
+}
+
+}  // namespace
+
+Timers::Timers(Deadlines& deadlines, const Clock& clock, Registry& registry)
+    : deadlines_(deadlines), clock_(clock), registry_(registry) {}
+
+int Timers::set(int first, int zero, int period, ITimer* timer) {
+  if (zero != 0 || period < 0 || timer == nullptr) return C_RESULT_PARAM;
+
+  disarm(timer);
+  if (first < 0) return C_RESULT_OK;
+  const Deadlines::Deadline next = deadlines_.in(milliseconds(first));
+  armed_.emplace(timer, Armed{next, milliseconds(period),
+                              registry_.add(Kind::kTimer, keyOf(first, period), calleeOf(*timer))});
+  arm(timer, next);
+  return C_RESULT_OK;
+}
+
+void Timers::arm(ITimer* timer, const Deadlines::Deadline& next) {
+  deadlines_.add(next, [this, timer] { expire(timer); });
+}
+
+void Timers::disarm(ITimer* timer) {
+  auto armed = armed_.find(timer);
+  if (armed == armed_.end()) return;
+  deadlines_.remove(armed->second.next);
+  armed_.erase(armed);
+}
+
+// The next expiry comes from the one before, not from now, so that lateness does not add up.
+int Timers::countExpiries(Armed& armed) const {
+  Clock::TimePoint& next = armed.next.first;
+  const auto count = 1 + (clock_.now() - next) / armed.period;
+  next = clock_.later(next, count * armed.period);
+  return static_cast<int>(std::min<decltype(count)>(count, INT_MAX));
+}
+
+// The call may arm the timer anew or disarm it, so everything here is done before it.
+void Timers::expire(ITimer* timer) {
+  Armed& armed = armed_.at(timer);
+  if (armed.period == Clock::Duration::zero()) {
+    const Registration last = std::move(armed.registration);
+    armed_.erase(timer);
+    last.call([timer] { return timer->timeArrive(1); });
+    return;
+  }
+  const int count = countExpiries(armed);
+  arm(timer, armed.next);
+  armed.registration.call([timer, count] { return timer->timeArrive(count); });
+}

@@ -69,7 +69,7 @@ class FullState {
 
   ConfigService configOver(StateFile& state) {
     Tree laid_over = tree();
-    state.layOver(laid_over);
+    state.restore(laid_over);
     return ConfigService(std::move(laid_over), registry_, [&state](Tree& changed, const Changes& changes) {
       return state.save(changed, changes);
     });
@@ -90,7 +90,7 @@ void start(benchmark::State& run) {
     Tree tree = full.tree();
     run.ResumeTiming();
     StateFile state(full.file(), "benchmark", full.log());
-    state.layOver(tree);
+    state.restore(tree);
     if (tree.find("Device.Rows.0.Leaf1")->value() != "value 1") run.SkipWithError("nothing laid over");
   }
 }

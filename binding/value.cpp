@@ -39,7 +39,7 @@ int openLeaf(const char* fullname, const char* type, const void* data, unsigned 
   // always been reported with this text and this code.
   leaf.node = {leaf.cfm->getNode(fullname), ReleaseNode{leaf.cfm}};
   if (leaf.node == nullptr) return refuse(C_RESULT_NOT_INIT, "malloc memory failed!");
-  if (leaf.node->getType() != type) return refuse(C_RESULT_PARAM, "data type error!");
+  if (leaf.node->getType() != type) return refuse(C_RESULT_PARAM, kTypeMismatch);
   return C_RESULT_OK;
 }
 

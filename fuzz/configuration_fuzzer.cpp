@@ -6,12 +6,14 @@
 #include <string>
 #include <utility>
 
-#include "host/config/configuration.h"
+#include "fuzz/harness.h"
 #include "host/config/name.h"
 #include "host/config/tree.h"
-#include "host/start_error.h"
-#include "fuzz/harness.h"
+#include "host/start/configuration_file.h"
 #include "include_c"
+#include "util/error.h"
+
+using namespace host;
 
 namespace {
 
@@ -46,7 +48,7 @@ void checkTree(Tree tree, std::size_t objects) {
   }
 }
 
-void checkMessage(const StartError& error) {
+void checkMessage(const util::Error& error) {
   require(error.code() == C_RESULT_PARAM, "what is refused is a parameter");
   require(std::strncmp(error.what(), kSource, std::strlen(kSource)) == 0, "a message names its source");
 }
@@ -60,7 +62,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     for (const Object& object : configuration.objects) checkObject(object);
     const std::size_t objects = configuration.objects.size();
     checkTree(Tree(std::move(configuration.objects)), objects);
-  } catch (const StartError& error) {
+  } catch (const util::Error& error) {
     checkMessage(error);
   }
   return 0;

@@ -12,9 +12,9 @@
 #include <cstdint>
 #include <string>
 
+#include "fuzz/harness.h"
 #include "host/clock/clock.h"
 #include "host/config/config_service.h"
-#include "host/config/configuration.h"
 #include "host/control/control.h"
 #include "host/event/event_service.h"
 #include "host/heartbeat/heartbeat.h"
@@ -25,7 +25,9 @@
 #include "host/loop/event_loop.h"
 #include "host/registration/call_history.h"
 #include "host/registration/registry.h"
-#include "fuzz/harness.h"
+#include "host/start/configuration_file.h"
+
+using namespace host;
 
 namespace {
 
@@ -85,7 +87,8 @@ class Client {
 struct Service {
   explicit Service(const std::string& path)
       : config(Tree(parseConfiguration(kConfiguration, "fuzz").objects), registry),
-        control(Controlled{clock, config, events, log, lifecycle, registry, history, loop}, base, path) {}
+        control(ControlledServices{clock, config, events, log, lifecycle, registry, history, loop}, base,
+                path) {}
 
   Clock clock;
   LogService log{C_LOG_DEBUG, "/dev/null", clock};

@@ -6,10 +6,12 @@
 #include <string>
 #include <variant>
 
-#include "host/script/script.h"
-#include "host/start_error.h"
 #include "fuzz/harness.h"
+#include "host/script/script.h"
 #include "include_c"
+#include "util/error.h"
+
+using namespace host;
 
 namespace {
 
@@ -41,7 +43,7 @@ void checkStep(const Step& step) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {
     for (const Step& step : parseScript(std::string(data, data + size), kSource)) checkStep(step);
-  } catch (const StartError& error) {
+  } catch (const util::Error& error) {
     require(error.code() == C_RESULT_PARAM, "what is refused is a parameter");
     require(std::strncmp(error.what(), kSource, std::strlen(kSource)) == 0, "a message names its source");
   }

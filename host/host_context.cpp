@@ -7,14 +7,15 @@
 #include <string>
 #include <utility>
 
-#include "host/config/configuration.h"
 #include "host/guard/guard.h"
 #include "host/host_services.h"
-#include "host/options/options.h"
-#include "host/start_error.h"
+#include "host/start/configuration_file.h"
+#include "host/start/options.h"
 #include "include_c"
+#include "util/error.h"
 #include "util/text.h"
 
+namespace host {
 namespace {
 
 constexpr int kOk = C_RESULT_OK;
@@ -52,12 +53,12 @@ HostContext::~HostContext() {
 int HostContext::init(std::uintptr_t argc, std::uintptr_t argv) {
   try {
     if (services_ != nullptr) {
-      throw StartError(C_RESULT_REDUNDANT, "the context has been initialised already");
+      throw util::Error(C_RESULT_REDUNDANT, "the context has been initialised already");
     }
     const Options options = readOptions(static_cast<int>(argc), pointerOf(argv));
     services_ = std::make_unique<HostServices>(this, options, configurationFor(options));
     return C_RESULT_OK;
-  } catch (const StartError& error) {
+  } catch (const util::Error& error) {
     std::fprintf(stderr, "%s\n", util::oneLine(error.what()).c_str());
     return error.code();
   }
@@ -131,3 +132,5 @@ int HostContext::notifyDepends(std::string name) {
     return kOk;
   });
 }
+
+}  // namespace host

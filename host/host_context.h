@@ -7,6 +7,8 @@
 
 #include "binding/context.h"
 
+namespace host {
+
 struct HostServices;
 
 // The context on a Linux machine. Its services exist once init() has succeeded; before, there are none, and
@@ -49,5 +51,7 @@ class HostContext final : public IContext {
  private:
   std::unique_ptr<HostServices> services_;
 };
+
+}  // namespace host
 
 #endif

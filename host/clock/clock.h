@@ -3,6 +3,9 @@
 #define CPP2C_HOST_CLOCK_CLOCK_H
 
 #include <chrono>
+#include <string>
+
+namespace host {
 
 // The time by which the loop's deadlines and the log go: the machine's, or a virtual one, which stands still
 // until it is sent to the next deadline.
@@ -35,5 +38,10 @@ class Clock {
   const std::chrono::system_clock::time_point wall_start_;
   TimePoint virtual_now_;
 };
+
+// ISO 8601 in UTC with milliseconds: "2026-01-31T12:00:00.250Z".
+std::string isoTime(std::chrono::system_clock::time_point time);
+
+}  // namespace host
 
 #endif

@@ -6,6 +6,8 @@
 #include <set>
 #include <string>
 
+namespace host {
+
 // What of a tree has changed since it was last saved. It keeps names only: the values are those of the tree.
 class Changes {
  public:
@@ -32,5 +34,7 @@ class Changes {
   std::map<std::string, bool> instances_;
   std::map<std::string, std::set<std::string>> leaves_;
 };
+
+}  // namespace host
 
 #endif

@@ -10,6 +10,7 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 
+namespace host {
 namespace {
 
 bool isOption(int option) {
@@ -42,7 +43,8 @@ int ConfigService::registObserver(int number, ICfmObserver* observer) {
   if (observer == nullptr) return C_RESULT_PARAM;
   const Object* object = tree_.find(number);
   if (object == nullptr) return C_RESULT_NOT_FOUND;
-  observers_.add(number, observer, registry_.add(Kind::kChange, object->name, calleeOf(*observer)));
+  observers_.add(number, observer,
+                 registry_.add(RegistrationKind::kChange, object->name, calleeOf(*observer)));
   return C_RESULT_OK;
 }
 
@@ -54,7 +56,8 @@ int ConfigService::registDataProvider(int number, IDyncDataProvider* provider) {
   if (provider == nullptr) return C_RESULT_PARAM;
   const Object* object = tree_.find(number);
   if (object == nullptr) return C_RESULT_NOT_FOUND;
-  providers_[number] = {provider, registry_.add(Kind::kProvider, object->name, calleeOf(*provider))};
+  providers_[number] = {provider,
+                        registry_.add(RegistrationKind::kProvider, object->name, calleeOf(*provider))};
   return C_RESULT_OK;
 }
 
@@ -155,3 +158,5 @@ void ConfigService::notify(const Object& object, const std::string& instance, in
     return observer.update(object.number, instance, operation, leaf);
   });
 }
+
+}  // namespace host

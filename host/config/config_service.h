@@ -9,11 +9,11 @@
 
 #include "binding/context.h"
 #include "host/config/changes.h"
-#include "host/config/config_node.h"
-#include "host/config/instance_iterator.h"
+#include "host/config/loans.h"
 #include "host/config/tree.h"
-#include "host/loans.h"
 #include "host/registration/observer_list.h"
+
+namespace host {
 
 // The configuration tree as its users see it: with checked writes, observers and computed values. Observers
 // and providers may call every operation. Numbers are those of objects.
@@ -68,7 +68,7 @@ class ConfigService final : public ICfm {
 
   struct Provider {
     IDyncDataProvider* provider;
-    Registration registration;
+    RegistrationHandle registration;
   };
 
   Tree tree_;
@@ -81,5 +81,7 @@ class ConfigService final : public ICfm {
   Loans<ICfmIterator> iterators_;
   std::function<void(const Change&)> on_change_ = [](const Change&) {};
 };
+
+}  // namespace host
 
 #endif

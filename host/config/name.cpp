@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+namespace host {
 namespace {
 
 // The length of the parent's name.
@@ -36,3 +37,5 @@ bool isObjectName(const std::string& text) {
 std::string parentName(const std::string& name) {
   return name.substr(0, parentLength(name));
 }
+
+}  // namespace host

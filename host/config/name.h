@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace host {
+
 // Whether the text can be one component: not empty, no ".", no white space, no control character.
 bool isComponent(const std::string& text);
 
@@ -14,5 +16,7 @@ bool isObjectName(const std::string& text);
 
 // Everything up to the last "." that has a component behind it: "A." for "A.B" and for "A.B."; else "".
 std::string parentName(const std::string& name);
+
+}  // namespace host
 
 #endif

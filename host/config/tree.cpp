@@ -5,6 +5,8 @@
 
 #include "host/config/name.h"
 
+namespace host {
+
 const std::string& Tree::Place::value() const {
   if (values == nullptr) return leaf->default_value;
   auto value = values->find(leaf_name);
@@ -51,3 +53,5 @@ std::optional<Tree::Place> Tree::find(const std::string& fullname) {
   Values* existing = values != object->instances.end() ? &values->second : nullptr;
   return Place{object, std::move(instance), std::move(leaf_name), &leaf->second, existing};
 }
+
+}  // namespace host

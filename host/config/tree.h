@@ -2,12 +2,33 @@
 #ifndef CPP2C_HOST_CONFIG_TREE_H
 #define CPP2C_HOST_CONFIG_TREE_H
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "host/config/object.h"
+#include "host/config/value_type.h"
+
+namespace host {
+
+struct Leaf {
+  const ValueType* type;
+  std::string default_value;
+  bool computed = false;  // read from the object's data provider
+};
+
+using Values = std::map<std::string, std::string>;  // by leaf; a leaf without one has its default
+
+// One numbered object of the configuration tree. With a single instance, that bears the object's own name.
+struct Object {
+  int number = 0;
+  std::string name;
+  std::int32_t attribute = 0;
+  bool dynamic = false;  // instances come and go at run time
+  std::map<std::string, Leaf> leaves;
+  std::map<std::string, Values> instances;  // by full name
+};
 
 // The objects of the configuration, found by number and by name. It checks no values and tells nobody.
 class Tree {
@@ -36,5 +57,7 @@ class Tree {
   std::map<int, Object> objects_;
   std::map<std::string, Object*> by_name_;
 };
+
+}  // namespace host
 
 #endif

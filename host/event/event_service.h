@@ -9,6 +9,8 @@
 #include "binding/context.h"
 #include "host/registration/observer_list.h"
 
+namespace host {
+
 // Hands each event to its observers, in order of registration, before notify() returns. An observer may
 // register, unregister and notify meanwhile.
 class EventService final : public IEvent {
@@ -34,5 +36,7 @@ class EventService final : public IEvent {
   ObserverList<std::string, IEventObserver> observers_;
   std::function<void(const Event&)> on_event_ = [](const Event&) {};
 };
+
+}  // namespace host
 
 #endif

@@ -9,6 +9,8 @@
 
 #include "host/guard/operation.h"
 
+namespace host {
+
 // An operation with those of its arguments that checks look at: which leaf, event or command, and what text.
 struct OperationCall {
   OperationCall(Operation what, std::string_view of = {}, std::string_view with = {})
@@ -68,5 +70,7 @@ class Guard {
 
   std::vector<IOperationCheck*> checks_;
 };
+
+}  // namespace host
 
 #endif

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
+namespace host {
 namespace {
 
 enum Nature { kPlain, kAnswersObject, kTakesBack };
@@ -76,3 +77,5 @@ bool answersObject(Operation operation) {
 bool takesBack(Operation operation) {
   return describe(operation).nature == kTakesBack;
 }
+
+}  // namespace host

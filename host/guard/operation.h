@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+namespace host {
+
 // Every operation of the context and of its services that a program may call once there is a context.
 enum class Operation {
   // of the context
@@ -60,5 +62,7 @@ bool answersObject(Operation operation);
 // Whether the operation ends a registration or a loan. Its caller then deletes what it had registered, or
 // uses it no more, whatever the answer is.
 bool takesBack(Operation operation);
+
+}  // namespace host
 
 #endif

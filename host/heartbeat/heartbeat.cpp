@@ -4,6 +4,8 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 
+namespace host {
+
 using std::chrono::milliseconds;
 
 Heartbeat::Heartbeat(ILog& log, milliseconds limit, TimePoint (*now)())
@@ -33,3 +35,5 @@ void Heartbeat::check(const Reading& before, const Reading& after,
   const std::string text = "the callback " + callback() + " held the loop for " + std::to_string(ms) + " ms";
   log_.record("heartbeat", C_LOG_WARNING, text.c_str());
 }
+
+}  // namespace host

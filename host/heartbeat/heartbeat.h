@@ -8,6 +8,8 @@
 
 #include "binding/context.h"
 
+namespace host {
+
 // Reports each callback that holds the loop longer than a limit. The time in which it is locked does not
 // count.
 class Heartbeat final : public IHeartbeat {
@@ -45,5 +47,7 @@ class Heartbeat final : public IHeartbeat {
   TimePoint locked_at_;
   TimePoint::duration locked_time_{0};
 };
+
+}  // namespace host
 
 #endif

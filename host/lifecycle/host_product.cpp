@@ -11,6 +11,8 @@
 #include "binding/context.h"
 #include "host/include/cpp2c_host.h"
 
+namespace host {
+
 HostProduct::HostProduct(IContext* owner, std::vector<std::string> names, ILog& log, Registry& registry)
     : IProductConfig(owner), names_(std::move(names)), log_(log), registry_(registry) {
   // They stay where they are, in the order of the names: modules are called in the order of the addresses.
@@ -72,3 +74,5 @@ void HostProduct::putParticipantsBefore(const std::vector<IModule*>& opened) {
   }
   modules = std::move(before);
 }
+
+}  // namespace host

@@ -10,6 +10,8 @@
 
 class ILog;
 
+namespace host {
+
 // The module libraries that the configuration and the command line name.
 class HostProduct final : public IProductConfig {
  public:
@@ -38,5 +40,7 @@ class HostProduct final : public IProductConfig {
   std::string next_;  // the one that listLibraries() gives
   std::vector<Participant> participants_;
 };
+
+}  // namespace host
 
 #endif

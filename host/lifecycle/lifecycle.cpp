@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+namespace host {
 namespace {
 
 struct Step {
@@ -79,3 +80,5 @@ void Lifecycle::unload() {
 void Lifecycle::notifyDepends(const std::string& name) {
   for (const Member& member : members()) member.boot->recvDependence(name);
 }
+
+}  // namespace host

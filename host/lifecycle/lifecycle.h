@@ -15,6 +15,8 @@ class IBootContext;
 class IContext;
 class ILog;
 
+namespace host {
+
 // Takes the product's modules, then the master observer through their steps, and back again in reverse order.
 // They are touched only inside the operations here: the master observer may be deleted before this.
 class Lifecycle {
@@ -55,5 +57,7 @@ class Lifecycle {
   bool loaded_ = false;
   State state_ = State::kIdle;
 };
+
+}  // namespace host
 
 #endif

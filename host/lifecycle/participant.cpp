@@ -6,6 +6,7 @@
 #include "binding/context.h"
 #include "host/include/cpp2c_host.h"
 
+namespace host {
 namespace {
 
 constexpr const char* kOperations[] = {"onLoad",     "onStart", "onConfig", "onRun",
@@ -18,7 +19,7 @@ Participant::Participant(std::string name, IBootContext* boot, ILog& log, Regist
   for (const char* operation : kOperations) {
     const Callee callee = calleeOf(*boot, operation);
     if (callee.isNobody()) continue;
-    steps_.emplace(operation, registry.add(Kind::kModule, name_ + ' ' + operation, callee));
+    steps_.emplace(operation, registry.add(RegistrationKind::kModule, name_ + ' ' + operation, callee));
   }
 }
 
@@ -81,3 +82,5 @@ int Participant::recvDependence(std::string name) {
   if (state_ == State::kIdle) return C_RESULT_OK;
   return call("recvDependence", [&] { return boot_->recvDependence(name); });
 }
+
+}  // namespace host

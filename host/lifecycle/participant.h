@@ -6,10 +6,20 @@
 #include <string>
 
 #include "boot/module.h"
-#include "host/lifecycle/state.h"
 #include "host/registration/registry.h"
 
 class ILog;
+
+namespace host {
+
+// How far a participant has come.
+enum class State { kIdle, kLoaded, kStarted, kConfigured, kRunning };
+
+// "idle", "loaded", "started", "configured" or "running".
+inline const char* nameOf(State state) {
+  static constexpr const char* kNames[] = {"idle", "loaded", "started", "configured", "running"};
+  return kNames[static_cast<int>(state)];
+}
 
 // Stands before a module or the master observer: passes each step on, reports the one that fails, and takes
 // back only what has been done. Every answer that is not negative counts as 0.
@@ -45,8 +55,10 @@ class Participant final : public IModule {
   const std::string name_;
   IBootContext* const boot_;
   ILog& log_;
-  std::map<std::string, Registration> steps_;  // by operation; none where a C module has no function
+  std::map<std::string, RegistrationHandle> steps_;  // by operation; none where a C module has no function
   State state_ = State::kIdle;
 };
+
+}  // namespace host
 
 #endif

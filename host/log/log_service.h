@@ -12,13 +12,30 @@
 namespace spdlog {
 class logger;
 }
+
+namespace host {
+
 class Clock;
+
+struct LogLevel {
+  const char* name;
+  int number;  // a c_log_level: the smaller, the more urgent
+};
+
+// Null if there is no level of that name.
+const LogLevel* findLogLevel(const std::string& name);
+
+// The least urgent level that is at least as urgent as `number`; the most urgent one for any smaller number.
+const LogLevel& nearestLogLevel(int number);
+
+// All names, the most urgent first, separated by ", ".
+std::string logLevelNames();
 
 // Writes records and diagnostics, each as one line: time by the clock, level, module, text.
 class LogService final : public ILog {
  public:
   // Shows records up to `level`. Appends to `file`, or writes to standard error if that is empty. Throws
-  // StartError if the file cannot be opened.
+  // util::Error if the file cannot be opened.
   LogService(int level, const std::string& file, const Clock& clock);
   ~LogService() override;
 
@@ -45,5 +62,7 @@ class LogService final : public ILog {
   std::function<void(const Line&)> on_line_ = [](const Line&) {};
   std::unique_ptr<spdlog::logger> logger_;
 };
+
+}  // namespace host
 
 #endif

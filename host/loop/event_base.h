@@ -4,9 +4,12 @@
 
 #include <event2/event.h>
 
+#include <chrono>
 #include <memory>
 
 class ILog;
+
+namespace host {
 
 // The one libevent loop. Everything that waits, waits here.
 class EventBase {
@@ -36,5 +39,13 @@ struct FreeEvent {
   void operator()(event* waiting) const { event_free(waiting); }
 };
 using EventPtr = std::unique_ptr<event, FreeEvent>;
+
+// Rounded up to a microsecond, so that a wait is never too short.
+timeval timevalOf(std::chrono::nanoseconds duration);
+
+// Calls a function on the loop every `period` for as long as the event exists. Throws util::Error.
+EventPtr callEvery(EventBase& base, std::chrono::milliseconds period, event_callback_fn call, void* argument);
+
+}  // namespace host
 
 #endif

@@ -11,6 +11,7 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 
+namespace host {
 namespace {
 
 static_assert(C_LOOP_READ == EV_READ && C_LOOP_WRITE == EV_WRITE && C_LOOP_PERSIST == EV_PERSIST &&
@@ -51,7 +52,7 @@ int EventLoop::addFd(int fd, int events, ILoopData* handler) {
   if (event == nullptr) return C_RESULT_NO_MEMORY;
   if (event_add(event.get(), nullptr) != 0) return C_RESULT_SYSTEM_CALL;
   watches_.emplace(fd, Watch{std::move(event), handler, once,
-                             registry_.add(Kind::kFd, std::to_string(fd), calleeOf(*handler))});
+                             registry_.add(RegistrationKind::kFd, std::to_string(fd), calleeOf(*handler))});
   return C_RESULT_OK;
 }
 
@@ -103,3 +104,5 @@ int EventLoop::run() {
 void EventLoop::stop() {
   event_base_loopbreak(base_.get());
 }
+
+}  // namespace host

@@ -10,6 +10,8 @@
 #include "host/loop/event_base.h"
 #include "host/registration/registry.h"
 
+namespace host {
+
 // Watches descriptors and calls their handlers. A handler may add and delete any watch, its own too, and is
 // touched only to be called.
 class EventLoop final : public ILoop {
@@ -32,7 +34,7 @@ class EventLoop final : public ILoop {
     EventPtr event;
     ILoopData* handler;
     bool once;
-    Registration registration;
+    RegistrationHandle registration;
   };
 
   static void onReady(evutil_socket_t fd, short events, void* self);
@@ -45,5 +47,7 @@ class EventLoop final : public ILoop {
   std::function<void()> when_stopped_ = [] {};
   bool running_ = false;
 };
+
+}  // namespace host
 
 #endif

@@ -13,6 +13,7 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 
+namespace host {
 namespace {
 
 // What this program has printed comes before what the command prints.
@@ -78,3 +79,5 @@ int Processes::runLogged(const char* command) {
   const int status = pclose(output);
   return status >= 0 ? exitStatus(status) : static_cast<int>(C_RESULT_SYSTEM_CALL);
 }
+
+}  // namespace host

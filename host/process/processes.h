@@ -4,6 +4,8 @@
 
 class ILog;
 
+namespace host {
+
 // Runs shell commands and waits for their end. Both give the exit status, 128 + N after signal N, or a
 // negative result code.
 class Processes {
@@ -16,5 +18,7 @@ class Processes {
  private:
   ILog& log_;
 };
+
+}  // namespace host
 
 #endif

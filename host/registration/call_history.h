@@ -7,6 +7,8 @@
 
 #include "host/registration/registry.h"
 
+namespace host {
+
 // The latest calls, for a timeline. Those of registrations that are gone too.
 class CallHistory {
  public:
@@ -25,5 +27,7 @@ class CallHistory {
   const std::size_t length_;
   std::deque<Call> calls_;
 };
+
+}  // namespace host
 
 #endif

@@ -16,6 +16,7 @@
 #include "boot/master_observer.h"
 #include "host/symbol/symbol.h"
 
+namespace host {
 namespace {
 
 // The library does not export the types of its adapters, so they are told by name.
@@ -89,3 +90,5 @@ Symbol symbolOf(const Callee& callee) {
   if (callee.function != nullptr) return symbolAt(callee.function);
   return {callee.type != nullptr ? typeName(callee.type) : "nobody", "", ""};
 }
+
+}  // namespace host

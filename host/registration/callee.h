@@ -10,6 +10,9 @@ class IDyncDataProvider;
 class IEventObserver;
 class ILoopData;
 class ITimer;
+
+namespace host {
+
 struct Symbol;
 
 // Whom a callback reaches: a C function with its user pointer, or an observer written in C++.
@@ -33,5 +36,7 @@ Callee calleeOf(const IBootContext& participant, const std::string& operation);
 
 // A C function with its place, a type with its name alone.
 Symbol symbolOf(const Callee& callee);
+
+}  // namespace host
 
 #endif

@@ -10,11 +10,13 @@
 
 #include "host/registration/registry.h"
 
+namespace host {
+
 // Who observes what, in order of registration. Observers are neither owned nor touched outside notify().
 template <typename Topic, typename Observer>
 class ObserverList {
  public:
-  void add(Topic topic, Observer* observer, Registration registration) {
+  void add(Topic topic, Observer* observer, RegistrationHandle registration) {
     entries_.emplace(next_serial_++, Entry{std::move(topic), observer, std::move(registration)});
   }
 
@@ -46,7 +48,7 @@ class ObserverList {
   struct Entry {
     Topic topic;
     Observer* observer;
-    Registration registration;
+    RegistrationHandle registration;
   };
 
   std::vector<Serial> serialsOf(const Topic& topic) const {
@@ -60,5 +62,7 @@ class ObserverList {
   Serial next_serial_ = 0;
   std::map<Serial, Entry> entries_;
 };
+
+}  // namespace host
 
 #endif

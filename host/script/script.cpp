@@ -4,65 +4,72 @@
 #include <optional>
 
 #include "host/json/document.h"
-#include "host/json/read_file.h"
 #include "util/text.h"
+
+namespace host {
 
 using std::chrono::milliseconds;
 
 namespace {
 
-Operation readOperation(const Item& item) {
-  const std::string name = item.text();
+Operation readOperation(const JsonValue& item) {
+  const std::string name = item.string();
   const auto operation = findOperation(name);
-  if (!operation) item.fail(util::quoted(name) + " is not an operation");
+  if (!operation) item.fail("unknown operation " + util::quoted(name));
   return *operation;
 }
 
-void refuseMembers(const Item& item, std::initializer_list<const char*> names, const char* owner) {
+void refuseMembers(const JsonValue& item, std::initializer_list<const char*> names, const char* owner) {
   for (const char* name : names) {
-    if (auto member = item.member(name)) member->fail("belongs to " + util::quoted(owner));
+    if (auto member = item.member(name)) member->fail("is only for a step with " + util::quoted(owner));
   }
 }
 
-AtCall readCall(const Item& step, const Item& call) {
+AtCall readCall(const JsonValue& step, const JsonValue& call) {
   AtCall when{readOperation(call), step.required("nth").integerFrom(1), 1};
   if (auto times = step.member("times")) when.times = times->integerFrom(1);
   return when;
 }
 
-When readWhen(const Item& step) {
-  const auto at = step.member("at");
+// "at" is the older name of "atMs"; files that use it stay valid.
+When readWhen(const JsonValue& step) {
+  auto at = step.member("atMs");
+  if (const auto older = step.member("at")) {
+    if (at) older->fail("is another name of \"atMs\"");
+    at.emplace(*older);
+  }
   const auto call = step.member("call");
-  if (at.has_value() == call.has_value()) step.fail("needs either \"at\" or \"call\"");
+  if (at.has_value() == call.has_value()) step.fail("needs either \"atMs\" or \"call\"");
   if (call) return readCall(step, *call);
   refuseMembers(step, {"nth", "times", "answer"}, "call");
   return AtTime{milliseconds(at->integerFrom(0))};
 }
 
-What readSet(const Item& /*step*/, const Item& set, const When& /*when*/) {
+What readSet(const JsonValue& /*step*/, const JsonValue& set, const When& /*when*/) {
   SetValues what;
-  set.eachMember([&](const std::string& name, const Item& value) { what.values[name] = value.valueText(); });
+  set.eachMember(
+      [&](const std::string& name, const JsonValue& value) { what.values[name] = value.leafValue(); });
   return what;
 }
 
-What readEvent(const Item& step, const Item& event, const When& /*when*/) {
-  SendEvent what{event.text(), ""};
-  if (auto data = step.member("data")) what.data = data->text();
+What readEvent(const JsonValue& step, const JsonValue& event, const When& /*when*/) {
+  SendEvent what{event.string(), ""};
+  if (auto data = step.member("data")) what.data = data->string();
   return what;
 }
 
-What readAnswer(const Item& /*step*/, const Item& answer, const When& when) {
+What readAnswer(const JsonValue& /*step*/, const JsonValue& answer, const When& when) {
   const Operation operation = std::get<AtCall>(when).operation;
   if (!answersObject(operation)) {
     if (answer.isNull()) answer.fail(std::string(nameOf(operation)) + " cannot answer null");
     return Answer{answer.integer()};
   }
-  if (!answer.isNull()) answer.fail(std::string(nameOf(operation)) + " can be made to answer null only");
+  if (!answer.isNull()) answer.fail(std::string(nameOf(operation)) + " can only answer null");
   return Answer{0};
 }
 
-What readUnavailable(const Item& /*step*/, const Item& unavailable, const When& /*when*/) {
-  unavailable.expectMembers({"forMs", "calls"});
+What readUnavailable(const JsonValue& /*step*/, const JsonValue& unavailable, const When& /*when*/) {
+  unavailable.allowOnly({"forMs", "calls"});
   const auto duration = unavailable.member("forMs");
   const auto calls = unavailable.member("calls");
   if (duration.has_value() == calls.has_value()) unavailable.fail("needs either \"forMs\" or \"calls\"");
@@ -70,14 +77,14 @@ What readUnavailable(const Item& /*step*/, const Item& unavailable, const When& 
   return UnavailableCalls{calls->integerFrom(1)};
 }
 
-What readStop(const Item& /*step*/, const Item& stop, const When& /*when*/) {
-  if (!stop.flag()) stop.fail("must be true");
+What readStop(const JsonValue& /*step*/, const JsonValue& stop, const When& /*when*/) {
+  if (!stop.boolean()) stop.fail("must be true");
   return StopLoop{};
 }
 
 struct Action {
   const char* key;
-  What (*read)(const Item& step, const Item& item, const When& when);
+  What (*read)(const JsonValue& step, const JsonValue& item, const When& when);
 };
 
 constexpr Action kActions[] = {
@@ -85,12 +92,12 @@ constexpr Action kActions[] = {
     {"stop", readStop},
 };
 
-What readWhat(const Item& step, const When& when) {
+What readWhat(const JsonValue& step, const When& when) {
   std::optional<What> what;
   for (const Action& action : kActions) {
     const auto item = step.member(action.key);
     if (!item) continue;
-    if (what) item->fail("a step does one thing");
+    if (what) item->fail("a step can do only one thing");
     what = action.read(step, *item, when);
   }
   if (!what) step.fail(R"(needs one of "set", "event", "answer", "unavailable" and "stop")");
@@ -98,8 +105,9 @@ What readWhat(const Item& step, const When& when) {
   return *what;
 }
 
-Step readStep(const Item& item) {
-  item.expectMembers({"at", "call", "nth", "times", "set", "event", "data", "answer", "unavailable", "stop"});
+Step readStep(const JsonValue& item) {
+  item.allowOnly(
+      {"atMs", "at", "call", "nth", "times", "set", "event", "data", "answer", "unavailable", "stop"});
   When when = readWhen(item);
   What what = readWhat(item, when);
   return {when, std::move(what)};
@@ -108,14 +116,16 @@ Step readStep(const Item& item) {
 }  // namespace
 
 Script parseScript(const std::string& text, const std::string& source) {
+  const JsonDocument document(text, source);
+  const JsonValue json = document.root();
+  json.allowOnly({"steps"});
   Script script;
-  readDocument(text, source, [&](const Item& document) {
-    document.expectMembers({"steps"});
-    document.required("steps").eachElement([&](const Item& step) { script.push_back(readStep(step)); });
-  });
+  json.required("steps").eachElement([&](const JsonValue& step) { script.push_back(readStep(step)); });
   return script;
 }
 
 Script readScript(const std::string& file) {
   return parseScript(readFile(file), file);
 }
+
+}  // namespace host

@@ -10,6 +10,8 @@
 
 #include "host/guard/operation.h"
 
+namespace host {
+
 // When a step is done: at a time after the start, or before some calls of an operation.
 struct AtTime {
   std::chrono::milliseconds time;
@@ -47,10 +49,12 @@ struct Step {
 };
 using Script = std::vector<Step>;
 
-// Reads a script from its text; `source` names it in messages. Throws StartError for the first mistake.
+// Reads a script from its text; `source` names it in messages. Throws util::Error for the first mistake.
 Script parseScript(const std::string& text, const std::string& source);
 
-// Reads a script file. Throws StartError also if that cannot be read.
+// Reads a script file. Throws util::Error also if that cannot be read.
 Script readScript(const std::string& file);
+
+}  // namespace host
 
 #endif

@@ -7,6 +7,7 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 
+namespace host {
 namespace {
 
 bool isAt(const When& when, Operation operation, std::uint64_t number) {
@@ -109,3 +110,5 @@ void ScriptPlayer::tellFailure(const std::string& what, int result) {
   const std::string text = "cannot " + what + ": result " + std::to_string(result);
   stage_.log.record("script", C_LOG_WARNING, text.c_str());
 }
+
+}  // namespace host

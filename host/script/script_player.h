@@ -2,20 +2,43 @@
 #ifndef CPP2C_HOST_SCRIPT_SCRIPT_PLAYER_H
 #define CPP2C_HOST_SCRIPT_SCRIPT_PLAYER_H
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
 
+#include "host/clock/clock.h"
 #include "host/guard/guard.h"
-#include "host/script/outage.h"
 #include "host/script/script.h"
 #include "host/timer/deadlines.h"
 
 class ICfm;
 class IEvent;
 class ILog;
+
+namespace host {
+
+// A time in which the context is not available, or a number of calls that do not reach it.
+class Outage {
+ public:
+  void lastUntil(Clock::TimePoint end) { end_ = std::max(end_, end); }
+  void lastForCalls(int calls) { calls_ = std::max(calls_, calls); }
+
+  bool isOver(Clock::TimePoint now) const { return now >= end_ && calls_ == 0; }
+
+  // Whether a call does not reach the context, which is then one of the number.
+  bool stopsCall(Clock::TimePoint now) {
+    const bool stops = !isOver(now);
+    if (calls_ > 0) calls_--;
+    return stops;
+  }
+
+ private:
+  Clock::TimePoint end_ = Clock::TimePoint::min();
+  int calls_ = 0;
+};
 
 // Does what a script says: at its times, and before the calls that it names. Each step is told in the log,
 // where nothing but the names of values and events is shown.
@@ -58,5 +81,7 @@ class ScriptPlayer final : public IOperationCheck {
   std::map<Operation, std::uint64_t> calls_;
   Outage outage_;
 };
+
+}  // namespace host
 
 #endif

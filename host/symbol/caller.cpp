@@ -6,6 +6,7 @@
 
 #include "include_c"
 
+namespace host {
 namespace {
 
 constexpr int kMostFrames = 32;
@@ -38,3 +39,5 @@ const void* callerOfTheContext() {
   }
   return nullptr;
 }
+
+}  // namespace host

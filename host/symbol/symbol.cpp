@@ -13,6 +13,7 @@
 #include <map>
 #include <memory>
 
+namespace host {
 namespace {
 
 struct EndDwfl {
@@ -115,3 +116,5 @@ std::string typeName(const char* mangled) {
       abi::__cxa_demangle(mangled, nullptr, nullptr, &status), std::free);
   return text != nullptr ? text.get() : mangled;
 }
+
+}  // namespace host

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace host {
+
 // What is known about a place in the program's code.
 struct Symbol {
   std::string name;      // of the function; of one without a name, its address
@@ -23,5 +25,7 @@ std::string textOf(const Symbol& symbol);
 
 // The name of a type as it is written in a program, from the one that typeid() gives.
 std::string typeName(const char* mangled);
+
+}  // namespace host
 
 #endif

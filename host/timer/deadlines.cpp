@@ -3,18 +3,7 @@
 
 #include <new>
 
-namespace {
-
-// Rounded up, so that waiting is not over too early.
-timeval timevalOf(Clock::Duration duration) {
-  using std::chrono::microseconds;
-  using std::chrono::seconds;
-  const auto whole = std::chrono::floor<seconds>(duration);
-  const auto rest = std::chrono::ceil<microseconds>(duration - whole);
-  return {static_cast<time_t>(whole.count()), static_cast<suseconds_t>(rest.count())};
-}
-
-}  // namespace
+namespace host {
 
 Deadlines::Deadlines(EventBase& base, Clock& clock)
     : clock_(clock), event_(event_new(base.get(), -1, 0, onTime, this)) {
@@ -59,3 +48,5 @@ void Deadlines::callFirst() {
   arm();
   call();
 }
+
+}  // namespace host

@@ -10,6 +10,8 @@
 #include "host/clock/clock.h"
 #include "host/loop/event_base.h"
 
+namespace host {
+
 // Calls to be made on the loop when their time has come, the earliest first. On a virtual clock its time
 // comes when nothing else is left to do. A call may add and remove any.
 class Deadlines {
@@ -38,5 +40,7 @@ class Deadlines {
   std::uint64_t next_number_ = 0;
   EventPtr event_;
 };
+
+}  // namespace host
 
 #endif

@@ -10,6 +10,8 @@
 #include "binding/handlers.h"
 #include "include_c"
 
+namespace host {
+
 using std::chrono::milliseconds;
 
 namespace {
@@ -31,8 +33,9 @@ int Timers::set(int first, int zero, int period, ITimer* timer) {
   disarm(timer);
   if (first < 0) return C_RESULT_OK;
   const Deadlines::Deadline next = deadlines_.in(milliseconds(first));
-  armed_.emplace(timer, Armed{next, milliseconds(period),
-                              registry_.add(Kind::kTimer, keyOf(first, period), calleeOf(*timer))});
+  armed_.emplace(timer,
+                 Armed{next, milliseconds(period),
+                       registry_.add(RegistrationKind::kTimer, keyOf(first, period), calleeOf(*timer))});
   arm(timer, next);
   return C_RESULT_OK;
 }
@@ -60,7 +63,7 @@ int Timers::countExpiries(Armed& armed) const {
 void Timers::expire(ITimer* timer) {
   Armed& armed = armed_.at(timer);
   if (armed.period == Clock::Duration::zero()) {
-    const Registration last = std::move(armed.registration);
+    const RegistrationHandle last = std::move(armed.registration);
     armed_.erase(timer);
     last.call([timer] { return timer->timeArrive(1); });
     return;
@@ -69,3 +72,5 @@ void Timers::expire(ITimer* timer) {
   arm(timer, armed.next);
   armed.registration.call([timer, count] { return timer->timeArrive(count); });
 }
+
+}  // namespace host

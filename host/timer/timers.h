@@ -9,6 +9,8 @@
 
 class ITimer;
 
+namespace host {
+
 // Timers on the loop. A timer is touched only when it expires, and may then be armed anew or disarmed.
 class Timers {
  public:
@@ -25,7 +27,7 @@ class Timers {
   struct Armed {
     Deadlines::Deadline next;
     Clock::Duration period;
-    Registration registration;
+    RegistrationHandle registration;
   };
 
   void arm(ITimer* timer, const Deadlines::Deadline& next);
@@ -38,5 +40,7 @@ class Timers {
   Registry& registry_;
   std::map<ITimer*, Armed> armed_;
 };
+
+}  // namespace host
 
 #endif

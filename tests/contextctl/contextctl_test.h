@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/host/temporary_folder.h"
 #include "tests/contextctl/context_double.h"
 #include "tests/contextctl/running.h"
+#include "tests/support/temporary_folder.h"
 
 // Runs contextctl against a double of the context.
 class ContextctlTest : public testing::Test {

@@ -39,7 +39,7 @@ void links_end_addresses(void);
 
 unsigned links_count(void);
 
-// Frees the table. The tree keeps its last values.
+// Frees the table. The tree keeps its latest values.
 void links_free(void);
 
 #endif

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A service that keeps one configuration object up to date for each network interface of the machine.
+// A service that keeps one instance in the configuration tree for each network interface of the machine.
 #ifndef LINKWATCH_LINKWATCH_H
 #define LINKWATCH_LINKWATCH_H
 

@@ -13,11 +13,12 @@
 #include <CLI/CLI.hpp>
 
 #include "contextctl/commands/commands.h"
+#include "contextctl/commands/session.h"
 #include "contextctl/completion/candidates.h"
 #include "contextctl/completion/scripts.h"
 #include "contextctl/inspect/inspect.h"
-#include "contextctl/session.h"
 
+namespace contextctl {
 namespace {
 
 // The arguments of all commands: a command line has but one of them.
@@ -328,3 +329,5 @@ ExitStatus runCommandLine(int argc, const char* const* argv) {
   flush(std::cout);
   return status;
 }
+
+}  // namespace contextctl

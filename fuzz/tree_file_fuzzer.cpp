@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "contextctl/failure.h"
-#include "contextctl/tree_file.h"
+#include "contextctl/leaves/leaf_file.h"
+#include "contextctl/system/failure.h"
 #include "fuzz/harness.h"
 
+namespace contextctl {
 namespace {
 
 const char kSource[] = "tree.json";
@@ -25,13 +26,15 @@ void checkWrittenAgain(const std::vector<Leaf>& leaves) {
 }
 
 }  // namespace
+}  // namespace contextctl
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {
-    checkWrittenAgain(readTree(std::string(data, data + size), kSource));
-  } catch (const Failure& failure) {
-    require(failure.status() == kExitNoAnswer, "a file that cannot be read is no answer");
-    require(std::strncmp(failure.what(), kSource, std::strlen(kSource)) == 0, "a message names its source");
+    contextctl::checkWrittenAgain(contextctl::readTree(std::string(data, data + size), contextctl::kSource));
+  } catch (const contextctl::Failure& failure) {
+    require(failure.status() == contextctl::kExitNoAnswer, "a file that cannot be read is no answer");
+    require(std::strncmp(failure.what(), contextctl::kSource, std::strlen(contextctl::kSource)) == 0,
+            "a message names its source");
   }
   return 0;
 }

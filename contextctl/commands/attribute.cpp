@@ -4,6 +4,8 @@
 
 #include "contextctl/commands/commands.h"
 
+namespace contextctl {
+
 void showAttribute(const Session& session, const std::string& object) {
   const Answer answer = session.get("/attribute", {{"object", object}});
   session.show(answer, [&](std::ostream& out) { out << answer.record.text("attribute") << '\n'; });
@@ -12,3 +14,5 @@ void showAttribute(const Session& session, const std::string& object) {
 void setAttribute(const Session& session, const std::string& object, int value) {
   session.show(session.put("/attribute", {{"object", object}, {"value", std::int64_t{value}}}));
 }
+
+}  // namespace contextctl

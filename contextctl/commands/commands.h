@@ -7,8 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "contextctl/failure.h"
-#include "contextctl/session.h"
+#include "contextctl/commands/session.h"
+#include "contextctl/system/failure.h"
+
+namespace contextctl {
 
 // Leaves.
 void getValues(const Session& session, const std::vector<std::string>& names);
@@ -41,5 +43,7 @@ void showTop(const Session& session, double interval, int count);
 void exportTree(const Session& session, const std::string& prefix, const std::string& file);  // empty: output
 ExitStatus importTree(const Session& session, const std::string& file);
 ExitStatus diffTree(const Session& session, const std::string& file);
+
+}  // namespace contextctl
 
 #endif

@@ -3,9 +3,11 @@
 #include <ostream>
 
 #include "contextctl/commands/commands.h"
-#include "contextctl/durations.h"
-#include "contextctl/table.h"
+#include "contextctl/output/durations.h"
+#include "contextctl/output/table.h"
 #include "util/text.h"
+
+namespace contextctl {
 
 void save(const Session& session) {
   session.show(session.post("/save", {}));
@@ -39,3 +41,5 @@ void listRegistrations(const Session& session) {
     table.print(out);
   });
 }
+
+}  // namespace contextctl

@@ -4,9 +4,10 @@
 #include <ostream>
 
 #include "contextctl/commands/commands.h"
-#include "contextctl/leaf.h"
+#include "contextctl/leaves/leaf.h"
 #include "util/text.h"
 
+namespace contextctl {
 namespace {
 
 // One item, one line: what is empty is left out.
@@ -46,3 +47,5 @@ void followLog(const Session& session, int count) {
     printLine(session, {item.text("time"), item.text("level"), item.text("module"), item.text("text")});
   });
 }
+
+}  // namespace contextctl

@@ -5,6 +5,8 @@
 #include "contextctl/commands/commands.h"
 #include "util/text.h"
 
+namespace contextctl {
+
 void listInstances(const Session& session, const std::string& object) {
   const Answer answer = session.get("/instances", {{"object", object}});
   session.show(answer, [&](std::ostream& out) {
@@ -19,3 +21,5 @@ void addInstance(const Session& session, const std::string& name) {
 void deleteInstance(const Session& session, const std::string& name) {
   session.show(session.remove("/instances", {{"name", name}}));
 }
+
+}  // namespace contextctl

@@ -5,10 +5,11 @@
 #include <ostream>
 
 #include "contextctl/commands/commands.h"
-#include "contextctl/leaf.h"
-#include "contextctl/table.h"
+#include "contextctl/leaves/leaf.h"
+#include "contextctl/output/table.h"
 #include "util/text.h"
 
+namespace contextctl {
 namespace {
 
 // A script gets the value's very bytes, a terminal only what it may show.
@@ -44,3 +45,5 @@ void listLeaves(const Session& session, const std::string& prefix) {
     table.print(out);
   });
 }
+
+}  // namespace contextctl

@@ -3,10 +3,11 @@
 #include <ostream>
 
 #include "contextctl/commands/commands.h"
-#include "contextctl/durations.h"
-#include "contextctl/files.h"
-#include "contextctl/table.h"
+#include "contextctl/output/durations.h"
+#include "contextctl/output/table.h"
+#include "contextctl/system/files.h"
 
+namespace contextctl {
 namespace {
 
 void printStatistics(const Record& statistics, std::ostream& out) {
@@ -31,3 +32,5 @@ void showStatistics(const Session& session, const std::string& trace_file) {
   session.show(answer, [&](std::ostream& out) { printStatistics(answer.record, out); });
   if (!trace_file.empty()) writeFile(trace_file, session.getText("/trace"));
 }
+
+}  // namespace contextctl

@@ -6,11 +6,12 @@
 #include <ostream>
 
 #include "contextctl/commands/commands.h"
-#include "contextctl/durations.h"
-#include "contextctl/interrupt.h"
-#include "contextctl/table.h"
+#include "contextctl/output/durations.h"
+#include "contextctl/output/table.h"
+#include "contextctl/system/interrupt.h"
 #include "util/text.h"
 
+namespace contextctl {
 namespace {
 
 struct Cost {
@@ -94,3 +95,5 @@ void showTop(const Session& session, double interval, int count) {
     flush(session.out());
   }
 }
+
+}  // namespace contextctl

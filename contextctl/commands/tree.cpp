@@ -3,9 +3,10 @@
 #include <ostream>
 
 #include "contextctl/commands/commands.h"
-#include "contextctl/leaf.h"
+#include "contextctl/leaves/leaf.h"
 #include "util/text.h"
 
+namespace contextctl {
 namespace {
 
 std::vector<std::string> partsOf(const std::string& name) {
@@ -53,3 +54,5 @@ void showTree(const Session& session, const std::string& prefix) {
     for (const Record& record : answer.list("leaves")) outline.add(leafOf(record));
   });
 }
+
+}  // namespace contextctl

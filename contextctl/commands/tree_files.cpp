@@ -4,13 +4,14 @@
 #include <iostream>
 
 #include "contextctl/commands/commands.h"
-#include "contextctl/comparison.h"
-#include "contextctl/files.h"
-#include "contextctl/leaf.h"
-#include "contextctl/table.h"
-#include "contextctl/tree_file.h"
+#include "contextctl/leaves/comparison.h"
+#include "contextctl/leaves/leaf.h"
+#include "contextctl/leaves/leaf_file.h"
+#include "contextctl/output/table.h"
+#include "contextctl/system/files.h"
 #include "util/text.h"
 
+namespace contextctl {
 namespace {
 
 Value valueOf(const std::optional<std::string>& text) {
@@ -85,3 +86,5 @@ ExitStatus diffTree(const Session& session, const std::string& file) {
   printDifferences(session, comparison.differences);
   return comparison.obstacles.empty() && comparison.differences.empty() ? kExitOk : kExitNo;
 }
+
+}  // namespace contextctl

@@ -8,10 +8,11 @@
 
 #include <CLI/CLI.hpp>
 
-#include "contextctl/failure.h"
-#include "contextctl/leaf.h"
-#include "contextctl/session.h"
+#include "contextctl/commands/session.h"
+#include "contextctl/leaves/leaf.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
 using Names = std::vector<std::string>;
@@ -178,3 +179,5 @@ std::optional<Names> findCandidates(const CLI::App& app, const Names& words) {
                names->end());
   return names;
 }
+
+}  // namespace contextctl

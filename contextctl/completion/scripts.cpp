@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "contextctl/completion/scripts.h"
 
+namespace contextctl {
 namespace {
 
 // The names come from a running context: the shell is to expand none of them.
@@ -51,3 +52,5 @@ std::string completionScript(const std::string& shell) {
   if (shell == "bash") return kBash;
   return shell == "zsh" ? kZsh : kFish;
 }
+
+}  // namespace contextctl

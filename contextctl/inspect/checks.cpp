@@ -9,6 +9,7 @@
 #include "contextctl/inspect/library.h"
 #include "contextctl/inspect/string_abi.h"
 
+namespace contextctl {
 namespace {
 
 const DynamicSymbol* findSymbol(const Library& library, const std::string& name) {
@@ -99,3 +100,5 @@ void checkStack(const Library& library, std::vector<Finding>& findings) {
                          ? Finding{Verdict::kWarning, "stack", "makes the process's stack executable"}
                          : Finding{Verdict::kOk, "stack", "not executable"});
 }
+
+}  // namespace contextctl

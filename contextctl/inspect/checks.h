@@ -7,6 +7,8 @@
 
 #include "contextctl/inspect/report.h"
 
+namespace contextctl {
+
 struct Dependency;
 struct Library;
 
@@ -19,5 +21,7 @@ void checkStack(const Library& library, std::vector<Finding>& findings);
 
 // For another machine's library, when it is not known where that machine's libraries are.
 void noteUncheckedDependencies(const Library& library, std::vector<Finding>& findings);
+
+}  // namespace contextctl
 
 #endif

@@ -3,6 +3,7 @@
 
 #include <link.h>
 
+namespace contextctl {
 namespace {
 
 struct Search {
@@ -31,3 +32,5 @@ std::optional<CodePlace> findCode(const void* address) {
   dl_iterate_phdr(lookInto, &search);
   return search.found;
 }
+
+}  // namespace contextctl

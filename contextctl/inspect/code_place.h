@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+namespace contextctl {
+
 // Where an address of this process lies in the file that it was loaded from.
 struct CodePlace {
   std::string file;
@@ -14,5 +16,7 @@ struct CodePlace {
 
 // Nothing if there is no executable code of a loaded file at the address.
 std::optional<CodePlace> findCode(const void* address);
+
+}  // namespace contextctl
 
 #endif

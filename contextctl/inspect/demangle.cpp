@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <memory>
 
+namespace contextctl {
+
 std::string demangle(const std::string& symbol) {
   struct Free {
     void operator()(char* text) const { std::free(text); }
@@ -16,3 +18,5 @@ std::string demangle(const std::string& symbol) {
   const std::unique_ptr<char, Free> name(abi::__cxa_demangle(symbol.c_str(), nullptr, nullptr, &status));
   return name == nullptr ? symbol : name.get();
 }
+
+}  // namespace contextctl

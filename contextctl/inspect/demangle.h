@@ -4,7 +4,11 @@
 
 #include <string>
 
+namespace contextctl {
+
 // The C++ name behind a symbol; the symbol itself if it is none.
 std::string demangle(const std::string& symbol);
+
+}  // namespace contextctl
 
 #endif

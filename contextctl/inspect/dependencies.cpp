@@ -7,10 +7,11 @@
 #include <optional>
 #include <set>
 
-#include "contextctl/failure.h"
 #include "contextctl/inspect/library.h"
 #include "contextctl/inspect/search_path.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
 using Folders = std::vector<std::string>;
@@ -113,3 +114,5 @@ std::vector<Dependency> findDependencies(const Library& library, const Library& 
   finder.visit(library, {});
   return finder.found();
 }
+
+}  // namespace contextctl

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 struct Library;
 struct SearchPath;
 
@@ -20,5 +22,7 @@ struct Dependency {
 // loaded. What a library needs stands before the library.
 std::vector<Dependency> findDependencies(const Library& library, const Library& ours,
                                          const SearchPath& search);
+
+}  // namespace contextctl
 
 #endif

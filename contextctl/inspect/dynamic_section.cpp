@@ -5,6 +5,8 @@
 
 #include "contextctl/inspect/elf_image.h"
 
+namespace contextctl {
+
 DynamicSection::DynamicSection(const ElfImage& image) : image_(image) {
   const GElf_Phdr* segment = image.findSegment(PT_DYNAMIC);
   if (segment == nullptr) image.fail("not linked dynamically");
@@ -73,3 +75,5 @@ std::uint64_t DynamicSection::countByGnuHash(std::uint64_t offset) const {
   while ((image_.word(chains + (last - first) * 4) & 1) == 0) last++;
   return last + 1;
 }
+
+}  // namespace contextctl

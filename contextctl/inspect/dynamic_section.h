@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 class ElfImage;
 
 // What a file tells the loader about linking it. Throws Failure for what is damaged.
@@ -28,5 +30,7 @@ class DynamicSection {
   const ElfImage& image_;
   std::vector<GElf_Dyn> entries_;
 };
+
+}  // namespace contextctl
 
 #endif

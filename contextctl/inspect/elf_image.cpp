@@ -3,8 +3,10 @@
 
 #include <utility>
 
-#include "contextctl/failure.h"
-#include "contextctl/files.h"
+#include "contextctl/system/failure.h"
+#include "contextctl/system/files.h"
+
+namespace contextctl {
 
 ElfImage::ElfImage(const std::string& path) : ElfImage(path, readFile(path)) {}
 
@@ -83,3 +85,5 @@ void ElfImage::requireInside(std::uint64_t offset, std::uint64_t size) const {
 void ElfImage::fail(const std::string& reason) const {
   throw Failure(kExitNoAnswer, path_ + ": " + reason);
 }
+
+}  // namespace contextctl

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 // One ELF file, read as the loader reads it: by its segments, which are there even when the sections have
 // been stripped. Every access is checked against the file's end; a damaged file makes it throw Failure.
 class ElfImage {
@@ -49,5 +51,7 @@ class ElfImage {
   GElf_Ehdr header_ = {};
   std::vector<GElf_Phdr> segments_;
 };
+
+}  // namespace contextctl
 
 #endif

@@ -10,6 +10,7 @@
 #include "contextctl/inspect/gnu_attributes.h"
 #include "contextctl/inspect/platform.h"
 
+namespace contextctl {
 namespace {
 
 constexpr const char* kMipsFloats[] = {
@@ -103,3 +104,5 @@ bool floatingPointFits(const Platform& one, const Platform& other) {
   return mipsFloatsFit(one.mips_float, other.mips_float) &&
          (one.flags & EF_MIPS_NAN2008) == (other.flags & EF_MIPS_NAN2008);
 }
+
+}  // namespace contextctl

@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace contextctl {
+
 class ElfImage;
 struct Platform;
 
@@ -18,5 +20,7 @@ std::string floatingPoint(const Platform& platform);
 
 // Whether code of the two kinds can share a process; what is not stated is taken to fit.
 bool floatingPointFits(const Platform& one, const Platform& other);
+
+}  // namespace contextctl
 
 #endif

@@ -5,6 +5,7 @@
 #include "contextctl/inspect/dynamic_section.h"
 #include "contextctl/inspect/elf_image.h"
 
+namespace contextctl {
 namespace {
 
 void add(const GElf_Sym& symbol, const std::string& name, FunctionNames& names) {
@@ -39,3 +40,5 @@ FunctionNames readFunctionNames(const ElfImage& image) {
   addDebugSymbols(image, names);
   return names;
 }
+
+}  // namespace contextctl

@@ -7,6 +7,8 @@
 #include <set>
 #include <string>
 
+namespace contextctl {
+
 class ElfImage;
 
 // The C++ names of the functions that begin at an address. There may be several: compilers let functions of
@@ -15,5 +17,7 @@ using FunctionNames = std::map<std::uint64_t, std::set<std::string>>;
 
 // Throws Failure if the file is damaged.
 FunctionNames readFunctionNames(const ElfImage& image);
+
+}  // namespace contextctl
 
 #endif

@@ -5,6 +5,7 @@
 
 #include "contextctl/inspect/elf_image.h"
 
+namespace contextctl {
 namespace {
 
 // Reads on from one place in the file.
@@ -98,3 +99,5 @@ std::optional<std::uint64_t> gnuAttribute(const ElfImage& image, std::uint64_t t
   }
   return std::nullopt;
 }
+
+}  // namespace contextctl

@@ -5,14 +5,15 @@
 
 #include <filesystem>
 
-#include "contextctl/failure.h"
 #include "contextctl/inspect/checks.h"
 #include "contextctl/inspect/dependencies.h"
 #include "contextctl/inspect/elf_image.h"
 #include "contextctl/inspect/library.h"
 #include "contextctl/inspect/live.h"
 #include "contextctl/inspect/search_path.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
 constexpr const char* kOurLibrary = "libcpp2c.so.1";
@@ -62,3 +63,5 @@ Report inspect(const InspectOptions& options) {
   if (options.live) inspectLive(dependencies, options.kind, options.seconds, report);
   return report;
 }
+
+}  // namespace contextctl

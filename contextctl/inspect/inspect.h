@@ -7,6 +7,8 @@
 #include "contextctl/inspect/operations.h"
 #include "contextctl/inspect/report.h"
 
+namespace contextctl {
+
 struct InspectOptions {
   std::string library;
   std::string against;       // the libcpp2c.so that it is to fit; empty: the one that programs here get
@@ -19,5 +21,7 @@ struct InspectOptions {
 
 // Says whether a context or module library fits libcpp2c. Throws Failure if one of them cannot be read.
 Report inspect(const InspectOptions& options);
+
+}  // namespace contextctl
 
 #endif

@@ -6,6 +6,7 @@
 #include "contextctl/inspect/dynamic_section.h"
 #include "contextctl/inspect/elf_image.h"
 
+namespace contextctl {
 namespace {
 
 std::string textOf(const DynamicSection& dynamic, std::int64_t tag) {
@@ -66,3 +67,5 @@ Library readLibrary(const ElfImage& image) {
   library.executable_stack = wantsExecutableStack(image);
   return library;
 }
+
+}  // namespace contextctl

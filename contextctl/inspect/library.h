@@ -7,6 +7,8 @@
 
 #include "contextctl/inspect/platform.h"
 
+namespace contextctl {
+
 class ElfImage;
 
 // One name of a library's dynamic symbol table.
@@ -33,5 +35,7 @@ struct Library {
 // Throws Failure if the file cannot be read or is not a shared library.
 Library readLibrary(const std::string& path);
 Library readLibrary(const ElfImage& image);
+
+}  // namespace contextctl
 
 #endif

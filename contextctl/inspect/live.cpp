@@ -14,11 +14,12 @@
 #include <filesystem>
 #include <sstream>
 
-#include "contextctl/deadline.h"
-#include "contextctl/durations.h"
-#include "contextctl/failure.h"
 #include "contextctl/inspect/live_child.h"
+#include "contextctl/output/durations.h"
+#include "contextctl/system/deadline.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
 struct Visit {
@@ -171,3 +172,5 @@ void inspectLive(const std::vector<Dependency>& dependencies, Kind kind, double 
   if (report.findings.size() == findings_before)
     report.findings.push_back({Verdict::kOk, "live", "every operation is where libcpp2c calls it"});
 }
+
+}  // namespace contextctl

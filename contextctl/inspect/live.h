@@ -8,9 +8,13 @@
 #include "contextctl/inspect/operations.h"
 #include "contextctl/inspect/report.h"
 
+namespace contextctl {
+
 struct Dependency;
 
 // Opens the library in a process of its own, for at most so many seconds, and adds what it met to the report.
 void inspectLive(const std::vector<Dependency>& dependencies, Kind kind, double seconds, Report& report);
+
+}  // namespace contextctl
 
 #endif

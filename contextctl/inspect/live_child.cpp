@@ -11,12 +11,13 @@
 #include <cstring>
 #include <map>
 
-#include "contextctl/failure.h"
 #include "contextctl/inspect/code_place.h"
 #include "contextctl/inspect/dependencies.h"
 #include "contextctl/inspect/elf_image.h"
 #include "contextctl/inspect/function_names.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
 using GetInstance = void* (*)(void* caller);
@@ -120,3 +121,5 @@ void runLiveChild(int pipe, const std::string& path, const std::vector<Dependenc
   Visitor(pipe).visit(path, dependencies, positions);
   _exit(kExitOk);
 }
+
+}  // namespace contextctl

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 struct Dependency;
 
 // Opens the library in this process, which it may crash or hang, asks it for its instance and writes what it
@@ -19,5 +21,7 @@ struct Dependency;
 // Then ends the process.
 [[noreturn]] void runLiveChild(int pipe, const std::string& path, const std::vector<Dependency>& dependencies,
                                size_t positions) noexcept;
+
+}  // namespace contextctl
 
 #endif

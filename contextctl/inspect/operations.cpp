@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "contextctl/inspect/operations.h"
 
+namespace contextctl {
+
 const std::vector<std::string>& operationsOf(Kind kind) {
   static const std::vector<std::string> context = {
       "~IContext",
@@ -34,3 +36,5 @@ const std::vector<std::string>& operationsOf(Kind kind) {
   };
   return kind == Kind::kContext ? context : module;
 }
+
+}  // namespace contextctl

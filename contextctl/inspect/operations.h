@@ -5,11 +5,15 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 // What a library is to be.
 enum class Kind { kContext, kModule };
 
 // The operations of IContext or IModule, the first one standing at position 1 of the virtual table. A
 // destructor begins with "~"; a position that libcpp2c never calls has an empty name.
 const std::vector<std::string>& operationsOf(Kind kind);
+
+}  // namespace contextctl
 
 #endif

@@ -6,6 +6,7 @@
 #include "contextctl/inspect/elf_image.h"
 #include "contextctl/inspect/floating_point.h"
 
+namespace contextctl {
 namespace {
 
 struct Name {
@@ -102,3 +103,5 @@ std::vector<std::string> differences(const Platform& theirs, const Platform& our
   if (!floatingPointFits(theirs, ours)) compare(floatingPoint(theirs), floatingPoint(ours));
   return found;
 }
+
+}  // namespace contextctl

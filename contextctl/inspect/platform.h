@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 class ElfImage;
 
 // The machine that an ELF file is made for.
@@ -27,5 +29,7 @@ bool sameLoader(const Platform& one, const Platform& other);
 
 // Why code for `theirs` cannot run in one process with code for `ours`; empty: it can.
 std::vector<std::string> differences(const Platform& theirs, const Platform& ours);
+
+}  // namespace contextctl
 
 #endif

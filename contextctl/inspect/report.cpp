@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <ostream>
 
-#include "contextctl/table.h"
+#include "contextctl/output/table.h"
 #include "util/text.h"
+
+namespace contextctl {
 
 bool fits(const Report& report) {
   return std::none_of(report.findings.begin(), report.findings.end(),
@@ -42,3 +44,5 @@ void print(const Report& report, std::ostream& out) {
   }
   out << '\n' << (fits(report) ? "It fits.\n" : "It does not fit.\n");
 }
+
+}  // namespace contextctl

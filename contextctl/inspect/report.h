@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 enum class Verdict { kOk, kNote, kWarning, kNo };
 
 // One thing that was looked at.
@@ -35,5 +37,7 @@ const char* nameOf(Verdict verdict);
 
 void print(const Report& report, std::ostream& out);
 void printJson(const Report& report, std::ostream& out);
+
+}  // namespace contextctl
 
 #endif

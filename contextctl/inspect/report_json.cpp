@@ -5,6 +5,8 @@
 
 #include "contextctl/inspect/report.h"
 
+namespace contextctl {
+
 using Json = nlohmann::ordered_json;
 
 void printJson(const Report& report, std::ostream& out) {
@@ -22,3 +24,5 @@ void printJson(const Report& report, std::ostream& out) {
                     {"slots", slots}};
   out << all.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
 }
+
+}  // namespace contextctl

@@ -8,6 +8,7 @@
 #include <set>
 #include <sstream>
 
+namespace contextctl {
 namespace {
 
 std::vector<std::string> matchingFiles(const std::string& pattern) {
@@ -66,3 +67,5 @@ SearchPath makeSearchPath(const std::string& folders, const std::string& root) {
   search.standard = standardFolders(root);
   return search;
 }
+
+}  // namespace contextctl

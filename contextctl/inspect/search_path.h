@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 // Where the loader looks for libraries, apart from what the libraries themselves say.
 struct SearchPath {
   std::string root;                   // that absolute folders stand under; empty: this machine's own
@@ -16,5 +18,7 @@ struct SearchPath {
 SearchPath makeSearchPath(const std::string& folders, const std::string& root);
 
 std::vector<std::string> splitFolders(const std::string& folders);
+
+}  // namespace contextctl
 
 #endif

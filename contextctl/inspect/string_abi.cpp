@@ -6,6 +6,7 @@
 #include "contextctl/inspect/demangle.h"
 #include "contextctl/inspect/library.h"
 
+namespace contextctl {
 namespace {
 
 bool namesNewString(const std::string& name) {
@@ -58,3 +59,5 @@ std::string describe(StringAbi abi) {
   }
   return "no std::string";
 }
+
+}  // namespace contextctl

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 struct DynamicSymbol;
 
 enum class StringAbi { kNone, kNew, kOld, kMixed };
@@ -16,5 +18,7 @@ StringAbi stringAbiOf(const std::vector<DynamicSymbol>& symbols);
 
 // As "the new std::string".
 std::string describe(StringAbi abi);
+
+}  // namespace contextctl
 
 #endif

@@ -4,6 +4,7 @@
 
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 class CompletionShellsTest : public ContextctlTest {
@@ -105,3 +106,4 @@ TEST_F(CompletionShellsTest, FishCompletesFiles) {
 #endif
 
 }  // namespace
+}  // namespace contextctl

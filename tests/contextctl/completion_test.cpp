@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 class CompletionTest : public ContextctlTest {
@@ -97,3 +98,4 @@ TEST_F(CompletionTest, AContextThatMakesNoSenseCompletesNothing) {
 }
 
 }  // namespace
+}  // namespace contextctl

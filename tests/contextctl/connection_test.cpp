@@ -6,6 +6,7 @@
 
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 using ConnectionTest = ContextctlTest;
@@ -80,3 +81,4 @@ TEST_F(ConnectionTest, OutputThatCannotBeWrittenIsAFailure) {
 }
 
 }  // namespace
+}  // namespace contextctl

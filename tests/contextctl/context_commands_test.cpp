@@ -3,6 +3,7 @@
 
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 constexpr const char* kStatistics =
@@ -120,3 +121,4 @@ TEST_F(ContextCommandsTest, AnInterruptEndsTopInGoodOrder) {
 }
 
 }  // namespace
+}  // namespace contextctl

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+namespace contextctl {
 namespace {
 
 using Buffer = std::unique_ptr<evbuffer, decltype(&evbuffer_free)>;
@@ -109,3 +110,5 @@ void ContextDouble::reply(evhttp_request* request, const Reply& reply) {
   for (const std::string& piece : reply.pieces) evhttp_send_reply_chunk(request, bufferOf(piece).get());
   if (reply.manner == Manner::kStreamAndLeave) evhttp_send_reply_end(request);
 }
+
+}  // namespace contextctl

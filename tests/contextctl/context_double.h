@@ -10,6 +10,8 @@
 #include <event2/event.h>
 #include <event2/http.h>
 
+namespace contextctl {
+
 // Takes the place of a context with a control socket: gives the answers that it has been told and keeps the
 // requests. It lives on its event base's thread.
 class ContextDouble {
@@ -46,5 +48,7 @@ class ContextDouble {
   std::vector<std::string> requests_;
   std::vector<evhttp_request*> unfinished_;  // ours until they are ended, even if their clients have gone
 };
+
+}  // namespace contextctl
 
 #endif

@@ -7,9 +7,11 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/host/temporary_folder.h"
 #include "tests/contextctl/context_double.h"
 #include "tests/contextctl/running.h"
+#include "tests/host/temporary_folder.h"
+
+namespace contextctl {
 
 // Runs contextctl against a double of the context.
 class ContextctlTest : public testing::Test {
@@ -51,5 +53,7 @@ class ContextctlTest : public testing::Test {
 using Requests = std::vector<std::string>;
 
 constexpr const char* kDone = R"({"result":0})";
+
+}  // namespace contextctl
 
 #endif

@@ -3,6 +3,7 @@
 
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 class FollowTest : public ContextctlTest {
@@ -118,3 +119,4 @@ TEST_F(FollowTest, TheLogIsFollowed) {
 }
 
 }  // namespace
+}  // namespace contextctl

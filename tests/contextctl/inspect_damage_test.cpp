@@ -9,12 +9,13 @@
 
 #include <gtest/gtest.h>
 
-#include "contextctl/failure.h"
 #include "contextctl/inspect/elf_image.h"
 #include "contextctl/inspect/function_names.h"
 #include "contextctl/inspect/library.h"
+#include "contextctl/system/failure.h"
 #include "tests/contextctl/inspect_test.h"
 
+namespace contextctl {
 namespace {
 
 class InspectDamageTest : public testing::Test {
@@ -88,3 +89,4 @@ TEST_F(InspectDamageTest, AnotherByteOrderOfTheSameBytesIsRefused) {
 }
 
 }  // namespace
+}  // namespace contextctl

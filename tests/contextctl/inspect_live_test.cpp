@@ -3,6 +3,7 @@
 #include "tests/contextctl/contextctl_test.h"
 #include "tests/contextctl/inspect_test.h"
 
+namespace contextctl {
 namespace {
 
 class InspectLiveTest : public ContextctlTest {
@@ -130,3 +131,4 @@ TEST_F(InspectLiveTest, PositionsAreATable) {
 }
 
 }  // namespace
+}  // namespace contextctl

@@ -3,13 +3,14 @@
 #include <fstream>
 #include <iterator>
 
-#include "contextctl/failure.h"
 #include "contextctl/inspect/elf_image.h"
 #include "contextctl/inspect/library.h"
+#include "contextctl/system/failure.h"
 
 #include "tests/contextctl/contextctl_test.h"
 #include "tests/contextctl/inspect_test.h"
 
+namespace contextctl {
 namespace {
 
 class InspectMipsTest : public ContextctlTest {
@@ -123,3 +124,4 @@ TEST_F(InspectMipsTest, LiveNeedsThisMachine) {
 }
 
 }  // namespace
+}  // namespace contextctl

@@ -8,6 +8,7 @@
 #include "contextctl/inspect/platform.h"
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 class InspectTest : public ContextctlTest {
@@ -213,3 +214,4 @@ TEST_F(InspectTest, AnUnknownKindIsWrongUsage) {
 }
 
 }  // namespace
+}  // namespace contextctl

@@ -7,6 +7,8 @@
 
 #include "contextctl/inspect/inspect.h"
 
+namespace contextctl {
+
 using Findings = std::vector<std::string>;
 
 inline std::string inspected(const std::string& name) {
@@ -35,5 +37,7 @@ inline Findings findingsOn(const std::string& subject, const InspectOptions& opt
 inline Findings findingsOn(const std::string& subject, const std::string& name) {
   return findingsOn(subject, optionsFor(inspected(name)));
 }
+
+}  // namespace contextctl
 
 #endif

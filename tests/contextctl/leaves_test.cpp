@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 class LeavesTest : public ContextctlTest {
@@ -153,3 +154,4 @@ TEST_F(LeavesTest, TreeIndentsWhatNamesShare) {
 }
 
 }  // namespace
+}  // namespace contextctl

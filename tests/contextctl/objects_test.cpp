@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 using ObjectsTest = ContextctlTest;
@@ -53,3 +54,4 @@ TEST_F(ObjectsTest, AttributeIsANumber) {
 }
 
 }  // namespace
+}  // namespace contextctl

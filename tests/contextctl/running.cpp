@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+namespace contextctl {
 namespace {
 
 [[noreturn]] void execute(const std::vector<std::string>& words, const std::vector<std::string>& environment,
@@ -115,3 +116,5 @@ Outcome runProgram(event_base* base, const std::vector<std::string>& words,
                    const timeval& longest) {
   return Run(base, words, environment, on_output).finish(longest);
 }
+
+}  // namespace contextctl

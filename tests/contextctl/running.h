@@ -11,6 +11,8 @@
 
 #include <event2/event.h>
 
+namespace contextctl {
+
 // What a program has written, and how it ended.
 struct Outcome {
   int status = -1;  // of its exit; -1: a signal ended it
@@ -29,5 +31,7 @@ constexpr timeval kLongestRun = {20, 0};
 Outcome runProgram(event_base* base, const std::vector<std::string>& words,
                    const std::vector<std::string>& environment, const OnOutput& on_output,
                    const timeval& longest = kLongestRun);
+
+}  // namespace contextctl
 
 #endif

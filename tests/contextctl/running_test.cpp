@@ -4,6 +4,7 @@
 
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 using RunningTest = ContextctlTest;
@@ -25,3 +26,4 @@ TEST_F(RunningTest, AnUnexpectedRequestIsAnsweredSoThatNobodyWaits) {
 }
 
 }  // namespace
+}  // namespace contextctl

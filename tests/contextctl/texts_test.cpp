@@ -7,13 +7,14 @@
 
 #include <gtest/gtest.h>
 
-#include "contextctl/durations.h"
-#include "contextctl/event_stream.h"
+#include "contextctl/connection/event_stream.h"
 #include "contextctl/inspect/library.h"
 #include "contextctl/inspect/platform.h"
 #include "contextctl/inspect/string_abi.h"
-#include "contextctl/table.h"
+#include "contextctl/output/durations.h"
+#include "contextctl/output/table.h"
 
+namespace contextctl {
 namespace {
 
 TEST(TableTest, ColumnsAreAsWideAsTheirWidestText) {
@@ -132,3 +133,4 @@ TEST(StringAbiTest, BothTogetherAreMixed) {
 }
 
 }  // namespace
+}  // namespace contextctl

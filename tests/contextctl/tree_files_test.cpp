@@ -3,6 +3,7 @@
 
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 class TreeFilesTest : public ContextctlTest {
@@ -146,3 +147,4 @@ TEST_F(TreeFilesTest, AFileThatIsNotThereIsAFailure) {
 }
 
 }  // namespace
+}  // namespace contextctl

@@ -6,6 +6,7 @@
 
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 class UsageTest : public ContextctlTest {
@@ -126,3 +127,4 @@ TEST_F(UsageTest, ATimeOfNothingIsWrongUsage) {
 }
 
 }  // namespace
+}  // namespace contextctl

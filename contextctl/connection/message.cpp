@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/message.h"
+#include "contextctl/connection/message.h"
 
 #include <nlohmann/json.hpp>
 
-#include "contextctl/failure.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -111,3 +112,5 @@ std::string writeList(const std::string& name, const std::vector<Members>& items
   for (const Members& item : items) list.push_back(toJson(item));
   return strictLine(Json{{name, list}});
 }
+
+}  // namespace contextctl

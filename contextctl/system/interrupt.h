@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_INTERRUPT_H
-#define CPP2C_CONTEXTCTL_INTERRUPT_H
+#ifndef CPP2C_CONTEXTCTL_SYSTEM_INTERRUPT_H
+#define CPP2C_CONTEXTCTL_SYSTEM_INTERRUPT_H
+
+namespace contextctl {
 
 // Turns Ctrl-C into something to wait for, so that a command that goes on until then ends in good order.
 class Interrupt {
@@ -16,5 +18,7 @@ class Interrupt {
  private:
   int fd_;
 };
+
+}  // namespace contextctl
 
 #endif

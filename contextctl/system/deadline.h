@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_DEADLINE_H
-#define CPP2C_CONTEXTCTL_DEADLINE_H
+#ifndef CPP2C_CONTEXTCTL_SYSTEM_DEADLINE_H
+#define CPP2C_CONTEXTCTL_SYSTEM_DEADLINE_H
+
+namespace contextctl {
 
 // A moment some seconds from now.
 class Deadline {
@@ -12,5 +14,7 @@ class Deadline {
  private:
   double moment_;
 };
+
+}  // namespace contextctl
 
 #endif

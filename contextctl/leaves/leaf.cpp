@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/leaf.h"
+#include "contextctl/leaves/leaf.h"
 
-#include "contextctl/session.h"
+#include "contextctl/commands/session.h"
+
+namespace contextctl {
 
 Leaf leafOf(const Record& record) {
   return {record.text("name"), record.text("type"), record.value("value"), record.text("computed") == "true"};
@@ -25,3 +27,5 @@ std::string shown(const std::optional<std::string>& value) {
 std::string shownType(const Leaf& leaf) {
   return leaf.computed ? leaf.type + " (computed)" : leaf.type;
 }
+
+}  // namespace contextctl

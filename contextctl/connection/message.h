@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Requests and answers: JSON on the wire, texts by name in this program.
-#ifndef CPP2C_CONTEXTCTL_MESSAGE_H
-#define CPP2C_CONTEXTCTL_MESSAGE_H
+#ifndef CPP2C_CONTEXTCTL_CONNECTION_MESSAGE_H
+#define CPP2C_CONTEXTCTL_CONNECTION_MESSAGE_H
 
 #include <cstddef>
 #include <cstdint>
@@ -11,6 +11,8 @@
 #include <utility>
 #include <variant>
 #include <vector>
+
+namespace contextctl {
 
 // The plain members of a JSON object: numbers and booleans as JSON writes them, null as nothing.
 class Record {
@@ -51,5 +53,7 @@ std::string writeObject(const Members& members);
 
 // {"<name>": [{...}, ...]} in one line.
 std::string writeList(const std::string& name, const std::vector<Members>& items);
+
+}  // namespace contextctl
 
 #endif

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/transfer.h"
+#include "contextctl/connection/transfer.h"
 
 #include <string.h>
 
-#include "contextctl/deadline.h"
-#include "contextctl/durations.h"
-#include "contextctl/failure.h"
+#include "contextctl/output/durations.h"
+#include "contextctl/system/deadline.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
 std::string queryText(CURL* handle, const Client::Query& query) {
@@ -87,3 +88,5 @@ void Transfer::fail(CURLcode code) const {
 void Transfer::failLate() const {
   throw Failure(kExitNoAnswer, "no answer from " + socket_ + " within " + secondsText(seconds_));
 }
+
+}  // namespace contextctl

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_LEAF_H
-#define CPP2C_CONTEXTCTL_LEAF_H
+#ifndef CPP2C_CONTEXTCTL_LEAVES_LEAF_H
+#define CPP2C_CONTEXTCTL_LEAVES_LEAF_H
 
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "contextctl/client.h"
-#include "contextctl/message.h"
+#include "contextctl/connection/client.h"
+#include "contextctl/connection/message.h"
+
+namespace contextctl {
 
 class Session;
 
@@ -32,5 +34,7 @@ std::string shown(const std::optional<std::string>& value);
 
 // As "uint", "uint (computed)".
 std::string shownType(const Leaf& leaf);
+
+}  // namespace contextctl
 
 #endif

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_SESSION_H
-#define CPP2C_CONTEXTCTL_SESSION_H
+#ifndef CPP2C_CONTEXTCTL_COMMANDS_SESSION_H
+#define CPP2C_CONTEXTCTL_COMMANDS_SESSION_H
 
 #include <functional>
 #include <iosfwd>
 #include <string>
 
-#include "contextctl/client.h"
-#include "contextctl/message.h"
+#include "contextctl/connection/client.h"
+#include "contextctl/connection/message.h"
+
+namespace contextctl {
 
 // What a command works with: the context, the user's wishes and the output.
 class Session {
@@ -51,5 +53,7 @@ void flush(std::ostream& out);
 
 // The socket to use where none is named: CPP2C_CONTROL, else the user's place for run-time files.
 std::string defaultControl();
+
+}  // namespace contextctl
 
 #endif

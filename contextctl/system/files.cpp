@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/files.h"
+#include "contextctl/system/files.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -7,8 +7,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "contextctl/failure.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
 [[noreturn]] void fail(const std::string& path, const std::string& reason) {
@@ -68,3 +69,5 @@ void writeFile(const std::string& path, const std::string& text) {
     if (size < 0 && errno != EINTR) fail(path, strerror(errno));
   }
 }
+
+}  // namespace contextctl

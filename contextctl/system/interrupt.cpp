@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/interrupt.h"
+#include "contextctl/system/interrupt.h"
 
 #include <errno.h>
 #include <poll.h>
@@ -8,8 +8,10 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-#include "contextctl/deadline.h"
-#include "contextctl/failure.h"
+#include "contextctl/system/deadline.h"
+#include "contextctl/system/failure.h"
+
+namespace contextctl {
 
 Interrupt::Interrupt() {
   sigset_t signals;
@@ -32,3 +34,5 @@ bool Interrupt::wait(double seconds) const {
   } while (deadline.millisecondsLeft() > 0);
   return false;
 }
+
+}  // namespace contextctl

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_TABLE_H
-#define CPP2C_CONTEXTCTL_TABLE_H
+#ifndef CPP2C_CONTEXTCTL_OUTPUT_TABLE_H
+#define CPP2C_CONTEXTCTL_OUTPUT_TABLE_H
 
 #include <iosfwd>
 #include <string>
 #include <vector>
+
+namespace contextctl {
 
 // Rows of texts, printed in columns as wide as their widest text. Control characters are spelled out.
 class Table {
@@ -19,5 +21,7 @@ class Table {
  private:
   std::vector<Row> rows_;
 };
+
+}  // namespace contextctl
 
 #endif

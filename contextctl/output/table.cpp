@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/table.h"
+#include "contextctl/output/table.h"
 
 #include <algorithm>
 #include <ostream>
 
 #include "util/text.h"
 
+namespace contextctl {
 namespace {
 
 // In characters: a byte that goes on with a UTF-8 sequence takes no place of its own.
@@ -39,3 +40,5 @@ void Table::print(std::ostream& out) const {
   const std::vector<size_t> widths = columnWidths(rows_);
   for (const Row& row : rows_) out << lineOf(row, widths) << '\n';
 }
+
+}  // namespace contextctl

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/durations.h"
+#include "contextctl/output/durations.h"
 
 #include <cstdio>
 #include <sstream>
+
+namespace contextctl {
 
 std::string milliseconds(double value) {
   char text[400];  // the longest double is 309 digits
@@ -25,3 +27,5 @@ std::string secondsText(double seconds) {
   text << seconds << " s";
   return text.str();
 }
+
+}  // namespace contextctl

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_FAILURE_H
-#define CPP2C_CONTEXTCTL_FAILURE_H
+#ifndef CPP2C_CONTEXTCTL_SYSTEM_FAILURE_H
+#define CPP2C_CONTEXTCTL_SYSTEM_FAILURE_H
 
 #include <stdexcept>
 #include <string>
+
+namespace contextctl {
 
 // The exit statuses; scripts rely on them.
 enum ExitStatus {
@@ -23,5 +25,7 @@ class Failure : public std::runtime_error {
  private:
   ExitStatus status_;
 };
+
+}  // namespace contextctl
 
 #endif

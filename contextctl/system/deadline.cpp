@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/deadline.h"
+#include "contextctl/system/deadline.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 
+namespace contextctl {
 namespace {
 
 double now() {
@@ -19,3 +20,5 @@ int Deadline::millisecondsLeft() const {
   constexpr double kHour = 3600e3;
   return static_cast<int>(std::ceil(std::clamp((moment_ - now()) * 1e3, 0.0, kHour)));
 }
+
+}  // namespace contextctl

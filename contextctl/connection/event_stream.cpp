@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/event_stream.h"
+#include "contextctl/connection/event_stream.h"
 
 #include <utility>
+
+namespace contextctl {
 
 void EventStream::feed(std::string_view bytes) {
   for (const char c : bytes) {
@@ -23,3 +25,5 @@ void EventStream::endLine() {
     on_item_(std::exchange(item_, ""));
   }
 }
+
+}  // namespace contextctl

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/tree_file.h"
+#include "contextctl/leaves/leaf_file.h"
 
 #include <nlohmann/json.hpp>
 
-#include "contextctl/failure.h"
-#include "contextctl/files.h"
+#include "contextctl/system/failure.h"
+#include "contextctl/system/files.h"
 
+namespace contextctl {
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -52,3 +53,5 @@ std::vector<Leaf> readTreeFile(const std::string& path) {
   if (path == "-") return readTree(readStandardInput(), "standard input");
   return readTree(readFile(path), path);
 }
+
+}  // namespace contextctl

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_EVENT_STREAM_H
-#define CPP2C_CONTEXTCTL_EVENT_STREAM_H
+#ifndef CPP2C_CONTEXTCTL_CONNECTION_EVENT_STREAM_H
+#define CPP2C_CONTEXTCTL_CONNECTION_EVENT_STREAM_H
 
 #include <functional>
 #include <string>
 #include <string_view>
+
+namespace contextctl {
 
 // Takes the items out of a "text/event-stream": the "data" of each, its lines joined. Comments, which keep
 // the connection alive, and other fields are skipped.
@@ -24,5 +26,7 @@ class EventStream {
   std::string item_;
   bool has_item_ = false;
 };
+
+}  // namespace contextctl
 
 #endif

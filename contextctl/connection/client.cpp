@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/client.h"
+#include "contextctl/connection/client.h"
 
-#include "contextctl/deadline.h"
-#include "contextctl/event_stream.h"
-#include "contextctl/failure.h"
-#include "contextctl/interrupt.h"
-#include "contextctl/message.h"
-#include "contextctl/transfer.h"
+#include "contextctl/connection/event_stream.h"
+#include "contextctl/connection/message.h"
+#include "contextctl/connection/transfer.h"
+#include "contextctl/system/deadline.h"
+#include "contextctl/system/failure.h"
+#include "contextctl/system/interrupt.h"
 #include "util/text.h"
 
+namespace contextctl {
 namespace {
 
 bool isRefusal(long status) {
@@ -102,3 +103,5 @@ void Client::follow(const std::string& path, const Query& query, const Interrupt
   requireSuccess(transfer.status(), refusal);
   throw Failure(kExitNoAnswer, "the context at " + socket_ + " has gone away");
 }
+
+}  // namespace contextctl

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Files of leaves, {"<full name>": {"type": "...", "value": "..."}, ...}: what `export` writes and `import`
 // and `diff` read.
-#ifndef CPP2C_CONTEXTCTL_TREE_FILE_H
-#define CPP2C_CONTEXTCTL_TREE_FILE_H
+#ifndef CPP2C_CONTEXTCTL_LEAVES_LEAF_FILE_H
+#define CPP2C_CONTEXTCTL_LEAVES_LEAF_FILE_H
 
 #include <string>
 #include <vector>
 
-#include "contextctl/leaf.h"
+#include "contextctl/leaves/leaf.h"
+
+namespace contextctl {
 
 std::string writeTree(const std::vector<Leaf>& leaves);
 
@@ -16,5 +18,7 @@ std::vector<Leaf> readTree(const std::string& text, const std::string& source);
 
 // Reads the file, "-" being standard input.
 std::vector<Leaf> readTreeFile(const std::string& path);
+
+}  // namespace contextctl
 
 #endif

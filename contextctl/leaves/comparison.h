@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_COMPARISON_H
-#define CPP2C_CONTEXTCTL_COMPARISON_H
+#ifndef CPP2C_CONTEXTCTL_LEAVES_COMPARISON_H
+#define CPP2C_CONTEXTCTL_LEAVES_COMPARISON_H
 
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "contextctl/leaf.h"
+#include "contextctl/leaves/leaf.h"
+
+namespace contextctl {
 
 class Session;
 
@@ -32,5 +34,7 @@ Comparison compareWithContext(const Session& session, const std::string& path);
 // One value of a difference, as far as it may be shown.
 std::optional<std::string> visible(const Session& session, const Difference& difference,
                                    const std::string& value);
+
+}  // namespace contextctl
 
 #endif

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_TRANSFER_H
-#define CPP2C_CONTEXTCTL_TRANSFER_H
+#ifndef CPP2C_CONTEXTCTL_CONNECTION_TRANSFER_H
+#define CPP2C_CONTEXTCTL_CONNECTION_TRANSFER_H
 
 #include <curl/curl.h>
 
@@ -10,7 +10,9 @@
 #include <string>
 #include <string_view>
 
-#include "contextctl/client.h"
+#include "contextctl/connection/client.h"
+
+namespace contextctl {
 
 // One request; `on_bytes` is given the body piece by piece.
 class Transfer {
@@ -45,5 +47,7 @@ class Transfer {
   std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle_;
   std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers_;
 };
+
+}  // namespace contextctl
 
 #endif

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/session.h"
+#include "contextctl/commands/session.h"
 
 #include <unistd.h>
 
 #include <cstdlib>
 #include <ostream>
 
-#include "contextctl/failure.h"
-#include "contextctl/interrupt.h"
+#include "contextctl/system/failure.h"
+#include "contextctl/system/interrupt.h"
 
+namespace contextctl {
 namespace {
 
 std::string environment(const char* name) {
@@ -70,3 +71,5 @@ std::string defaultControl() {
   if (!folder.empty()) return folder + "/cpp2c.sock";
   return getuid() == 0 ? "/run/cpp2c.sock" : "/tmp/cpp2c-" + std::to_string(getuid()) + ".sock";
 }
+
+}  // namespace contextctl

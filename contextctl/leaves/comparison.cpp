@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "contextctl/comparison.h"
+#include "contextctl/leaves/comparison.h"
 
 #include <map>
 
-#include "contextctl/session.h"
-#include "contextctl/tree_file.h"
+#include "contextctl/commands/session.h"
+#include "contextctl/leaves/leaf_file.h"
 
+namespace contextctl {
 namespace {
 
 std::optional<std::string> obstacleTo(const Leaf& wanted, const Leaf* present) {
@@ -46,3 +47,5 @@ std::optional<std::string> visible(const Session& session, const Difference& dif
   if (difference.type == "pwd" && !session.reveal()) return std::nullopt;
   return value;
 }
+
+}  // namespace contextctl

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_CONTEXTCTL_CLIENT_H
-#define CPP2C_CONTEXTCTL_CLIENT_H
+#ifndef CPP2C_CONTEXTCTL_CONNECTION_CLIENT_H
+#define CPP2C_CONTEXTCTL_CONNECTION_CLIENT_H
 
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
+
+namespace contextctl {
 
 class Interrupt;
 
@@ -30,5 +32,7 @@ class Client {
   std::string socket_;
   double seconds_;
 };
+
+}  // namespace contextctl
 
 #endif

@@ -6,7 +6,7 @@
 
 namespace contextctl {
 
-// Reads the command line and does what it asks for. Throws Failure.
+// Parses the command line and runs its command. Throws Failure.
 ExitStatus runCommandLine(int argc, const char* const* argv);
 
 }  // namespace contextctl

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whatever a socket answers, the client takes it apart or refuses it.
+// The client parses or rejects any answer.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -18,7 +18,7 @@ void checkAnswer(const std::string& text) {
   try {
     require(!readAnswer(text).json.empty(), "an answer can be printed");
   } catch (const Failure& failure) {
-    require(failure.status() == kExitNoAnswer, "what is no answer is no answer");
+    require(failure.status() == kExitNoAnswer, "an invalid answer has its exit status");
   }
   readRefusal(text);
 }
@@ -38,7 +38,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   contextctl::checkAnswer(text);
   const std::vector<std::string> items = contextctl::itemsOf(text, text.size() + 1);
   require(items == contextctl::itemsOf(text, 1) && items == contextctl::itemsOf(text, 3),
-          "a stream may be cut anywhere");
+          "pieces of a stream may end anywhere");
   for (const std::string& item : items) contextctl::checkAnswer(item);
   return 0;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Any text is a file of leaves that is written again with the same leaves, or is refused in one message.
+// Any text is either a file of leaves, which can be written again with the same leaves, or is rejected.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -16,7 +16,7 @@ namespace {
 const char kSource[] = "tree.json";
 
 void checkWrittenAgain(const std::vector<Leaf>& leaves) {
-  const std::vector<Leaf> again = readTree(writeTree(leaves), kSource);
+  const std::vector<Leaf> again = parseLeaves(formatLeaves(leaves), kSource);
   require(again.size() == leaves.size(), "no leaf is lost");
   for (std::size_t i = 0; i < leaves.size(); i++) {
     require(again[i].name == leaves[i].name, "a name is kept");
@@ -30,11 +30,12 @@ void checkWrittenAgain(const std::vector<Leaf>& leaves) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {
-    contextctl::checkWrittenAgain(contextctl::readTree(std::string(data, data + size), contextctl::kSource));
+    contextctl::checkWrittenAgain(
+        contextctl::parseLeaves(std::string(data, data + size), contextctl::kSource));
   } catch (const contextctl::Failure& failure) {
-    require(failure.status() == contextctl::kExitNoAnswer, "a file that cannot be read is no answer");
+    require(failure.status() == contextctl::kExitNoAnswer, "an invalid file has its exit status");
     require(std::strncmp(failure.what(), contextctl::kSource, std::strlen(contextctl::kSource)) == 0,
-            "a message names its source");
+            "a message begins with its source");
   }
   return 0;
 }

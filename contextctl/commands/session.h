@@ -6,53 +6,44 @@
 #include <iosfwd>
 #include <string>
 
-#include "contextctl/connection/client.h"
-#include "contextctl/connection/message.h"
+#include "contextctl/connection/connection.h"
 
 namespace contextctl {
 
-// What a command works with: the context, the user's wishes and the output.
+// What a command works with: the connection, the common options and the output.
 class Session {
  public:
-  struct Wishes {
-    std::string control;  // socket of the context
+  struct Options {
+    std::string socket;   // of the context
     double seconds = 10;  // to wait for an answer
-    bool json = false;    // for scripts
-    bool reveal = false;  // show the values of "pwd" leaves
+    bool json = false;
+    bool reveal = false;  // show passwords
   };
 
-  Session(const Wishes& wishes, std::ostream& out)
-      : wishes_(wishes), client_(wishes.control, wishes.seconds), out_(out) {}
+  Session(const Options& options, std::ostream& out)
+      : options_(options), connection_(options.socket, options.seconds), out_(out) {}
 
-  bool json() const { return wishes_.json; }
-  bool reveal() const { return wishes_.reveal; }
+  const Connection& connection() const { return connection_; }
+  double seconds() const { return options_.seconds; }
+  bool json() const { return options_.json; }
+  bool reveal() const { return options_.reveal; }
   std::ostream& out() const { return out_; }
 
-  Answer get(const std::string& path, const Client::Query& query = {}) const;
-  Answer put(const std::string& path, const Members& members) const;
-  Answer post(const std::string& path, const Members& members) const;
-  Answer remove(const std::string& path, const Client::Query& query) const;
-  std::string getText(const std::string& path, const Client::Query& query = {}) const;  // as it came
+  // Prints the answer as JSON with --json, otherwise as `print_text` does, or not at all without it.
+  void show(const Answer& answer, const std::function<void(std::ostream& out)>& print_text = nullptr) const;
 
-  // Prints the answer as it is for --json, otherwise in words, if it needs any.
-  void show(const Answer& answer, const std::function<void(std::ostream& out)>& in_words = nullptr) const;
-
-  // Hands `on_item` each item of a stream until `count` have come (0: no limit) or Ctrl-C. With --json each
-  // is printed instead.
-  void follow(const std::string& path, const Client::Query& query, int count,
-              const std::function<void(const Record& item)>& on_item) const;
+  // Receives `count` items of a stream (0: no limit), until Ctrl-C. Prints each as show() does.
+  void follow(const std::string& path, const Query& query, int count,
+              const std::function<void(const Record& item)>& print_text) const;
 
  private:
-  Wishes wishes_;
-  Client client_;
+  Options options_;
+  Connection connection_;
   std::ostream& out_;
 };
 
-// Sends what has been printed on its way. Throws Failure if it cannot be written.
+// Writes buffered output. Throws Failure if it cannot be written.
 void flush(std::ostream& out);
-
-// The socket to use where none is named: CPP2C_CONTROL, else the user's place for run-time files.
-std::string defaultControl();
 
 }  // namespace contextctl
 

@@ -8,15 +8,15 @@
 
 namespace contextctl {
 
-// Takes the items out of a "text/event-stream": the "data" of each, its lines joined. Comments, which keep
-// the connection alive, and other fields are skipped.
+// Extracts the items of a "text/event-stream": the "data" of each, with its lines joined. Comments, which
+// keep the connection alive, and other fields are skipped.
 class EventStream {
  public:
   using OnItem = std::function<void(const std::string& item)>;
 
   explicit EventStream(OnItem on_item) : on_item_(std::move(on_item)) {}
 
-  void feed(std::string_view bytes);  // cut anywhere
+  void feed(std::string_view bytes);  // may end anywhere
 
  private:
   void endLine();

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "contextctl/system/failure.h"
+#include "util/text.h"
 
 namespace contextctl {
 namespace {
@@ -11,16 +12,16 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 [[noreturn]] void failAnswer(const std::string& reason) {
-  throw Failure(kExitNoAnswer, "the context's answer cannot be understood: " + reason);
+  throw Failure(kExitNoAnswer, "invalid answer from the context: " + reason);
 }
 
 Json parseObject(const std::string& text) {
   Json json = Json::parse(text, nullptr, false);
-  if (!json.is_object()) failAnswer("no JSON object");
+  if (!json.is_object()) failAnswer("not a JSON object");
   return json;
 }
 
-std::optional<std::string> plainText(const Json& value) {
+std::optional<std::string> textOf(const Json& value) {
   if (value.is_null()) return std::nullopt;
   return value.is_string() ? value.get<std::string>() : value.dump();
 }
@@ -28,16 +29,16 @@ std::optional<std::string> plainText(const Json& value) {
 Record readRecord(const Json& object) {
   Record record;
   for (const auto& member : object.items())
-    if (member.value().is_primitive()) record.set(member.key(), plainText(member.value()));
+    if (member.value().is_primitive()) record.set(member.key(), textOf(member.value()));
   return record;
 }
 
 void readArray(const std::string& name, const Json& array, Answer& answer) {
-  std::vector<Record>& list = answer.lists[name];
-  std::vector<std::string>& names = answer.names[name];
+  std::vector<Record>& objects = answer.objects[name];
+  std::vector<std::string>& strings = answer.strings[name];
   for (const Json& item : array) {
-    if (item.is_object()) list.push_back(readRecord(item));
-    if (item.is_string()) names.push_back(item);
+    if (item.is_object()) objects.push_back(readRecord(item));
+    if (item.is_string()) strings.push_back(item);
   }
 }
 
@@ -52,39 +53,39 @@ Json toJson(const Members& members) {
   return object;
 }
 
-std::string strictLine(const Json& json) {
+std::string utf8Line(const Json& json) {
   try {
     return json.dump();
   } catch (const Json::type_error&) {
-    throw Failure(kExitUsage, "a name or value is not UTF-8 text");
+    throw Failure(kExitUsage, "a name or value is not valid UTF-8");
   }
 }
 
 template <typename T>
-const T& find(const std::map<std::string, T>& all, const std::string& name) {
-  const auto found = all.find(name);
-  if (found == all.end()) failAnswer("no \"" + name + '"');
+const T& findMember(const std::map<std::string, T>& members, const std::string& name) {
+  const auto found = members.find(name);
+  if (found == members.end()) failAnswer("no member " + util::quoted(name));
   return found->second;
 }
 
 }  // namespace
 
 const std::optional<std::string>& Record::value(const std::string& name) const {
-  return find(members_, name);
+  return findMember(members_, name);
 }
 
 double Record::number(const std::string& name) const {
   const Json json = Json::parse(text(name), nullptr, false);
-  if (!json.is_number()) failAnswer('"' + name + "\" is no number");
+  if (!json.is_number()) failAnswer(util::quoted(name) + " is not a number");
   return json;
 }
 
-const std::vector<Record>& Answer::list(const std::string& name) const {
-  return find(lists, name);
+const std::vector<Record>& Answer::objectArray(const std::string& name) const {
+  return findMember(objects, name);
 }
 
-const std::vector<std::string>& Answer::nameList(const std::string& name) const {
-  return find(names, name);
+const std::vector<std::string>& Answer::stringArray(const std::string& name) const {
+  return findMember(strings, name);
 }
 
 Answer readAnswer(const std::string& text) {
@@ -104,13 +105,13 @@ std::optional<std::string> readRefusal(const std::string& text) {
 }
 
 std::string writeObject(const Members& members) {
-  return strictLine(toJson(members));
+  return utf8Line(toJson(members));
 }
 
-std::string writeList(const std::string& name, const std::vector<Members>& items) {
-  Json list = Json::array();
-  for (const Members& item : items) list.push_back(toJson(item));
-  return strictLine(Json{{name, list}});
+std::string writeArray(const std::string& name, const std::vector<Members>& items) {
+  Json array = Json::array();
+  for (const Members& item : items) array.push_back(toJson(item));
+  return utf8Line(Json{{name, array}});
 }
 
 }  // namespace contextctl

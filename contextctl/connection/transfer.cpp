@@ -10,7 +10,7 @@
 namespace contextctl {
 namespace {
 
-std::string queryText(CURL* handle, const Client::Query& query) {
+std::string queryText(CURL* handle, const Query& query) {
   std::string text;
   for (const auto& [name, value] : query) {
     if (value.empty()) continue;
@@ -23,8 +23,8 @@ std::string queryText(CURL* handle, const Client::Query& query) {
 
 }  // namespace
 
-Transfer::Transfer(const std::string& socket, double seconds, const std::string& path,
-                   const Client::Query& query, OnBytes on_bytes)
+Transfer::Transfer(const std::string& socket, double seconds, const std::string& path, const Query& query,
+                   OnBytes on_bytes)
     : socket_(socket),
       seconds_(seconds),
       on_bytes_(std::move(on_bytes)),
@@ -33,7 +33,7 @@ Transfer::Transfer(const std::string& socket, double seconds, const std::string&
   const std::string url = "http://context" + path + queryText(handle(), query);
   set(CURLOPT_URL, url.c_str());
   set(CURLOPT_UNIX_SOCKET_PATH, socket_.c_str());
-  set(CURLOPT_PROXY, "");  // the environment may name one
+  set(CURLOPT_PROXY, "");  // ignore the proxies of the environment
   set(CURLOPT_NOSIGNAL, 1L);
   set(CURLOPT_WRITEFUNCTION, &Transfer::write);
   set(CURLOPT_WRITEDATA, this);
@@ -50,7 +50,7 @@ void Transfer::setRequest(const std::string& method, const std::string& body) {
   set(CURLOPT_COPYPOSTFIELDS, body.c_str());
 }
 
-void Transfer::setTotalTime() {
+void Transfer::limitTotalTime() {
   set(CURLOPT_TIMEOUT_MS, Deadline(seconds_).millisecondsLeft() + 0L);
 }
 
@@ -60,7 +60,7 @@ long Transfer::status() const {
   return status;
 }
 
-// No exception may pass through the C library; this one waits until that has returned.
+// An exception must not pass through the C library: it is kept until the library has returned.
 size_t Transfer::write(char* bytes, size_t one, size_t size, void* user) {
   auto& self = *static_cast<Transfer*>(user);
   try {
@@ -77,7 +77,7 @@ void Transfer::rethrow() const {
 }
 
 void Transfer::fail(CURLcode code) const {
-  if (code == CURLE_OPERATION_TIMEDOUT) failLate();
+  if (code == CURLE_OPERATION_TIMEDOUT) failTimeout();
   long reason = 0;
   curl_easy_getinfo(handle(), CURLINFO_OS_ERRNO, &reason);
   if (code == CURLE_COULDNT_CONNECT)
@@ -85,7 +85,7 @@ void Transfer::fail(CURLcode code) const {
   throw Failure(kExitNoAnswer, "no answer from " + socket_ + ": " + curl_easy_strerror(code));
 }
 
-void Transfer::failLate() const {
+void Transfer::failTimeout() const {
   throw Failure(kExitNoAnswer, "no answer from " + socket_ + " within " + secondsText(seconds_));
 }
 

@@ -10,27 +10,27 @@
 #include <string>
 #include <string_view>
 
-#include "contextctl/connection/client.h"
+#include "contextctl/connection/message.h"
 
 namespace contextctl {
 
-// One request; `on_bytes` is given the body piece by piece.
+// One HTTP request. `on_bytes` receives the body of the answer piece by piece.
 class Transfer {
  public:
   using OnBytes = std::function<void(std::string_view bytes)>;
 
-  Transfer(const std::string& socket, double seconds, const std::string& path, const Client::Query& query,
+  Transfer(const std::string& socket, double seconds, const std::string& path, const Query& query,
            OnBytes on_bytes);
   Transfer(const Transfer&) = delete;
   Transfer& operator=(const Transfer&) = delete;
 
   void setRequest(const std::string& method, const std::string& body);
-  void setTotalTime();
+  void limitTotalTime();
   CURL* handle() const { return handle_.get(); }
   long status() const;
-  void rethrow() const;                         // what `on_bytes` threw
-  [[noreturn]] void fail(CURLcode code) const;  // says why the transfer failed
-  [[noreturn]] void failLate() const;           // says that it took too long
+  void rethrow() const;                         // the exception that `on_bytes` threw, if any
+  [[noreturn]] void fail(CURLcode code) const;  // the transfer failed
+  [[noreturn]] void failTimeout() const;
 
  private:
   static size_t write(char* bytes, size_t one, size_t size, void* user);

@@ -13,7 +13,7 @@ namespace contextctl {
 
 class ElfImage;
 
-// What a file tells the loader about linking it. Throws Failure for what is damaged.
+// The information of a file for the dynamic loader. Throws Failure if it is damaged.
 class DynamicSection {
  public:
   explicit DynamicSection(const ElfImage& image);  // `image` must outlive it

@@ -11,7 +11,7 @@ namespace contextctl {
 
 class ElfImage;
 
-// One name of a library's dynamic symbol table.
+// One entry of the dynamic symbol table.
 struct DynamicSymbol {
   std::string name;
   bool defined = false;
@@ -19,16 +19,16 @@ struct DynamicSymbol {
   bool unique = false;  // the loader keeps a library with such a symbol until the process ends
 };
 
-// What the loader would learn of a shared library without running any of it.
+// The information about a shared library that the loader reads from its file.
 struct Library {
   std::string path;
   Platform platform;
   std::string soname;               // empty: none
-  std::vector<std::string> needed;  // names of other libraries
+  std::vector<std::string> needed;  // names of libraries
   std::string rpath;                // colon-separated, as in the file
-  std::string runpath;              // likewise
+  std::string runpath;              // colon-separated
   std::vector<DynamicSymbol> symbols;
-  bool no_delete = false;  // marked never to be unloaded
+  bool no_delete = false;  // marked as never to be unloaded
   bool executable_stack = false;
 };
 

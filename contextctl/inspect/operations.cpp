@@ -3,7 +3,7 @@
 
 namespace contextctl {
 
-const std::vector<std::string>& operationsOf(Kind kind) {
+const std::vector<std::string>& operationsOf(LibraryKind kind) {
   static const std::vector<std::string> context = {
       "~IContext",
       "~IContext",
@@ -34,7 +34,7 @@ const std::vector<std::string>& operationsOf(Kind kind) {
       "~IModule", "~IModule",   "onLoad", "onStart",  "onConfig",
       "onRun",    "onUnconfig", "onStop", "onUnload", "recvDependence",
   };
-  return kind == Kind::kContext ? context : module;
+  return kind == LibraryKind::kContext ? context : module;
 }
 
 }  // namespace contextctl

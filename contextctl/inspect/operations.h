@@ -7,12 +7,11 @@
 
 namespace contextctl {
 
-// What a library is to be.
-enum class Kind { kContext, kModule };
+enum class LibraryKind { kContext, kModule };
 
-// The operations of IContext or IModule, the first one standing at position 1 of the virtual table. A
-// destructor begins with "~"; a position that libcpp2c never calls has an empty name.
-const std::vector<std::string>& operationsOf(Kind kind);
+// The operations of IContext or IModule in the order of the virtual table. A destructor begins with "~"; a
+// position that libcpp2c never calls has an empty name.
+const std::vector<std::string>& operationsOf(LibraryKind kind);
 
 }  // namespace contextctl
 

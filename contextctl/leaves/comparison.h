@@ -2,7 +2,6 @@
 #ifndef CPP2C_CONTEXTCTL_LEAVES_COMPARISON_H
 #define CPP2C_CONTEXTCTL_LEAVES_COMPARISON_H
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,9 +9,7 @@
 
 namespace contextctl {
 
-class Session;
-
-// A leaf whose value in the context is not the file's.
+// A leaf with different values in the context and in the file.
 struct Difference {
   std::string name;
   std::string type;
@@ -20,20 +17,13 @@ struct Difference {
   std::string file;
 };
 
-// How a file of leaves stands to the context. Leaves that the file does not name do not count.
+// How a file of leaves compares with the context. Leaves that are missing from the file are ignored.
 struct Comparison {
-  std::vector<std::string> obstacles;  // why the file cannot be imported, a line each
+  std::vector<std::string> conflicts;  // messages: why the file cannot be imported
   std::vector<Difference> differences;
 };
 
 Comparison compare(const std::vector<Leaf>& file, const std::vector<Leaf>& context);
-
-// With the context's leaves as they are now, passwords included.
-Comparison compareWithContext(const Session& session, const std::string& path);
-
-// One value of a difference, as far as it may be shown.
-std::optional<std::string> visible(const Session& session, const Difference& difference,
-                                   const std::string& value);
 
 }  // namespace contextctl
 

@@ -6,34 +6,33 @@
 #include <string>
 #include <vector>
 
-#include "contextctl/connection/client.h"
 #include "contextctl/connection/message.h"
 
 namespace contextctl {
 
-class Session;
+class Connection;
 
 // A leaf of the configuration tree.
 struct Leaf {
-  std::string name;  // full
+  std::string name;  // full name
   std::string type;
-  std::optional<std::string> value;  // none: a password that is not revealed
+  std::optional<std::string> value;  // nullopt: a hidden password
   bool computed = false;
 };
 
 Leaf leafOf(const Record& record);
 
-// Asks for leaves by name or prefix, and for passwords if they are to be shown.
-Client::Query leafQuery(const std::string& name, bool reveal);
+// Selects leaves by their full name or its prefix; `reveal` asks for the values of passwords.
+Query leafQuery(const std::string& name, bool reveal);
 
-// The leaves whose full names begin with `prefix`, in the order of their names.
-std::vector<Leaf> getLeaves(const Session& session, const std::string& prefix, bool reveal);
+// The leaves whose full names begin with `prefix`, sorted by name.
+std::vector<Leaf> getLeaves(const Connection& connection, const std::string& prefix, bool reveal);
 
-// What to show for a value.
-std::string shown(const std::optional<std::string>& value);
+// The value, or "(hidden)".
+std::string valueText(const std::optional<std::string>& value);
 
-// As "uint", "uint (computed)".
-std::string shownType(const Leaf& leaf);
+// The type as in "uint" or "uint (computed)".
+std::string typeText(const Leaf& leaf);
 
 }  // namespace contextctl
 

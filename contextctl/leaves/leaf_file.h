@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Files of leaves, {"<full name>": {"type": "...", "value": "..."}, ...}: what `export` writes and `import`
-// and `diff` read.
+// Files of leaves, {"<full name>": {"type": "...", "value": "..."}, ...}: `export` writes them, `import` and
+// `diff` read them.
 #ifndef CPP2C_CONTEXTCTL_LEAVES_LEAF_FILE_H
 #define CPP2C_CONTEXTCTL_LEAVES_LEAF_FILE_H
 
@@ -11,13 +11,13 @@
 
 namespace contextctl {
 
-std::string writeTree(const std::vector<Leaf>& leaves);
+std::string formatLeaves(const std::vector<Leaf>& leaves);
 
-// `source` names the text in error messages. Throws Failure for a text of another form.
-std::vector<Leaf> readTree(const std::string& text, const std::string& source);
+// `source` is the name of the text in error messages. Throws Failure if the text is invalid.
+std::vector<Leaf> parseLeaves(const std::string& text, const std::string& source);
 
-// Reads the file, "-" being standard input.
-std::vector<Leaf> readTreeFile(const std::string& path);
+// Reads the file; "-" is standard input.
+std::vector<Leaf> readLeafFile(const std::string& path);
 
 }  // namespace contextctl
 

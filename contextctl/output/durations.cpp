@@ -6,13 +6,13 @@
 
 namespace contextctl {
 
-std::string milliseconds(double value) {
-  char text[400];  // the longest double is 309 digits
+std::string millisecondsText(double value) {
+  char text[400];  // the longest double has 309 digits
   std::snprintf(text, sizeof text, "%.3f", value);
   return text;
 }
 
-std::string uptime(double value) {
+std::string uptimeText(double value) {
   const auto seconds = static_cast<long long>(value / 1000);
   const long long days = seconds / 86400;
   char clock[32];
@@ -22,9 +22,9 @@ std::string uptime(double value) {
   return std::to_string(days) + (days == 1 ? " day " : " days ") + clock;
 }
 
-std::string secondsText(double seconds) {
+std::string secondsText(double value) {
   std::ostringstream text;
-  text << seconds << " s";
+  text << value << " s";
   return text.str();
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How durations are written.
+// Durations as text.
 #ifndef CPP2C_CONTEXTCTL_OUTPUT_DURATIONS_H
 #define CPP2C_CONTEXTCTL_OUTPUT_DURATIONS_H
 
@@ -7,14 +7,14 @@
 
 namespace contextctl {
 
-// Milliseconds, to the microsecond: as "12.345".
-std::string milliseconds(double value);
+// Milliseconds as in "12.345".
+std::string millisecondsText(double value);
 
-// Milliseconds, long ones: "3 days 01:02:03", "01:02:03".
-std::string uptime(double value);
+// Milliseconds as in "3 days 01:02:03" or "01:02:03".
+std::string uptimeText(double value);
 
-// As "10 s", "0.5 s".
-std::string secondsText(double seconds);
+// Seconds as in "10 s" or "0.5 s".
+std::string secondsText(double value);
 
 }  // namespace contextctl
 

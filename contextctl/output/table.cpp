@@ -9,7 +9,7 @@
 namespace contextctl {
 namespace {
 
-// In characters: a byte that goes on with a UTF-8 sequence takes no place of its own.
+// In characters: continuation bytes of UTF-8 sequences do not count.
 size_t widthOf(const std::string& text) {
   return static_cast<size_t>(std::count_if(
       text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));

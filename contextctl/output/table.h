@@ -8,14 +8,14 @@
 
 namespace contextctl {
 
-// Rows of texts, printed in columns as wide as their widest text. Control characters are spelled out.
+// Prints rows in columns as wide as their widest text. Control characters are escaped.
 class Table {
  public:
   using Row = std::vector<std::string>;
 
   explicit Table(Row headings) { add(std::move(headings)); }
 
-  void add(Row row);  // as many texts as there are headings
+  void add(Row row);  // one text per heading
   void print(std::ostream& out) const;
 
  private:

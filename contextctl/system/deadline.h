@@ -4,12 +4,12 @@
 
 namespace contextctl {
 
-// A moment some seconds from now.
+// The end of a time limit that starts now.
 class Deadline {
  public:
   explicit Deadline(double seconds);
 
-  int millisecondsLeft() const;  // 0: it has passed; never more than an hour, as poll() wants an int
+  int millisecondsLeft() const;  // 0: it has passed; at most an hour, to fit the int of poll()
 
  private:
   double moment_;

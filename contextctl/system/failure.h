@@ -7,15 +7,15 @@
 
 namespace contextctl {
 
-// The exit statuses; scripts rely on them.
+// Scripts rely on these values.
 enum ExitStatus {
   kExitOk = 0,
-  kExitNo = 1,        // the answer is no: an unknown name, a refused value, a difference, no fit
-  kExitUsage = 2,     // the command line is at fault
-  kExitNoAnswer = 3,  // no connection, no answer in time, an answer or a file that cannot be read
+  kExitNo = 1,        // the answer is no: an unknown name, a refused value, a difference, a misfit
+  kExitUsage = 2,     // wrong usage
+  kExitNoAnswer = 3,  // no connection, no valid answer in time, or a file that cannot be read or written
 };
 
-// Why a command ends early: one line for the user, and the exit status.
+// Ends a command: a message of one line for the user, and the exit status.
 class Failure : public std::runtime_error {
  public:
   Failure(ExitStatus status, const std::string& message) : std::runtime_error(message), status_(status) {}

@@ -52,7 +52,7 @@ std::string readAll(int fd, const std::string& path) {
 }  // namespace
 
 std::string readFile(const std::string& path) {
-  const File file(path, O_RDONLY | O_NONBLOCK);  // a pipe without a writer must not hold us before it is seen
+  const File file(path, O_RDONLY | O_NONBLOCK);  // opening a pipe must not block
   file.requireRegular();
   return readAll(file.fd(), path);
 }

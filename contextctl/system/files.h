@@ -6,13 +6,14 @@
 
 namespace contextctl {
 
-// The bytes of a regular file. Throws Failure, also for folders, devices and pipes, which may have no end.
+// Returns the bytes of a regular file. Throws Failure for others: devices and pipes may have no end.
 std::string readFile(const std::string& path);
 
-// The bytes of standard input.
+// Throws Failure if standard input cannot be read.
 std::string readStandardInput();
 
-// Replaces the file's content; a new file is readable by its owner only, since it may hold passwords.
+// Replaces the contents of the file. A new file is readable by its owner only, as it may contain passwords.
+// Throws Failure if it cannot be written.
 void writeFile(const std::string& path, const std::string& text);
 
 }  // namespace contextctl

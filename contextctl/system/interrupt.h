@@ -4,7 +4,7 @@
 
 namespace contextctl {
 
-// Turns Ctrl-C into something to wait for, so that a command that goes on until then ends in good order.
+// Turns Ctrl-C into a file descriptor to wait for, so that the command can end cleanly.
 class Interrupt {
  public:
   Interrupt();
@@ -12,8 +12,8 @@ class Interrupt {
   Interrupt(const Interrupt&) = delete;
   Interrupt& operator=(const Interrupt&) = delete;
 
-  int fd() const { return fd_; }    // readable once it has come
-  bool wait(double seconds) const;  // true: it has come
+  int fd() const { return fd_; }    // readable after Ctrl-C
+  bool wait(double seconds) const;  // returns true on Ctrl-C, false when the time is over
 
  private:
   int fd_;

@@ -28,10 +28,10 @@ class CommandSet {
   CLI::App& app() const { return app_; }
   const Action& chosen() const { return chosen_; }  // empty: none
 
-  // Adds a command that consists of other commands.
+  // Adds a command that only has subcommands.
   CLI::App& addGroup(const std::string& name, const std::string& purpose);
 
-  // Adds a command to `parent`, the whole or a group. `run` takes the session and owns the variables of the
+  // Adds a command to `parent`: app() or a group. `run` takes the session and owns the variables of the
   // arguments; it throws Failure, and returns the exit status or nothing.
   template <typename Run>
   CLI::App* add(CLI::App& parent, const std::string& name, const std::string& purpose,

@@ -46,7 +46,7 @@ void followLog(const Session& session, const std::string&, int count) {
 
 // One stream of the context and the command that follows it.
 struct Stream {
-  const char* name;  // of the command below "follow"
+  const char* name;  // of the command in the group "follow"
   const char* purpose;
   const char* examples;  // arguments, one line each
   const char* items;
@@ -94,7 +94,7 @@ CLI::App* addFollower(CommandSet& commands, CLI::App& parent, const std::string&
 
 // Adds the command under an older name.
 void addAlias(CommandSet& commands, CLI::App& parent, const std::string& name, const Stream& stream) {
-  const std::string purpose = std::string("Alias of \"follow ") + stream.name + '"';
+  const std::string purpose = "Alias of " + util::quoted(std::string("follow ") + stream.name);
   addFollower(commands, parent, name, purpose, stream)->group("Aliases");
 }
 

@@ -80,7 +80,7 @@ class TreePrinter {
   }
 
   std::ostream& out_;
-  std::vector<std::string> path_;  // of the leaf before
+  std::vector<std::string> path_;  // of the previous leaf
 };
 
 void showTree(const Session& session, const std::string& prefix) {

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "util/text.h"
+
 namespace contextctl {
 
 void EventStream::feed(std::string_view bytes) {
@@ -17,7 +19,7 @@ void EventStream::feed(std::string_view bytes) {
 
 void EventStream::endLine() {
   const std::string line = std::exchange(line_, "");
-  if (line.compare(0, 5, "data:") == 0) {
+  if (util::startsWith(line, "data:")) {
     if (has_item_) item_ += '\n';
     item_ += line.substr(line.compare(5, 1, " ") == 0 ? 6 : 5);
     has_item_ = true;

@@ -16,7 +16,7 @@ class EventStream {
 
   explicit EventStream(OnItem on_item) : on_item_(std::move(on_item)) {}
 
-  void feed(std::string_view bytes);  // may end anywhere
+  void feed(std::string_view bytes);  // the bytes may end anywhere
 
  private:
   void endLine();

@@ -15,7 +15,7 @@ struct Platform {
   int word_size = 0;  // in bits
   bool big_endian = false;
   int machine = 0;          // an EM_ number
-  std::uint32_t flags = 0;  // depend on the machine
+  std::uint32_t flags = 0;  // their meaning depends on the machine
   int mips_float = -1;      // a Val_GNU_MIPS_ABI_FP_ number; -1: not stated
 };
 

@@ -10,7 +10,7 @@ namespace contextctl {
 // Scripts rely on these values.
 enum ExitStatus {
   kExitOk = 0,
-  kExitNo = 1,        // the answer is no: an unknown name, a refused value, a difference, a misfit
+  kExitNo = 1,        // the answer is no: an unknown name, a refused value, a difference, no fit
   kExitUsage = 2,     // wrong usage
   kExitNoAnswer = 3,  // no connection, no valid answer in time, or a file that cannot be read or written
 };

@@ -13,7 +13,7 @@ class Interrupt {
   Interrupt& operator=(const Interrupt&) = delete;
 
   int fd() const { return fd_; }    // readable after Ctrl-C
-  bool wait(double seconds) const;  // returns true on Ctrl-C, false when the time is over
+  bool wait(double seconds) const;  // true: Ctrl-C; false: the time is over
 
  private:
   int fd_;

@@ -5,25 +5,25 @@
 namespace contextctl {
 namespace {
 
-using ContextTest = ContextctlTest;
+using ContextCommandsTest = ContextctlTest;
 
-TEST_F(ContextTest, SavePrintsNothing) {
+TEST_F(ContextCommandsTest, SavePrintsNothing) {
   context.answer("POST /save", kDone);
   expectOutput({"save"}, "");
   EXPECT_EQ(context.requests(), Requests{"POST /save {}"});
 }
 
-TEST_F(ContextTest, SaveReportsWhyItFailed) {
+TEST_F(ContextCommandsTest, SaveReportsWhyItFailed) {
   context.answer("POST /save", R"({"result":-1022,"error":"no state file"})", 503);
   expectFailure({"save"}, 1, "no state file");
 }
 
-TEST_F(ContextTest, StopPrintsNothing) {
+TEST_F(ContextCommandsTest, StopPrintsNothing) {
   context.answer("POST /stop", kDone);
   expectOutput({"stop"}, "");
 }
 
-TEST_F(ContextTest, ModulesArePrintedAsATable) {
+TEST_F(ContextCommandsTest, ModulesArePrintedAsATable) {
   context.answer("GET /modules", R"({"modules":[{"library":"./libnet.so","state":"running"},)"
                                  R"({"library":"libwifi.so","state":"failed"}],"state":"running"})");
   expectOutput({"modules"},
@@ -33,7 +33,7 @@ TEST_F(ContextTest, ModulesArePrintedAsATable) {
                "libwifi.so   failed\n");
 }
 
-TEST_F(ContextTest, RegistrationsArePrintedAsATable) {
+TEST_F(ContextCommandsTest, RegistrationsArePrintedAsATable) {
   context.answer("GET /registrations", kRegistrations);
   expectOutput({"registrations"},
                "KIND   KEY  FUNCTION   LOCATION    COUNT  TOTAL MS  LONGEST MS  LAST MS  RESULT\n"
@@ -41,7 +41,7 @@ TEST_F(ContextTest, RegistrationsArePrintedAsATable) {
                "timer  1    tick                   10     12.250    3.000       1.000    -1023\n");
 }
 
-TEST_F(ContextTest, StatisticsArePrintedAsATable) {
+TEST_F(ContextCommandsTest, StatisticsArePrintedAsATable) {
   context.answer("GET /statistics", kStatistics);
   expectOutput({"stats"},
                "FIGURE       VALUE\n"
@@ -57,14 +57,14 @@ TEST_F(ContextTest, StatisticsArePrintedAsATable) {
                "clients      1\n");
 }
 
-TEST_F(ContextTest, StatsWritesATrace) {
+TEST_F(ContextCommandsTest, StatsWritesATrace) {
   context.answer("GET /statistics", kStatistics);
   context.answer("GET /trace", R"({"traceEvents":[]})");
   EXPECT_EQ(run({"stats", "--trace", folder.file("trace.json")}).status, 0);
   EXPECT_EQ(folder.read("trace.json"), R"({"traceEvents":[]})");
 }
 
-TEST_F(ContextTest, AFigureThatIsNotANumberIsAFailure) {
+TEST_F(ContextCommandsTest, AFigureThatIsNotANumberIsAFailure) {
   context.answer("GET /statistics", R"({"pid":42,"program":"hello","uptimeMs":"long"})");
   expectFailure({"stats"}, 3, "invalid answer from the context: \"uptimeMs\" is not a number");
 }

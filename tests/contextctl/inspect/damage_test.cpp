@@ -18,7 +18,7 @@
 namespace contextctl {
 namespace {
 
-class DamageTest : public testing::Test {
+class InspectDamageTest : public testing::Test {
  protected:
   static std::string contentOf(const std::string& path) {
     std::ifstream stream(path);
@@ -43,20 +43,20 @@ class DamageTest : public testing::Test {
   const std::string whole_gnu = contentOf(inspected("plain"));
 };
 
-TEST_F(DamageTest, TheUndamagedFileIsRead) {
+TEST_F(InspectDamageTest, TheUndamagedFileIsRead) {
   EXPECT_TRUE(isRead(whole));
   EXPECT_TRUE(isRead(whole_gnu));
 }
 
 // The loader does not need the section headers and the other bytes after the last segment.
-TEST_F(DamageTest, ATruncatedFileIsReadOrRejected) {
+TEST_F(InspectDamageTest, ATruncatedFileIsReadOrRejected) {
   int rejected = 0;
   for (size_t size = 0; size < whole_gnu.size(); size++)
     rejected += isRead(whole_gnu.substr(0, size)) ? 0 : 1;
   EXPECT_GT(rejected, 1000);
 }
 
-TEST_F(DamageTest, AFileWithAnyByteSetIsReadOrRejected) {
+TEST_F(InspectDamageTest, AFileWithAnyByteSetIsReadOrRejected) {
   for (const std::string* content : {&whole, &whole_gnu}) {
     int rejected = 0;
     for (size_t i = 0; i < content->size(); i++) {
@@ -68,7 +68,7 @@ TEST_F(DamageTest, AFileWithAnyByteSetIsReadOrRejected) {
   }
 }
 
-TEST_F(DamageTest, AFileWithAnyByteClearedIsReadOrRejected) {
+TEST_F(InspectDamageTest, AFileWithAnyByteClearedIsReadOrRejected) {
   for (size_t i = 0; i < whole_gnu.size(); i++) {
     std::string damaged = whole_gnu;
     damaged[i] = 0;
@@ -76,14 +76,14 @@ TEST_F(DamageTest, AFileWithAnyByteClearedIsReadOrRejected) {
   }
 }
 
-TEST_F(DamageTest, AHugeCountOfProgramHeadersIsRejected) {
+TEST_F(InspectDamageTest, AHugeCountOfProgramHeadersIsRejected) {
   std::string damaged = whole_gnu;
   damaged[offsetof(Elf64_Ehdr, e_phnum)] = '\xfe';
   damaged[offsetof(Elf64_Ehdr, e_phnum) + 1] = '\xff';
   EXPECT_FALSE(isRead(damaged));
 }
 
-TEST_F(DamageTest, AWrongByteOrderIsRejected) {
+TEST_F(InspectDamageTest, AWrongByteOrderIsRejected) {
   std::string damaged = whole_gnu;
   damaged[EI_DATA] = damaged[EI_DATA] == ELFDATA2LSB ? ELFDATA2MSB : ELFDATA2LSB;
   EXPECT_FALSE(isRead(damaged));

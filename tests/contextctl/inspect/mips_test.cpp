@@ -13,7 +13,7 @@
 namespace contextctl {
 namespace {
 
-class MipsTest : public ContextctlTest {
+class InspectMipsTest : public ContextctlTest {
  protected:
   static InspectOptions mips(const std::string& name) {
     InspectOptions options = optionsFor(inspected(name));
@@ -31,28 +31,28 @@ class MipsTest : public ContextctlTest {
   }
 };
 
-TEST_F(MipsTest, ALibraryForTheSameMachineFits) {
+TEST_F(InspectMipsTest, ALibraryForTheSameMachineFits) {
   EXPECT_EQ(findingsOn("machine", mips("mips_hard")),
             Findings{"ok: 32-bit big-endian MIPS, o32, mips32r2, double-precision hardware floating point"});
 }
 
-TEST_F(MipsTest, EntryPointsAreFound) {
+TEST_F(InspectMipsTest, EntryPointsAreFound) {
   EXPECT_EQ(findingsOn("entry point", mips("mips_hard")), (Findings{"ok: getInstance", "ok: relInstance"}));
 }
 
-TEST_F(MipsTest, OtherFloatingPointDoesNotFit) {
+TEST_F(InspectMipsTest, OtherFloatingPointDoesNotFit) {
   EXPECT_EQ(findingsOn("machine", mips("mips_soft")),
             Findings{"no: software floating point, not double-precision hardware floating point"});
 }
 
-TEST_F(MipsTest, FloatingPointIsReadFromBuildAttributes) {
+TEST_F(InspectMipsTest, FloatingPointIsReadFromBuildAttributes) {
   InspectOptions options = mips("mips_soft");
   options.library = folder.write("older.so", olderSoft());
   EXPECT_EQ(findingsOn("machine", options),
             Findings{"no: software floating point, not double-precision hardware floating point"});
 }
 
-TEST_F(MipsTest, AFileWithBuildAttributesAndAnyByteSetIsReadOrRejected) {
+TEST_F(InspectMipsTest, AFileWithBuildAttributesAndAnyByteSetIsReadOrRejected) {
   const std::string whole = olderSoft();
   for (size_t i = 0; i < whole.size(); i++) {
     for (const char byte : {'\0', '\x7f', '\xff'}) {
@@ -67,11 +67,11 @@ TEST_F(MipsTest, AFileWithBuildAttributesAndAnyByteSetIsReadOrRejected) {
   }
 }
 
-TEST_F(MipsTest, ALibraryForThisMachineDoesNotFit) {
+TEST_F(InspectMipsTest, ALibraryForThisMachineDoesNotFit) {
   EXPECT_FALSE(fits(inspect(mips("plain"))));
 }
 
-TEST_F(MipsTest, DependenciesAreNotCheckedOnTheWrongMachine) {
+TEST_F(InspectMipsTest, DependenciesAreNotCheckedOnTheWrongMachine) {
   InspectOptions options = mips("mips_needy");
   options.against = inspected("plain");
   EXPECT_EQ(
@@ -79,7 +79,7 @@ TEST_F(MipsTest, DependenciesAreNotCheckedOnTheWrongMachine) {
       Findings{"note: libmips.so: not checked; give the root folder of the other machine with --sysroot"});
 }
 
-TEST_F(MipsTest, DependenciesAreFoundBelowTheSysroot) {
+TEST_F(InspectMipsTest, DependenciesAreFoundBelowTheSysroot) {
   std::filesystem::create_directories(folder.file("usr/lib"));
   std::filesystem::copy(inspected("mips_hard"), folder.file("usr/lib/libmips.so"));
   InspectOptions options = optionsFor(inspected("mips_needy"));
@@ -88,7 +88,7 @@ TEST_F(MipsTest, DependenciesAreFoundBelowTheSysroot) {
   EXPECT_EQ(findingsOn("needs", options), Findings{"ok: libmips.so: " + folder.file("usr/lib/libmips.so")});
 }
 
-TEST_F(MipsTest, TheFoldersOfTheLoaderConfigurationAreSearched) {
+TEST_F(InspectMipsTest, TheFoldersOfTheLoaderConfigurationAreSearched) {
   std::filesystem::create_directories(folder.file("opt/vendor"));
   std::filesystem::create_directories(folder.file("etc/ld.so.conf.d"));
   std::filesystem::copy(inspected("mips_hard"), folder.file("opt/vendor/libmips.so"));
@@ -101,7 +101,7 @@ TEST_F(MipsTest, TheFoldersOfTheLoaderConfigurationAreSearched) {
             Findings{"ok: libmips.so: " + folder.file("opt/vendor/libmips.so")});
 }
 
-TEST_F(MipsTest, ALibraryForAnotherMachineIsSkipped) {
+TEST_F(InspectMipsTest, ALibraryForAnotherMachineIsSkipped) {
   std::filesystem::create_directories(folder.file("lib"));
   std::filesystem::copy(inspected("plain"), folder.file("lib/libmips.so"));
   InspectOptions options = optionsFor(inspected("mips_needy"));
@@ -112,13 +112,13 @@ TEST_F(MipsTest, ALibraryForAnotherMachineIsSkipped) {
                      folder.file("lib/libmips.so") + " is for another machine"});
 }
 
-TEST_F(MipsTest, ALoadedLibraryIsNotSearched) {
+TEST_F(InspectMipsTest, ALoadedLibraryIsNotSearched) {
   InspectOptions options = mips("mips_needy");
   options.sysroot = folder.path();
   EXPECT_EQ(findingsOn("needs", options), Findings{"ok: libmips.so: " + inspected("mips_hard")});
 }
 
-TEST_F(MipsTest, LiveNeedsALibraryForThisMachine) {
+TEST_F(InspectMipsTest, LiveNeedsALibraryForThisMachine) {
   expectFailure({"inspect", "--live", inspected("mips_hard")}, 2,
                 "--live needs a library for this machine: " + inspected("mips_hard") +
                     " is 32-bit big-endian MIPS, o32, mips32r2, double-precision hardware floating point");

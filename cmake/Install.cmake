@@ -18,14 +18,6 @@ function(install_package_documents component package)
   install_compressed(${component} packaging/changelog ${doc_dir})
 endfunction()
 
-set(public_headers
-  binding/context.h
-  binding/dll_mgr.h
-  binding/handlers.h
-  boot/boot_context.h
-  boot/module.h
-  boot/product_config.h
-)
 set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/cpp2c)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/cpp2c)
 
@@ -34,15 +26,15 @@ install(TARGETS cpp2c EXPORT cpp2cTargets
     DESTINATION ${CMAKE_INSTALL_LIBDIR}
     COMPONENT runtime
     NAMELINK_COMPONENT development
-  INCLUDES DESTINATION ${header_dir}
+  FILE_SET HEADERS
+    DESTINATION ${header_dir}
+    COMPONENT development
+  INCLUDES DESTINATION ${header_dir}  # for a CMake before 3.23, which knows no file sets
 )
+install(TARGETS cpp2c_interfaces FILE_SET HEADERS DESTINATION ${header_dir} COMPONENT development)
 install_package_documents(runtime libcpp2c1)
 install_package_documents(development libcpp2c-dev)
-install(FILES framework/inc/include_c host/include/cpp2c_host.h DESTINATION ${header_dir} COMPONENT development)
-foreach(header IN LISTS public_headers)
-  cmake_path(GET header PARENT_PATH folder)
-  install(FILES ${header} DESTINATION ${header_dir}/${folder} COMPONENT development)
-endforeach()
+install(FILES host/include/cpp2c_host.h DESTINATION ${header_dir} COMPONENT development)
 
 install(EXPORT cpp2cTargets NAMESPACE cpp2c:: DESTINATION ${package_dir} COMPONENT development)
 configure_package_config_file(packaging/cpp2cConfig.cmake.in cpp2cConfig.cmake

@@ -42,9 +42,10 @@ void printDifferences(const Session& session, const std::vector<Difference>& dif
     session.out() << writeArray("differences", items) << '\n';
   } else if (!differences.empty()) {
     Table table({"NAME", "CONTEXT", "FILE"});
-    for (const Difference& d : differences)
+    for (const Difference& d : differences) {
       table.add(
           {d.name, valueText(shownValue(session, d, d.context)), valueText(shownValue(session, d, d.file))});
+    }
     table.print(session.out());
   }
 }

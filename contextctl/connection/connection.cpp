@@ -41,14 +41,27 @@ class Follower {
   Follower(const Follower&) = delete;
   Follower& operator=(const Follower&) = delete;
 
-  bool isRunning();
+  // Returns false if the interrupt has ended it; otherwise it is complete or `enough` is set. Fails if the
+  // answer does not begin before the deadline.
+  bool run(const Interrupt& interrupt, const Deadline& deadline, const bool& enough);
   CURLcode result();
-  bool waitOrInterrupted(const Interrupt& interrupt, int milliseconds);
 
  private:
+  bool isRunning();
+  bool waitOrInterrupted(const Interrupt& interrupt, int milliseconds);
+
   std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> multi_;
   const Transfer& transfer_;
 };
+
+bool Follower::run(const Interrupt& interrupt, const Deadline& deadline, const bool& enough) {
+  while (isRunning() && !enough) {
+    const bool begun = transfer_.status() != 0;
+    if (!begun && deadline.millisecondsLeft() == 0) transfer_.failTimeout();
+    if (waitOrInterrupted(interrupt, begun ? 1000 : deadline.millisecondsLeft())) return false;
+  }
+  return true;
+}
 
 bool Follower::isRunning() {
   int running = 0;
@@ -118,12 +131,7 @@ void Connection::follow(const std::string& path, const Query& query, const Inter
   current = &transfer;
 
   Follower follower(transfer);
-  const Deadline deadline(seconds_);
-  while (follower.isRunning() && !enough) {
-    const bool begun = transfer.status() != 0;
-    if (!begun && deadline.millisecondsLeft() == 0) transfer.failTimeout();
-    if (follower.waitOrInterrupted(interrupt, begun ? 1000 : deadline.millisecondsLeft())) return;
-  }
+  if (!follower.run(interrupt, Deadline(seconds_), enough)) return;
   transfer.rethrow();
   if (enough) return;
   const CURLcode code = follower.result();

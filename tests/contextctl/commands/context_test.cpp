@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/contextctl/commands/figures.h"
+#include "tests/contextctl/commands/answers.h"
 #include "tests/contextctl/contextctl_test.h"
 
 namespace contextctl {
@@ -64,7 +64,7 @@ TEST_F(ContextCommandsTest, StatsWritesATrace) {
   EXPECT_EQ(folder.read("trace.json"), R"({"traceEvents":[]})");
 }
 
-TEST_F(ContextCommandsTest, AFigureThatIsNotANumberIsAFailure) {
+TEST_F(ContextCommandsTest, AStatisticThatIsNotANumberIsAFailure) {
   context.answer("GET /statistics", R"({"pid":42,"program":"hello","uptimeMs":"long"})");
   expectFailure({"stats"}, 3, "invalid answer from the context: \"uptimeMs\" is not a number");
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <signal.h>
 
-#include "tests/contextctl/commands/figures.h"
+#include "tests/contextctl/commands/answers.h"
 #include "tests/contextctl/contextctl_test.h"
 
 namespace contextctl {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Answers of a context with two registrations.
-#ifndef CPP2C_TESTS_CONTEXTCTL_COMMANDS_FIGURES_H
-#define CPP2C_TESTS_CONTEXTCTL_COMMANDS_FIGURES_H
+#ifndef CPP2C_TESTS_CONTEXTCTL_COMMANDS_ANSWERS_H
+#define CPP2C_TESTS_CONTEXTCTL_COMMANDS_ANSWERS_H
 
 namespace contextctl {
 

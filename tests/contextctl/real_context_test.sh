@@ -56,7 +56,7 @@ expect 0 "(hidden)" get Device.Key
 expect 0 secret --reveal get Device.Key
 expect 1 'contextctl: there is no leaf "Nobody"' get Nobody
 expect 0 "" add Device.If.eth0.
-expect 1 'contextctl: "Device.If.eth0." exists' add Device.If.eth0.
+expect 1 'contextctl: the instance "Device.If.eth0." exists' add Device.If.eth0.
 expect 0 "Device.If.eth0." instances Device.If.
 expect 0 "" set Device.If.eth0.Mtu 1400
 expect 0 "NAME                TYPE  VALUE

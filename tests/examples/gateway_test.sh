@@ -486,9 +486,9 @@ testTimerKeepsRunningIfRearmingFails() {
   configure_without_console
   cat >"$folder/script.json" <<'END'
 {"steps": [
-  {"at": 5000, "set": {"Gateway.Traffic.Limit": 1000000000}},
+  {"atMs": 5000, "set": {"Gateway.Traffic.Limit": 1000000000}},
   {"call": "setTimer", "nth": 2, "answer": -1021},
-  {"at": 60000, "stop": true}
+  {"atMs": 60000, "stop": true}
 ]}
 END
   run_to_end 0 --clock virtual --script "$folder/script.json" --debug
@@ -528,14 +528,14 @@ testSlowCallbackIsNamed() {
 testStrictModeReportsRemainingRegistrations() {
   start_with_careless_module --strict
   contextctl stop
-  expect ' warning strict: slow_observer \(careless_module\.c:[0-9]+\) of event dawdle is still registered, and its '
+  expect ' warning strict: slow_observer \(careless_module\.c:[0-9]+\) of event dawdle is still registered after its '
   expect ' notice strict: still registered at the end: slow_observer '
 }
 
 testFatalStrictModeAborts() {
   start_with_careless_module --strict=fatal
   contextctl stop
-  expect '^strict: slow_observer .* of event dawdle is still registered, and its module is unloaded$'
+  expect '^strict: slow_observer .* of event dawdle is still registered after its module was unloaded$'
   local status=0
   wait "$pid" || status=$?
   pid=

@@ -14,7 +14,7 @@ struct ValueType {
   bool secret;  // values must not be logged or shown unless asked for
 };
 
-// Null if there is no type of that name.
+// Null if no type has this name.
 const ValueType* findValueType(const std::string& name);
 
 // All names, separated by ", ".

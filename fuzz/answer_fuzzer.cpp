@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whatever a socket answers, the client takes it apart or refuses it.
+// For any bytes from the socket, the client parses an answer or reports a failure.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -17,7 +17,7 @@ void checkAnswer(const std::string& text) {
   try {
     require(!readAnswer(text).json.empty(), "an answer can be printed");
   } catch (const Failure& failure) {
-    require(failure.status() == kExitNoAnswer, "what is no answer is no answer");
+    require(failure.status() == kExitNoAnswer, "an invalid answer has the status for no answer");
   }
   readRefusal(text);
 }
@@ -35,7 +35,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(data, data + size);
   checkAnswer(text);
   const std::vector<std::string> items = itemsOf(text, text.size() + 1);
-  require(items == itemsOf(text, 1) && items == itemsOf(text, 3), "a stream may be cut anywhere");
+  require(items == itemsOf(text, 1) && items == itemsOf(text, 3),
+          "the items of a stream do not depend on how it is split");
   for (const std::string& item : items) checkAnswer(item);
   return 0;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Any text is a file of leaves that is written again with the same leaves, or is refused in one message.
+// Any text is read as a file of leaves that can be written and read back unchanged, or refused with one
+// message that names its source.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -30,7 +31,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {
     checkWrittenAgain(readTree(std::string(data, data + size), kSource));
   } catch (const Failure& failure) {
-    require(failure.status() == kExitNoAnswer, "a file that cannot be read is no answer");
+    require(failure.status() == kExitNoAnswer, "an invalid file has the status for no answer");
     require(std::strncmp(failure.what(), kSource, std::strlen(kSource)) == 0, "a message names its source");
   }
   return 0;

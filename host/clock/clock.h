@@ -24,13 +24,13 @@ class Clock {
   std::chrono::system_clock::time_point wallTime() const;
 
   // Returns `time` plus `delay`, but at most 100 years after the start, so that no sum of times overflows.
-  // Virtual time can come that far.
+  // Virtual time can reach this limit.
   TimePoint later(TimePoint time, Duration delay) const;
 
   // The real time to wait until `time`. Zero on a virtual clock.
   Duration waitFor(TimePoint time) const;
 
-  // Returns whether `time` has come. A virtual clock first advances to it, so that it has.
+  // Returns whether `time` has come. A virtual clock first advances to `time`.
   bool reach(TimePoint time);
 
  private:

@@ -62,7 +62,7 @@ class ScriptPlayer final : public IOperationCheck {
   std::optional<int> before(const OperationCall& call) override;
 
  private:
-  // Execute one action. They return the action's answer to the call, if it gives one.
+  // Each executes one action and returns its answer to the call, if it has one.
   std::optional<int> execute(const SetValues& set);
   std::optional<int> execute(const SendEvent& event);
   std::optional<int> execute(const Answer& answer);

@@ -17,6 +17,8 @@
 #include "host/state/state_file.h"
 #include "include_c"
 
+using namespace host;
+
 namespace {
 
 constexpr int kLeavesPerInstance = 100;

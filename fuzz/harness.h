@@ -7,8 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Defined by each harness: runs the code under test on any bytes and returns 0. libFuzzer prescribes the
-// name.
+// Each harness defines it: runs the code under test on any bytes and returns 0. The name is libFuzzer's.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 // Aborts the process unless the property holds, also in a build without assertions.

@@ -20,8 +20,7 @@ struct Leaf {
 
 using Values = std::map<std::string, std::string>;  // by leaf name; a leaf without an entry has its default
 
-// One numbered object of the configuration tree. An object that is its own single instance lists it under its
-// own name.
+// One numbered object of the configuration tree. A single instance has the object's own name.
 struct Object {
   int number = 0;
   std::string name;

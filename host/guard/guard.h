@@ -11,8 +11,7 @@
 
 namespace host {
 
-// One call of an operation, with the arguments that checks need: the name of a leaf, event or file, and a
-// text.
+// One call of an operation with the arguments that checks need: a name (leaf, event or file) and a text.
 struct OperationCall {
   OperationCall(Operation called, std::string_view name_argument = {}, std::string_view text_argument = {})
       : operation(called), name(name_argument), text(text_argument) {}

@@ -18,8 +18,9 @@ class ILog;
 namespace host {
 
 // Takes the product's modules, then the master observer, through their steps, and reverses these in the
-// opposite order. Participants are accessed only in the operations below: the master observer may be deleted
-// earlier.
+// opposite order.
+//
+// Participants are accessed only in the operations below: the master observer may be deleted first.
 class Lifecycle {
  public:
   Lifecycle(IContext* context, std::vector<std::string> modules, ILog& log, Registry& registry);
@@ -31,8 +32,7 @@ class Lifecycle {
   // reverses the completed steps and returns the failure.
   int load();
 
-  // Unconfigure, stop, unload: reverses the completed steps, then calls the function that callWhenUnloaded()
-  // has set.
+  // Unconfigure, stop, unload: reverses the completed steps, then calls the function set below.
   void unload();
   void callWhenUnloaded(std::function<void()> callback) { when_unloaded_ = std::move(callback); }
 

@@ -9,7 +9,7 @@ __attribute__((visibility("default"))) void relInstance(void* instance);
 
 }  // extern "C"
 
-// Creates a context, which the caller passes to relInstance() when it is done. The caller's identity is not used.
+// Creates a context, which the caller passes to relInstance() when it is done. The argument is not used.
 void* getInstance(void* /*caller*/) {
   return static_cast<IContext*>(new host::HostContext);
 }

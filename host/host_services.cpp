@@ -41,7 +41,7 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
       timers(deadlines, clock, registry),
       lifecycle(context, std::move(configuration.modules), log, registry) {
   log.debugSwitch(options.debug);
-  loop.callWhenStopped([this] { stop(); });
+  loop.callWhenStopped([this] { unload(); });
   if (options.strictness != Strictness::kOff) {
     strict = std::make_unique<StrictMode>(log, options.strictness == Strictness::kFatal, guard, event_base,
                                           config, heartbeat, registry);
@@ -50,16 +50,16 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
   if (!options.script.empty()) {
     script_player = std::make_unique<ScriptPlayer>(
         readScript(options.script), guard,
-        ScriptPlayer::Stage{clock, deadlines, log, config, events, [this] { loop.stop(); }});
+        ScriptPlayer::Services{clock, deadlines, log, config, events, [this] { loop.stop(); }});
   }
   if (!options.control.empty()) {
-    control =
-        std::make_unique<Control>(ControlledServices{clock, config, events, log, lifecycle, registry, history, loop},
-                                  event_base, options.control);
+    control = std::make_unique<Control>(
+        ControlledServices{clock, config, events, log, lifecycle, registry, history, loop}, event_base,
+        options.control);
   }
 }
 
-void HostServices::stop() {
+void HostServices::unload() {
   lifecycle.unload();
   if (strict != nullptr) strict->listRemaining();
 }

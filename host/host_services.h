@@ -30,9 +30,9 @@ class IContext;
 
 namespace host {
 
-// The services of one context, in the order in which they need one another.
+// The services of one context. Each service depends only on those before it.
 struct HostServices {
-  // Throws util::Error for the first thing that cannot be had.
+  // Throws util::Error if a service cannot be created.
   HostServices(IContext* context, const Options& options, Configuration configuration);
 
   Clock clock;
@@ -41,7 +41,7 @@ struct HostServices {
   Heartbeat heartbeat;
   Registry registry;
   CallHistory history;
-  std::unique_ptr<StateFile> state;  // null: nothing outlasts the process
+  std::unique_ptr<StateFile> state;  // null: nothing is saved
   ConfigService config;
   EventService events;
   EventBase event_base;
@@ -50,7 +50,7 @@ struct HostServices {
   Timers timers;
   Lifecycle lifecycle;
 
-  // What is handed out in the services' place.
+  // The program receives these instead of the services themselves.
   Guard guard;
   GuardedLog guarded_log{guard, log};
   GuardedCfm guarded_config{guard, config};
@@ -58,13 +58,13 @@ struct HostServices {
   GuardedHeartbeat guarded_heartbeat{guard, heartbeat};
   GuardedLoop guarded_loop{guard, loop};
 
-  // What is there only if it has been asked for.
+  // Null unless an option requests them.
   std::unique_ptr<StrictMode> strict;
   std::unique_ptr<ScriptPlayer> script_player;
   std::unique_ptr<Control> control;
 
  private:
-  void stop();
+  void unload();
 };
 
 }  // namespace host

@@ -12,7 +12,7 @@ using std::chrono::system_clock;
 
 namespace {
 
-constexpr Clock::Duration kLongest = std::chrono::hours(24) * 365 * 100;
+constexpr Clock::Duration kLongestUptime = std::chrono::hours(24) * 365 * 100;
 
 }  // namespace
 
@@ -29,7 +29,7 @@ system_clock::time_point Clock::wallTime() const {
 }
 
 Clock::TimePoint Clock::later(TimePoint time, Duration delay) const {
-  return time + std::min(delay, start_ + kLongest - time);
+  return time + std::min(delay, start_ + kLongestUptime - time);
 }
 
 Clock::Duration Clock::waitFor(TimePoint time) const {

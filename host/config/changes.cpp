@@ -14,7 +14,7 @@ void Changes::instanceAdded(const std::string& instance) {
 void Changes::instanceDeleted(const std::string& instance) {
   leaves_.erase(instance);
   const auto [change, was_saved] = instances_.emplace(instance, true);
-  if (!was_saved && !change->second) instances_.erase(change);  // come and gone: as if it had never been
+  if (!was_saved && !change->second) instances_.erase(change);  // added and deleted since the last save
 }
 
 }  // namespace host

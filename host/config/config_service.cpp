@@ -69,7 +69,7 @@ ICfmNode* ConfigService::getNode(std::string fullname) {
 }
 
 int ConfigService::releaseNode(ICfmNode* node) {
-  return nodes_.takeBack(node) ? C_RESULT_OK : C_RESULT_PARAM;
+  return nodes_.release(node) ? C_RESULT_OK : C_RESULT_PARAM;
 }
 
 ICfmIterator* ConfigService::instanceIterator(int number) {
@@ -81,10 +81,10 @@ ICfmIterator* ConfigService::instanceIterator(int number) {
 }
 
 int ConfigService::releaseIterator(ICfmIterator* iterator) {
-  return iterators_.takeBack(iterator) ? C_RESULT_OK : C_RESULT_PARAM;
+  return iterators_.release(iterator) ? C_RESULT_OK : C_RESULT_PARAM;
 }
 
-// The leaf is found again, even if its instance has gone meanwhile: objects and their leaves stay.
+// Finds the leaf even if its instance was deleted meanwhile: objects and their leaves are never deleted.
 std::string ConfigService::value(const std::string& fullname) {
   const Tree::Place place = tree_.find(fullname).value();
   auto provider = providers_.find(place.object->number);
@@ -109,7 +109,7 @@ int ConfigService::setValue(std::string fullname, std::string value, int option)
   if (option != C_CFM_CREATE) return C_RESULT_NOT_FOUND;
 
   addInstance(place->instance);
-  return setValue(std::move(fullname), std::move(value), 0);  // looks anew: an observer may have deleted it
+  return setValue(std::move(fullname), std::move(value), 0);  // looks again: an observer may have deleted it
 }
 
 int ConfigService::write(const Tree::Place& place, const std::string& value) {
@@ -147,7 +147,7 @@ int ConfigService::save(int scope) {
   return result;
 }
 
-int ConfigService::keepNothing(Tree& /*tree*/, const Changes& /*changes*/) {
+int ConfigService::saveNothing(Tree& /*tree*/, const Changes& /*changes*/) {
   return C_RESULT_OK;
 }
 

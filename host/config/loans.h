@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the configuration service lends to its callers: nodes and iterators.
+// The objects that the configuration service lends to its callers: nodes and iterators.
 #ifndef CPP2C_HOST_CONFIG_LOANS_H
 #define CPP2C_HOST_CONFIG_LOANS_H
 
@@ -15,8 +15,8 @@
 
 namespace host {
 
-// One leaf as it was when it was first looked at: its length and its value belong together, and a computed
-// value is asked for once, and only if somebody wants it.
+// One leaf. Its value is read at the first access and then kept, so that length and value match and a data
+// provider is called at most once.
 class ConfigNode final : public ICfmNode {
  public:
   ConfigNode(std::string type, std::function<std::string()> read)
@@ -39,7 +39,7 @@ class ConfigNode final : public ICfmNode {
   std::optional<std::string> value_;
 };
 
-// A walk over the names of the instances that there were when it began.
+// Iterates over the names of the instances that existed when the iterator was created.
 class InstanceIterator final : public ICfmIterator {
  public:
   explicit InstanceIterator(std::vector<std::string> names) : names_(std::move(names)) {}
@@ -58,7 +58,7 @@ class InstanceIterator final : public ICfmIterator {
   std::vector<std::string>::size_type current_ = 0;
 };
 
-// Objects on loan to the caller. Those that never come back are freed with the list.
+// Objects on loan to callers. Objects that are not released are freed with the list.
 template <typename Object>
 class Loans {
  public:
@@ -68,8 +68,8 @@ class Loans {
     return loan;
   }
 
-  // Frees the object. Returns false for one that is not on loan, whatever it points to.
-  bool takeBack(const Object* object) { return objects_.erase(object) == 1; }
+  // Frees the object. Returns false if it is not on loan; the pointer may be invalid.
+  bool release(const Object* object) { return objects_.erase(object) == 1; }
 
  private:
   std::unordered_map<const Object*, std::unique_ptr<Object>> objects_;

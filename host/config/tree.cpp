@@ -31,7 +31,7 @@ Object* Tree::named(const std::string& name) {
 }
 
 Object* Tree::ownerOf(const std::string& instance) {
-  // An object of this very name leaves no room for an instance of another.
+  // The name of an object cannot be the name of another object's instance.
   Object* object = named(instance);
   if (object != nullptr) return object->instances.count(instance) != 0 ? object : nullptr;
 

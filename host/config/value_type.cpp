@@ -38,7 +38,7 @@ bool isBase64Digit(char character) {
          (character >= 'A' && character <= 'Z') || character == '+' || character == '/';
 }
 
-// In `pattern`, '0' stands for a decimal digit, 'f' for a hexadecimal one, all else for itself.
+// In `pattern`, '0' matches a decimal digit, 'f' a hexadecimal digit, and any other character itself.
 bool matches(std::string_view text, std::string_view pattern) {
   return std::equal(text.begin(), text.end(), pattern.begin(), pattern.end(),
                     [](char character, char expected) {
@@ -72,7 +72,7 @@ bool isInt(const std::string& text) {
   return isNumberIn(kMinInt, kMaxInt, text);
 }
 
-// Also the signed form of a 32-bit word, as a C program writes it.
+// Also accepts a negative number: C programs write a 32-bit word in its signed form.
 bool isUint(const std::string& text) {
   return isNumberIn(kMinInt, kMaxUint, text);
 }
@@ -85,7 +85,7 @@ bool isText(const std::string& /*text*/) {
   return true;
 }
 
-// The empty text is accepted by all types below: no address, no data, no time.
+// All types below accept the empty string: no address, no data, no time.
 bool isIpAddress(const std::string& text) {
   in6_addr address;
   return text.empty() || inet_pton(AF_INET, text.c_str(), &address) == 1 ||

@@ -11,10 +11,10 @@ struct ValueType {
   const char* name;
   const char* initial;  // the default of a leaf that is declared without one
   bool (*accepts)(const std::string& text);
-  bool secret;  // values must not be logged or shown unless asked for
+  bool secret;  // values must not be logged, and are shown only on request
 };
 
-// Null if there is no type of that name.
+// Null if no type has this name.
 const ValueType* findValueType(const std::string& name);
 
 // All names, separated by ", ".

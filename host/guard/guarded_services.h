@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The services as a program gets them: each operation passes the guard, then goes to the service itself.
+// The services that a program receives. Each operation passes the guard, then calls the service itself.
 #ifndef CPP2C_HOST_GUARD_GUARDED_SERVICES_H
 #define CPP2C_HOST_GUARD_GUARDED_SERVICES_H
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// JSON as it comes in and goes out: files, request bodies, answers.
+// JSON input and output: files, request bodies, responses.
 #ifndef CPP2C_HOST_JSON_DOCUMENT_H
 #define CPP2C_HOST_JSON_DOCUMENT_H
 

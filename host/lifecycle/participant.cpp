@@ -18,7 +18,7 @@ Participant::Participant(std::string name, IBootContext* boot, ILog& log, Regist
     : name_(std::move(name)), boot_(boot), log_(log) {
   for (const char* operation : kOperations) {
     const Callee callee = calleeOf(*boot, operation);
-    if (callee.isNobody()) continue;
+    if (callee.isEmpty()) continue;
     steps_.emplace(operation, registry.add(RegistrationKind::kModule, name_ + ' ' + operation, callee));
   }
 }
@@ -44,7 +44,7 @@ int Participant::advanceTo(State state, const char* operation, Function function
 }
 
 template <typename Function>
-int Participant::fallBackTo(State state, const char* operation, Function function) {
+int Participant::returnTo(State state, const char* operation, Function function) {
   if (state_ <= state) return C_RESULT_OK;
   state_ = state;
   return check(operation, call(operation, function));
@@ -67,15 +67,15 @@ int Participant::onRun() {
 }
 
 int Participant::onUnconfig(std::string name, int arg) {
-  return fallBackTo(State::kStarted, "onUnconfig", [&] { return boot_->onUnconfig(name, arg); });
+  return returnTo(State::kStarted, "onUnconfig", [&] { return boot_->onUnconfig(name, arg); });
 }
 
 int Participant::onStop() {
-  return fallBackTo(State::kLoaded, "onStop", [this] { return boot_->onStop(); });
+  return returnTo(State::kLoaded, "onStop", [this] { return boot_->onStop(); });
 }
 
 int Participant::onUnload() {
-  return fallBackTo(State::kIdle, "onUnload", [this] { return boot_->onUnload(); });
+  return returnTo(State::kIdle, "onUnload", [this] { return boot_->onUnload(); });
 }
 
 int Participant::recvDependence(std::string name) {

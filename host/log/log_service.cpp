@@ -25,7 +25,7 @@ constexpr LogLevel kLevels[] = {
     {"notice", C_LOG_NOTICE},     {"info", C_LOG_INFO},   {"debug", C_LOG_DEBUG},
 };
 
-// The commands that the service runs must not inherit the file.
+// Commands that the service runs must not inherit the file.
 void closeOnExec(const std::string& /*name*/, std::FILE* file) {
   fcntl(fileno(file), F_SETFD, FD_CLOEXEC);
 }
@@ -89,7 +89,7 @@ int LogService::debugOut(const char* file, int line, const char* text) {
 }
 
 void LogService::write(const char* level, const std::string& module, const char* text) {
-  // Levels have been weighed already, and spdlog has no notice: it gets them all as one.
+  // spdlog has no level "notice". The caller has checked the level, so spdlog receives "info" for each line.
   const Line line{level, util::oneLine(module), util::oneLine(text)};
   logger_->log(clock_.wallTime(), {}, spdlog::level::info,
                line.level + (' ' + line.module) + ": " + line.text);

@@ -9,14 +9,14 @@
 namespace host {
 namespace {
 
-// libevent has one message function for the whole process and gives it nothing of ours.
+// libevent has one log callback per process and passes it no user pointer.
 ILog* g_log = nullptr;
 
 struct FreeConfig {
   void operator()(event_config* config) const { event_config_free(config); }
 };
 
-// Timers by the microsecond, as the kernel has them.
+// The flag gives timers the kernel's resolution of microseconds instead of milliseconds.
 event_base* newBase() {
   const std::unique_ptr<event_config, FreeConfig> config(event_config_new());
   if (config == nullptr) return nullptr;
@@ -35,7 +35,7 @@ EventBase::EventBase(ILog& log) {
   event_set_log_callback(logMessage);
   base_.reset(newBase());
   if (base_ == nullptr || event_base_priority_init(base_.get(), kLastPriority + 1) != 0) {
-    throw util::Error(C_RESULT_SYSTEM_CALL, "the event loop cannot be made");
+    throw util::Error(C_RESULT_SYSTEM_CALL, "cannot create the event loop");
   }
 }
 
@@ -53,9 +53,9 @@ timeval timevalOf(std::chrono::nanoseconds duration) {
   return {static_cast<time_t>(whole.count()), static_cast<suseconds_t>(rest.count())};
 }
 
-EventPtr callEvery(EventBase& base, std::chrono::milliseconds period, event_callback_fn call,
+EventPtr callEvery(EventBase& base, std::chrono::milliseconds period, event_callback_fn callback,
                    void* argument) {
-  EventPtr timer(event_new(base.get(), -1, EV_PERSIST, call, argument));
+  EventPtr timer(event_new(base.get(), -1, EV_PERSIST, callback, argument));
   const timeval time = timevalOf(period);
   if (timer == nullptr || event_add(timer.get(), &time) != 0) {
     throw util::Error(C_RESULT_SYSTEM_CALL, "cannot create a periodic timer");

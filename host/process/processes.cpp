@@ -16,13 +16,13 @@
 namespace host {
 namespace {
 
-// What this program has printed comes before what the command prints.
+// The program's output so far must precede the command's.
 void flushOutput() {
   std::fflush(stdout);
   std::fflush(stderr);
 }
 
-// Unlike system(), this leaves SIGINT alone, which may be meant to stop the service.
+// Unlike system(), does not ignore SIGINT, which may be meant to stop the service.
 bool spawnShell(const char* command, pid_t& child) {
   char shell[] = "sh";
   char option[] = "-c";

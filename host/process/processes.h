@@ -6,8 +6,8 @@ class ILog;
 
 namespace host {
 
-// Runs shell commands and waits for their end. Both give the exit status, 128 + N after signal N, or a
-// negative result code.
+// Runs shell commands and waits until they end. Both operations return the exit status, 128 + N if signal N
+// ended the command, or a negative result code.
 class Processes {
  public:
   explicit Processes(ILog& log) : log_(log) {}

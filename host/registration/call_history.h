@@ -9,14 +9,14 @@
 
 namespace host {
 
-// The latest calls, for a timeline. Those of registrations that are gone too.
+// The latest calls, for the timeline. Includes calls of registrations that no longer exist.
 class CallHistory {
  public:
   explicit CallHistory(Registry& registry, std::size_t length = 10000) : length_(length) {
     registry.onCalled([this](const Call& call) { add(call); });
   }
 
-  const std::deque<Call>& calls() const { return calls_; }  // in the order of their ends
+  const std::deque<Call>& calls() const { return calls_; }  // in the order in which they returned
 
  private:
   void add(const Call& call) {

@@ -58,12 +58,12 @@ void Registry::finish(std::shared_ptr<Registration> registration, const Heartbea
   const auto duration = after.time - before.time;
   registration->statistics.add(duration, result);
   if (depth_ == 1) statistics_.add(duration, result);
-  // The steps of modules are taken before the loop runs and after it: they hold nothing up.
+  // The steps of modules run while the loop does not, or inside a call that is checked itself.
   if (registration->kind != RegistrationKind::kModule) {
     heartbeat_.check(before, after, [&] { return textOf(*registration); });
   }
   const Call call{std::move(registration), before, after, result};
-  for (const auto& tell : on_called_) tell(call);
+  for (const auto& callback : on_called_) callback(call);
 }
 
 }  // namespace host

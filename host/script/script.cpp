@@ -31,11 +31,11 @@ AtCall readCall(const JsonValue& step, const JsonValue& call) {
   return when;
 }
 
-// "at" is the older name of "atMs"; files that use it stay valid.
-When readWhen(const JsonValue& step) {
+// "at" is the older name of "atMs" and is still accepted.
+Trigger readTrigger(const JsonValue& step) {
   auto at = step.member("atMs");
   if (const auto older = step.member("at")) {
-    if (at) older->fail("is another name of \"atMs\"");
+    if (at) older->fail("is the older name of \"atMs\"; use only one of them");
     at.emplace(*older);
   }
   const auto call = step.member("call");
@@ -45,22 +45,22 @@ When readWhen(const JsonValue& step) {
   return AtTime{milliseconds(at->integerFrom(0))};
 }
 
-What readSet(const JsonValue& /*step*/, const JsonValue& set, const When& /*when*/) {
-  SetValues what;
+Action readSet(const JsonValue& /*step*/, const JsonValue& set, const Trigger& /*when*/) {
+  SetValues action;
   set.eachMember(
-      [&](const std::string& name, const JsonValue& value) { what.values[name] = value.leafValue(); });
-  return what;
+      [&](const std::string& name, const JsonValue& value) { action.values[name] = value.leafValue(); });
+  return action;
 }
 
-What readEvent(const JsonValue& step, const JsonValue& event, const When& /*when*/) {
-  SendEvent what{event.string(), ""};
-  if (auto data = step.member("data")) what.data = data->string();
-  return what;
+Action readEvent(const JsonValue& step, const JsonValue& event, const Trigger& /*when*/) {
+  SendEvent action{event.string(), ""};
+  if (auto data = step.member("data")) action.data = data->string();
+  return action;
 }
 
-What readAnswer(const JsonValue& /*step*/, const JsonValue& answer, const When& when) {
+Action readAnswer(const JsonValue& /*step*/, const JsonValue& answer, const Trigger& when) {
   const Operation operation = std::get<AtCall>(when).operation;
-  if (!answersObject(operation)) {
+  if (!returnsObject(operation)) {
     if (answer.isNull()) answer.fail(std::string(nameOf(operation)) + " cannot answer null");
     return Answer{answer.integer()};
   }
@@ -68,7 +68,7 @@ What readAnswer(const JsonValue& /*step*/, const JsonValue& answer, const When& 
   return Answer{0};
 }
 
-What readUnavailable(const JsonValue& /*step*/, const JsonValue& unavailable, const When& /*when*/) {
+Action readUnavailable(const JsonValue& /*step*/, const JsonValue& unavailable, const Trigger& /*when*/) {
   unavailable.allowOnly({"forMs", "calls"});
   const auto duration = unavailable.member("forMs");
   const auto calls = unavailable.member("calls");
@@ -77,40 +77,40 @@ What readUnavailable(const JsonValue& /*step*/, const JsonValue& unavailable, co
   return UnavailableCalls{calls->integerFrom(1)};
 }
 
-What readStop(const JsonValue& /*step*/, const JsonValue& stop, const When& /*when*/) {
+Action readStop(const JsonValue& /*step*/, const JsonValue& stop, const Trigger& /*when*/) {
   if (!stop.boolean()) stop.fail("must be true");
   return StopLoop{};
 }
 
-struct Action {
+struct ActionReader {
   const char* key;
-  What (*read)(const JsonValue& step, const JsonValue& item, const When& when);
+  Action (*read)(const JsonValue& step, const JsonValue& item, const Trigger& when);
 };
 
-constexpr Action kActions[] = {
+constexpr ActionReader kActionReaders[] = {
     {"set", readSet},   {"event", readEvent}, {"answer", readAnswer}, {"unavailable", readUnavailable},
     {"stop", readStop},
 };
 
-What readWhat(const JsonValue& step, const When& when) {
-  std::optional<What> what;
-  for (const Action& action : kActions) {
-    const auto item = step.member(action.key);
+Action readAction(const JsonValue& step, const Trigger& when) {
+  std::optional<Action> action;
+  for (const ActionReader& reader : kActionReaders) {
+    const auto item = step.member(reader.key);
     if (!item) continue;
-    if (what) item->fail("a step can do only one thing");
-    what = action.read(step, *item, when);
+    if (action) item->fail("a step can have only one action");
+    action = reader.read(step, *item, when);
   }
-  if (!what) step.fail(R"(needs one of "set", "event", "answer", "unavailable" and "stop")");
-  if (!std::holds_alternative<SendEvent>(*what)) refuseMembers(step, {"data"}, "event");
-  return *what;
+  if (!action) step.fail(R"(needs one of "set", "event", "answer", "unavailable" and "stop")");
+  if (!std::holds_alternative<SendEvent>(*action)) refuseMembers(step, {"data"}, "event");
+  return *action;
 }
 
 Step readStep(const JsonValue& item) {
   item.allowOnly(
       {"atMs", "at", "call", "nth", "times", "set", "event", "data", "answer", "unavailable", "stop"});
-  When when = readWhen(item);
-  What what = readWhat(item, when);
-  return {when, std::move(what)};
+  const Trigger when = readTrigger(item);
+  Action action = readAction(item, when);
+  return {when, std::move(action)};
 }
 
 }  // namespace

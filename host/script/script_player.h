@@ -20,7 +20,7 @@ class ILog;
 
 namespace host {
 
-// A time in which the context is not available, or a number of calls that do not reach it.
+// A time, or a number of calls, for which the context is unavailable.
 class Outage {
  public:
   void lastUntil(Clock::TimePoint end) { end_ = std::max(end_, end); }
@@ -28,11 +28,11 @@ class Outage {
 
   bool isOver(Clock::TimePoint now) const { return now >= end_ && calls_ == 0; }
 
-  // Whether a call does not reach the context, which is then one of the number.
-  bool stopsCall(Clock::TimePoint now) {
-    const bool stops = !isOver(now);
+  // Counts one call and returns whether it fails.
+  bool failsCall(Clock::TimePoint now) {
+    const bool fails = !isOver(now);
     if (calls_ > 0) calls_--;
-    return stops;
+    return fails;
   }
 
  private:
@@ -40,12 +40,12 @@ class Outage {
   int calls_ = 0;
 };
 
-// Does what a script says: at its times, and before the calls that it names. Each step is told in the log,
-// where nothing but the names of values and events is shown.
+// Performs the steps of a script, at their times and before the calls that they name. Logs each step; values
+// and the data of events, which may be secret, are not logged.
 class ScriptPlayer final : public IOperationCheck {
  public:
-  // What the steps act upon.
-  struct Stage {
+  // The services that the steps use.
+  struct Services {
     const Clock& clock;
     Deadlines& deadlines;
     ILog& log;
@@ -54,30 +54,30 @@ class ScriptPlayer final : public IOperationCheck {
     std::function<void()> stop_loop;
   };
 
-  ScriptPlayer(Script script, Guard& guard, Stage stage);
+  ScriptPlayer(Script script, Guard& guard, Services services);
   ScriptPlayer(const ScriptPlayer&) = delete;
   ScriptPlayer& operator=(const ScriptPlayer&) = delete;
 
-  // Counts the call.
+  // Counts the call, performs the steps before it, and returns the answer that they give, if any.
   std::optional<int> before(const OperationCall& call) override;
 
  private:
-  // Each does one thing, and returns the answer of the call before which that is done, if it gives one.
-  std::optional<int> perform(const SetValues& set);
-  std::optional<int> perform(const SendEvent& event);
-  std::optional<int> perform(const Answer& answer);
-  std::optional<int> perform(const UnavailableFor& unavailable);
-  std::optional<int> perform(const UnavailableCalls& unavailable);
-  std::optional<int> perform(const StopLoop& stop);
-  std::optional<int> perform(const What& what);
+  // Each executes one action and returns its answer to the call, if it has one.
+  std::optional<int> execute(const SetValues& set);
+  std::optional<int> execute(const SendEvent& event);
+  std::optional<int> execute(const Answer& answer);
+  std::optional<int> execute(const UnavailableFor& unavailable);
+  std::optional<int> execute(const UnavailableCalls& unavailable);
+  std::optional<int> execute(const StopLoop& stop);
+  std::optional<int> execute(const Action& action);
 
-  std::optional<int> performBefore(Operation operation, std::uint64_t number);
+  std::optional<int> executeStepsBefore(Operation operation, std::uint64_t number);
   void endOutage();
-  void tell(const std::string& text);
-  void tellFailure(const std::string& what, int result);
+  void logInfo(const std::string& text);
+  void logFailure(const std::string& action, int result);
 
   const Script script_;
-  const Stage stage_;
+  const Services services_;
   std::map<Operation, std::uint64_t> calls_;
   Outage outage_;
 };

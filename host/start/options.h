@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_HOST_OPTIONS_OPTIONS_H
-#define CPP2C_HOST_OPTIONS_OPTIONS_H
+#ifndef CPP2C_HOST_START_OPTIONS_H
+#define CPP2C_HOST_START_OPTIONS_H
 
 #include <string>
 #include <vector>

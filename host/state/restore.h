@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef CPP2C_HOST_STATE_LAY_OVER_H
-#define CPP2C_HOST_STATE_LAY_OVER_H
+#ifndef CPP2C_HOST_STATE_RESTORE_H
+#define CPP2C_HOST_STATE_RESTORE_H
 
 class ILog;
 

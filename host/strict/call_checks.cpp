@@ -48,8 +48,7 @@ CallChecks::CallChecks(const Misuse& misuse, EventBase& base, ConfigService& con
 
 std::optional<int> CallChecks::before(const OperationCall& call) {
   if (std::this_thread::get_id() != loop_thread_) {
-    foreign_thread_calls_.add(
-        call.operation);  // and nothing else: all other state belongs to the loop's thread
+    foreign_thread_calls_.add(call.operation);  // no other check: their state belongs to the loop's thread
     return std::nullopt;
   }
   switch (call.operation) {

@@ -103,7 +103,7 @@ TEST_F(HostContextTest, SecondInitIsRefusedAndChangesNothing) {
   context_.init(0, 0);
   ILoop* loop = context_.getLoop();
   EXPECT_EQ(context_.init(0, 0), C_RESULT_REDUNDANT);
-  EXPECT_EQ(printed.standardError(), "the context has been initialised already\n");
+  EXPECT_EQ(printed.standardError(), "the context is already initialised\n");
   EXPECT_EQ(context_.getLoop(), loop);
 }
 

@@ -103,7 +103,7 @@ TEST_F(GuardedOperationsTest, RefusedOneIsNotMadeAndAnswersTheCode) {
   guard_.add(check_);
   check_.answer = -1018;
   for (const Row& row : rows_) {
-    if (takesBack(findOperation(row.name).value())) continue;
+    if (isRelease(findOperation(row.name).value())) continue;
     EXPECT_EQ(row.make(), -1018) << row.name;
     EXPECT_EQ(calls_.take(), Calls{std::string("before ") + row.name + "()"});
   }
@@ -115,7 +115,7 @@ TEST_F(GuardedOperationsTest, RefusedOneThatTakesBackIsMadeAllTheSame) {
   check_.answer = -1018;
   std::vector<std::string> made;
   for (const Row& row : rows_) {
-    if (!takesBack(findOperation(row.name).value())) continue;
+    if (!isRelease(findOperation(row.name).value())) continue;
     EXPECT_EQ(row.make(), -1018) << row.name;
     EXPECT_EQ(calls_.take(), (Calls{std::string("before ") + row.name + "()", row.call}));
     made.emplace_back(row.name);
@@ -211,7 +211,7 @@ TEST(OperationTest, GettersAnswerObjectsAndAllOthersCodes) {
   std::vector<std::string> objects;
   for (int i = 0; i <= static_cast<int>(Operation::kRun); i++) {
     const auto operation = static_cast<Operation>(i);
-    if (answersObject(operation)) objects.emplace_back(nameOf(operation));
+    if (returnsObject(operation)) objects.emplace_back(nameOf(operation));
   }
   EXPECT_EQ(objects, (std::vector<std::string>{"getLog", "getCfm", "getEvent", "getHeartbeat", "getLoop",
                                                "getNode", "instanceIterator"}));

@@ -57,7 +57,7 @@ class ScriptPlayerTest : public LoopFixture {
   void play(const std::string& steps, IEvent& events) {
     player_ = std::make_unique<ScriptPlayer>(
         parseScript(R"({"steps": [)" + steps + "]}", "script.json"), guard_,
-        ScriptPlayer::Stage{clock_, deadlines_, log_, config_, events, [this] { loop_.stop(); }});
+        ScriptPlayer::Services{clock_, deadlines_, log_, config_, events, [this] { loop_.stop(); }});
   }
 
   // Runs the loop until so much time has passed, and everything has been done that was due by then.

@@ -66,35 +66,35 @@ TEST(ScriptTest, CallIsOneUnlessMoreAreAskedFor) {
 
 TEST(ScriptTest, ValuesAreTakenAsTheConfigurationHasThem) {
   const Step step = readOne(R"({"atMs": 1, "set": {"A.X": "text", "A.Y": -5, "A.Z": true}})");
-  EXPECT_EQ(std::get<SetValues>(step.what).values,
+  EXPECT_EQ(std::get<SetValues>(step.action).values,
             (std::map<std::string, std::string>{{"A.X", "text"}, {"A.Y", "-5"}, {"A.Z", "true"}}));
 }
 
 TEST(ScriptTest, EventIsTaken) {
-  const auto event = std::get<SendEvent>(readOne(R"({"atMs": 1, "event": "up", "data": "eth0"})").what);
+  const auto event = std::get<SendEvent>(readOne(R"({"atMs": 1, "event": "up", "data": "eth0"})").action);
   EXPECT_EQ(event.name, "up");
   EXPECT_EQ(event.data, "eth0");
 }
 
 TEST(ScriptTest, EventNeedsNoData) {
-  EXPECT_EQ(std::get<SendEvent>(readOne(R"({"atMs": 1, "event": "up"})").what).data, "");
+  EXPECT_EQ(std::get<SendEvent>(readOne(R"({"atMs": 1, "event": "up"})").action).data, "");
 }
 
 TEST(ScriptTest, AnswerIsACodeOrNull) {
-  EXPECT_EQ(std::get<Answer>(readOne(R"({"call": "setValue", "nth": 1, "answer": -1018})").what).code, -1018);
+  EXPECT_EQ(std::get<Answer>(readOne(R"({"call": "setValue", "nth": 1, "answer": -1018})").action).code, -1018);
   const Step step = readOne(R"({"call": "getNode", "nth": 1, "answer": null})");
-  EXPECT_TRUE(std::holds_alternative<Answer>(step.what));
+  EXPECT_TRUE(std::holds_alternative<Answer>(step.action));
 }
 
 TEST(ScriptTest, UnavailabilityIsTaken) {
   const Step timed = readOne(R"({"atMs": 1, "unavailable": {"forMs": 50}})");
-  EXPECT_EQ(std::get<UnavailableFor>(timed.what).duration, milliseconds(50));
+  EXPECT_EQ(std::get<UnavailableFor>(timed.action).duration, milliseconds(50));
   const Step counted = readOne(R"({"call": "getCfm", "nth": 4, "unavailable": {"calls": 10}})");
-  EXPECT_EQ(std::get<UnavailableCalls>(counted.what).number, 10);
+  EXPECT_EQ(std::get<UnavailableCalls>(counted.action).number, 10);
 }
 
 TEST(ScriptTest, StopIsTaken) {
-  EXPECT_TRUE(std::holds_alternative<StopLoop>(readOne(R"({"call": "run", "nth": 1, "stop": true})").what));
+  EXPECT_TRUE(std::holds_alternative<StopLoop>(readOne(R"({"call": "run", "nth": 1, "stop": true})").action));
 }
 
 TEST(ScriptTest, TextThatIsNotJsonIsRefused) {
@@ -121,7 +121,7 @@ TEST(ScriptTest, OlderNameOfTheTimeIsAccepted) {
 
 TEST(ScriptTest, TimeUnderBothNamesIsRefused) {
   EXPECT_EQ(mistakeInStep(R"({"at": 7, "atMs": 7, "stop": true})"),
-            refusal(": /steps/0/at: is another name of \"atMs\""));
+            refusal(": /steps/0/at: is the older name of \"atMs\"; use only one of them"));
 }
 
 TEST(ScriptTest, StepNeedsEitherATimeOrACall) {
@@ -168,7 +168,7 @@ TEST(ScriptTest, StepDoesOneThing) {
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1})"),
             refusal(": /steps/0: needs one of \"set\", \"event\", \"answer\", \"unavailable\" and \"stop\""));
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "event": "up", "stop": true})"),
-            refusal(": /steps/0/stop: a step can do only one thing"));
+            refusal(": /steps/0/stop: a step can have only one action"));
 }
 
 TEST(ScriptTest, DataBelongsToAnEvent) {

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// The headers that many tests include. They are compiled once; each test still includes what it uses.
+#ifndef CPP2C_TESTS_SUPPORT_PRECOMPILED_H
+#define CPP2C_TESTS_SUPPORT_PRECOMPILED_H
+
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#endif

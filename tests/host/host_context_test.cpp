@@ -13,7 +13,7 @@
 #include "boot/boot_context.h"
 #include "host/process/processes.h"
 #include "include_c"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/printed_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -153,7 +153,7 @@ TEST_F(HostContextTest, HeartbeatLimitComesFromTheConfiguration) {
 }
 
 std::vector<std::string> descriptorsOfACommand() {
-  RecordingLog log;
+  MemoryLog log;
   Processes(log).runLogged("ls /proc/self/fd");
   return log.records;
 }

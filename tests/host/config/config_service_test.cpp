@@ -12,7 +12,7 @@
 #include "host/include/cpp2c_host.h"
 #include "host/start/configuration_file.h"
 #include "include_c"
-#include "tests/host/support/quiet_registry.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
@@ -87,8 +87,8 @@ class ConfigServiceTest : public testing::Test {
     return names;
   }
 
-  QuietRegistry registry_;
-  ConfigService config_{Tree(parseConfiguration(kTree, "test").objects), registry_};
+  Services services_;
+  ConfigService config_{Tree(parseConfiguration(kTree, "test").objects), services_.registry};
   Observer observer_;
 };
 

@@ -11,8 +11,6 @@ using nlohmann::json;
 
 namespace {
 
-constexpr char kDone[] = R"(200 {"result":0})";
-
 class ControlConfigTest : public ControlFixture {};
 
 // Keeps each call of itself.

@@ -9,7 +9,7 @@
 
 #include "binding/handlers.h"
 #include "include_c"
-#include "tests/host/support/quiet_registry.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
@@ -35,8 +35,8 @@ class Observer final : public IEventObserver {
 
 class EventServiceTest : public testing::Test {
  protected:
-  QuietRegistry registry_;
-  EventService events_{"program", registry_};
+  Services services_;
+  EventService events_{"program", services_.registry};
   Told told_;
   Observer a_{"a", told_};
   Observer b_{"b", told_};

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "include_c"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
@@ -16,10 +16,8 @@ namespace {
 using std::chrono::milliseconds;
 using Records = std::vector<std::string>;
 
-Heartbeat::TimePoint g_now;
-
 void pass(int ms) {
-  g_now += milliseconds(ms);
+  CallTime::pass(milliseconds(ms));
 }
 
 class HeartbeatTest : public testing::Test {
@@ -30,8 +28,9 @@ class HeartbeatTest : public testing::Test {
     heartbeat_.check(before, heartbeat_.read(), [] { return "read_line of fd 7"; });
   }
 
-  RecordingLog log_;
-  Heartbeat heartbeat_{log_, milliseconds(100), [] { return g_now; }};
+  Services services_{milliseconds(100)};
+  MemoryLog& log_ = services_.log;
+  Heartbeat& heartbeat_ = services_.heartbeat;
 };
 
 TEST_F(HeartbeatTest, CallbackBeyondTheLimitIsReported) {

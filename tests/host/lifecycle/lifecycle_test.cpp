@@ -12,8 +12,7 @@
 
 #include "boot/boot_context.h"
 #include "include_c"
-#include "tests/host/support/quiet_registry.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
@@ -54,9 +53,9 @@ class Participant final : public IBootContext {
 
 class LifecycleTest : public testing::Test {
  protected:
-  RecordingLog log_;
-  QuietRegistry registry_;
-  Lifecycle lifecycle_{nullptr, {}, log_, registry_};
+  Services services_;
+  MemoryLog& log_ = services_.log;
+  Lifecycle lifecycle_{nullptr, {}, log_, services_.registry};
   Calls calls_;
   Participant master_{"", calls_};
 };
@@ -192,7 +191,7 @@ TEST_F(LifecycleTest, DependenceIsToldWhileStepsAreTaken) {
 }
 
 TEST_F(LifecycleTest, ProductIsNamedAfterTheProgram) {
-  HostProduct product(nullptr, {}, log_, registry_);
+  HostProduct product(nullptr, {}, log_, services_.registry);
   EXPECT_EQ(product.productName(), program_invocation_short_name);
   EXPECT_EQ(product.productVersion(), "");
 }

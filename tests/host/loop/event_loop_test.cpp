@@ -277,22 +277,21 @@ TEST_F(EventLoopTest, SignalToAForkedProcessEndsThatAlone) {
   EXPECT_EQ(calls_, 1);
 }
 
-TEST(EventLoopHeartbeatTest, SlowHandlerIsReportedWithItsDescriptor) {
-  static Heartbeat::TimePoint now;
-  RecordingLog log;
-  Heartbeat heartbeat(log, std::chrono::milliseconds(10), [] { return now; });
-  EventBase base(log);
-  Registry registry(heartbeat);
-  EventLoop loop(base, registry);
+class EventLoopHeartbeatTest : public LoopFixture {
+ protected:
+  EventLoopHeartbeatTest() : LoopFixture(Clock::Kind::kVirtual, std::chrono::milliseconds(10)) {}
+};
+
+TEST_F(EventLoopHeartbeatTest, SlowHandlerIsReportedWithItsDescriptor) {
   const Pipe pipe;
   Handler slow([&](short, int) {
-    now += std::chrono::milliseconds(25);
-    loop.stop();
+    CallTime::pass(std::chrono::milliseconds(25));
+    loop_.stop();
   });
   pipe.put();
-  loop.addFd(pipe.reading(), C_LOOP_READ, &slow);
-  loop.run();
-  EXPECT_EQ(log.records,
+  loop_.addFd(pipe.reading(), C_LOOP_READ, &slow);
+  loop_.run();
+  EXPECT_EQ(log_.records,
             std::vector<std::string>{"4 heartbeat: the callback host::Handler of fd " +
                                      std::to_string(pipe.reading()) + " held the loop for 25 ms"});
 }

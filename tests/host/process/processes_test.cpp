@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "include_c"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/printed_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -22,7 +22,7 @@ using Records = std::vector<std::string>;
 
 class ProcessesTest : public testing::Test {
  protected:
-  RecordingLog log_;
+  MemoryLog log_;
   Processes processes_{log_};
 };
 

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "host/registration/call_history.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
@@ -18,10 +18,8 @@ using std::chrono::milliseconds;
 using std::chrono::system_clock;
 using Texts = std::vector<std::string>;
 
-Heartbeat::TimePoint g_now;
-
 int pass(int ms, int result = 0) {
-  g_now += milliseconds(ms);
+  CallTime::pass(milliseconds(ms));
   return result;
 }
 
@@ -38,9 +36,9 @@ class RegistryTest : public testing::Test {
   }
   const CallStatistics& first() const { return registry_.registrations().front()->statistics; }
 
-  RecordingLog log_;
-  Heartbeat heartbeat_{log_, milliseconds(100), [] { return g_now; }};
-  Registry registry_{heartbeat_, [] { return system_clock::time_point(milliseconds(77)); }};
+  Services services_{milliseconds(100), [] { return system_clock::time_point(milliseconds(77)); }};
+  MemoryLog& log_ = services_.log;
+  Registry& registry_ = services_.registry;
 };
 
 TEST_F(RegistryTest, KnowsWhatIsRegisteredInOrder) {

@@ -89,11 +89,11 @@ class ScriptPlayerTest : public LoopFixture {
     return text;
   }
 
-  Clock clock_{Clock::Kind::kVirtual};
+  Clock& clock_ = services_.clock;
+  Deadlines& deadlines_ = services_.deadlines;
   const Clock::TimePoint start_ = clock_.now();
-  Deadlines deadlines_{base_, clock_};
-  ConfigService config_{Tree(parseConfiguration(kTree, "config.json").objects), registry_};
-  EventService events_{"service", registry_};
+  ConfigService config_{Tree(parseConfiguration(kTree, "config.json").objects), services_.registry};
+  EventService events_{"service", services_.registry};
   Guard guard_;
   std::unique_ptr<ScriptPlayer> player_;
 };

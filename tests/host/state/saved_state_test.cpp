@@ -11,7 +11,7 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 #include "tests/host/state/stateful_config.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -38,7 +38,7 @@ class SavedStateTest : public testing::Test {
   StatefulConfig start(const char* config = kConfig) { return {folder_.file("state.db"), config, log_}; }
 
   TemporaryFolder folder_;
-  RecordingLog log_;
+  MemoryLog log_;
 };
 
 TEST_F(SavedStateTest, WithoutASaveNothingOutlastsTheProcess) {

@@ -13,7 +13,7 @@
 #include "include_c"
 #include "tests/host/state/opened_connection.h"
 #include "tests/host/state/stateful_config.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -73,7 +73,7 @@ class StateCostTest : public testing::Test {
   }
 
   TemporaryFolder folder_;
-  RecordingLog log_;
+  MemoryLog log_;
   OpenedConnection connection_;
   std::unique_ptr<StatefulConfig> config_;
 

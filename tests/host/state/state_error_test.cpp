@@ -21,7 +21,7 @@
 #include "tests/host/state/stateful_config.h"
 #include "tests/host/support/child_process.h"
 #include "tests/host/support/error_text.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/printed_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -74,7 +74,7 @@ class StateErrorTest : public testing::Test {
 
   TemporaryFolder folder_;
   const std::string file_ = folder_.file("state.db");
-  RecordingLog log_;
+  MemoryLog log_;
 };
 
 TEST_F(StateErrorTest, FileIsMadeForItsOwnerAlone) {

@@ -12,7 +12,7 @@
 #include "include_c"
 #include "tests/host/state/stateful_config.h"
 #include "tests/host/support/child_process.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -69,7 +69,7 @@ class Generations {
   }
 
  private:
-  RecordingLog log_;
+  MemoryLog log_;
   StatefulConfig config_;
 };
 

@@ -11,7 +11,7 @@
 #include "host/config/config_service.h"
 #include "host/start/configuration_file.h"
 #include "host/state/state_file.h"
-#include "tests/host/support/quiet_registry.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 
@@ -20,7 +20,8 @@ class StatefulConfig {
  public:
   StatefulConfig(const std::string& file, std::vector<Object> objects, ILog& log,
                  const std::string& product = "service")
-      : state_(file, product, log), config_(laidOver(std::move(objects)), registry_, storeInState()) {}
+      : state_(file, product, log),
+        config_(laidOver(std::move(objects)), services_.registry, storeInState()) {}
   StatefulConfig(const std::string& file, const char* json, ILog& log)
       : StatefulConfig(file, parseConfiguration(json, "test").objects, log) {}
 
@@ -69,7 +70,7 @@ class StatefulConfig {
   }
 
   StateFile state_;
-  QuietRegistry registry_;
+  Services services_;
   ConfigService config_;
 };
 

@@ -12,10 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "binding/handlers.h"
-#include "host/heartbeat/heartbeat.h"
-#include "host/loop/event_base.h"
-#include "host/loop/event_loop.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 
@@ -57,10 +54,14 @@ class Pipe {
   int ends_[2] = {-1, -1};
 };
 
-// A loop with what it needs.
+// A running loop whose turn a test can take.
 class LoopFixture : public testing::Test {
  protected:
-  // Makes the loop call a function from inside, in its turn among what is ready.
+  explicit LoopFixture(Clock::Kind kind = Clock::Kind::kVirtual,
+                       std::chrono::milliseconds heartbeat_limit = std::chrono::hours(1))
+      : services_(kind, heartbeat_limit) {}
+
+  // Makes the loop call a function, in its turn among what is ready.
   void callInside(std::function<void()> call) {
     inside_ = std::move(call);
     wake_.put();
@@ -72,11 +73,9 @@ class LoopFixture : public testing::Test {
     callInside([this] { callInside([this] { loop_.stop(); }); });
   }
 
-  RecordingLog log_;
-  Heartbeat heartbeat_{log_, std::chrono::hours(1)};
-  Registry registry_{heartbeat_};
-  EventBase base_{log_};
-  EventLoop loop_{base_, registry_};
+  LoopServices services_;
+  MemoryLog& log_ = services_.log;
+  EventLoop& loop_ = services_.loop;
 
  private:
   Pipe wake_;

@@ -22,6 +22,7 @@
 #include "tests/host/support/child_process.h"
 #include "tests/host/support/error_text.h"
 #include "tests/host/support/memory_log.h"
+#include "tests/host/support/open_descriptors.h"
 #include "tests/support/printed_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -85,6 +86,14 @@ TEST_F(StateErrorTest, FileIsMadeForItsOwnerAlone) {
   umask(mask);
   for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
     EXPECT_EQ(modeOf(entry.path()), 0600U) << entry.path();
+  }
+}
+
+TEST_F(StateErrorTest, FileIsClosed) {
+  const std::size_t before = openDescriptors();
+  for (const char* what : {"a new file", "an existing file"}) {
+    save("1");
+    EXPECT_EQ(openDescriptors(), before) << what;
   }
 }
 

@@ -101,7 +101,9 @@ class StateKillTest : public testing::Test {
   const std::string file_ = folder_.file("state.db");
 
  private:
-  std::mt19937 random_{std::random_device()()};
+  const std::random_device::result_type seed_ = std::random_device()();
+  const testing::ScopedTrace trace_{__FILE__, __LINE__, "seed: " + std::to_string(seed_)};
+  std::mt19937 random_{seed_};
 };
 
 TEST_F(StateKillTest, KilledAtAnyInstantItRestartsWithTheOldOrTheNewStateWhole) {

@@ -478,9 +478,53 @@ TEST_F(ConfigServiceTest, PositionsThatNobodyCallsAnswerZero) {
   config_.releaseIterator(iterator);
 }
 
-TEST_F(ConfigServiceTest, OnlyTheWholeIsSaved) {
+// Counts the saves, and answers as it is told.
+class ConfigSaveTest : public testing::Test {
+ protected:
+  int saves_ = 0;
+  int result_ = C_RESULT_OK;
+  Services services_;
+  ConfigService config_{Tree(parseConfiguration(kTree, "test").objects), services_.registry,
+                        [this](Tree&, const Changes&) { return saves_++, result_; }};
+};
+
+TEST_F(ConfigSaveTest, ChangesAreSavedOnce) {
+  config_.setValue("Time.Server", "other", 0);
   EXPECT_EQ(config_.save(1), C_RESULT_OK);
-  EXPECT_EQ(config_.save(0), C_RESULT_PARAM);
+  EXPECT_EQ(saves_, 1);
+  EXPECT_EQ(config_.save(1), C_RESULT_OK);
+  EXPECT_EQ(saves_, 1);
+}
+
+TEST_F(ConfigSaveTest, NothingIsSavedWithoutChanges) {
+  EXPECT_EQ(config_.save(1), C_RESULT_OK);
+  EXPECT_EQ(saves_, 0);
+}
+
+TEST_F(ConfigSaveTest, UnknownScopeIsRefused) {
+  config_.setValue("Time.Server", "other", 0);
+  for (const int scope : {0, 2, -1}) EXPECT_EQ(config_.save(scope), C_RESULT_PARAM) << scope;
+  EXPECT_EQ(saves_, 0);
+}
+
+TEST_F(ConfigSaveTest, UnknownScopeIsRefusedWithoutChanges) {
+  for (const int scope : {0, 2, -1}) EXPECT_EQ(config_.save(scope), C_RESULT_PARAM) << scope;
+}
+
+TEST_F(ConfigSaveTest, RefusedScopeLeavesTheChangesForTheNextSave) {
+  config_.setValue("Time.Server", "other", 0);
+  config_.save(0);
+  EXPECT_EQ(config_.save(1), C_RESULT_OK);
+  EXPECT_EQ(saves_, 1);
+}
+
+TEST_F(ConfigSaveTest, FailedSaveIsRepeatedByTheNext) {
+  config_.setValue("Time.Server", "other", 0);
+  result_ = C_RESULT_SYSTEM_CALL;
+  EXPECT_EQ(config_.save(1), C_RESULT_SYSTEM_CALL);
+  result_ = C_RESULT_OK;
+  EXPECT_EQ(config_.save(1), C_RESULT_OK);
+  EXPECT_EQ(saves_, 2);
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ class Timer final : public ITimer {
   int timeArrive(int) override { return 0; }
 };
 
-TEST_F(HostContextTest, BeforeInitThereAreNoServices) {
+TEST_F(HostContextTest, ServicesAreMissingBeforeInit) {
   EXPECT_EQ(context_.getLog(), nullptr);
   EXPECT_EQ(context_.getCfm(), nullptr);
   EXPECT_EQ(context_.getEvent(), nullptr);
@@ -43,7 +43,7 @@ TEST_F(HostContextTest, BeforeInitThereAreNoServices) {
   EXPECT_EQ(context_.getLoop(), nullptr);
 }
 
-TEST_F(HostContextTest, BeforeInitOperationsAreRefused) {
+TEST_F(HostContextTest, OperationsAreRefusedBeforeInit) {
   Timer timer;
   IBootContext observer;
   EXPECT_EQ(context_.load(), C_RESULT_NOT_INIT);
@@ -66,7 +66,7 @@ TEST_F(HostContextTest, InitWithoutArgumentsSucceeds) {
   EXPECT_NE(context_.getLoop(), nullptr);
 }
 
-TEST_F(HostContextTest, PositionsThatNobodyCallsAnswerZero) {
+TEST_F(HostContextTest, ReservedOperationsReturnZero) {
   IContext& context = context_;
   for (auto reserved :
        {&IContext::reserved5, &IContext::reserved11, &IContext::reserved12, &IContext::reserved18,
@@ -77,7 +77,7 @@ TEST_F(HostContextTest, PositionsThatNobodyCallsAnswerZero) {
   EXPECT_EQ(context.getLoop()->reserved5(), 0);
 }
 
-TEST_F(HostContextTest, FailedInitSaysWhyInOneLineAndLeavesNothing) {
+TEST_F(HostContextTest, FailedInitPrintsOneLine) {
   PrintedText printed;
   EXPECT_EQ(init(context_, {"--colour"}), C_RESULT_PARAM);
   EXPECT_EQ(printed.standardError(),
@@ -86,13 +86,13 @@ TEST_F(HostContextTest, FailedInitSaysWhyInOneLineAndLeavesNothing) {
   EXPECT_EQ(context_.getLoop(), nullptr);
 }
 
-TEST_F(HostContextTest, MessageStaysOneLine) {
+TEST_F(HostContextTest, LineFeedInAMessageIsEscaped) {
   PrintedText printed;
   EXPECT_EQ(init(context_, {"--config", "/no/such\nfile"}), C_RESULT_SYSTEM_CALL);
   EXPECT_EQ(printed.standardError(), "/no/such\\nfile: cannot be read: No such file or directory\n");
 }
 
-TEST_F(HostContextTest, AfterAFailedInitItMayBeTriedAgain) {
+TEST_F(HostContextTest, InitMayBeRepeatedAfterAFailure) {
   PrintedText printed;
   init(context_, {"--colour"});
   EXPECT_EQ(init(context_, {}), C_RESULT_OK);

@@ -61,7 +61,7 @@ TEST_F(CScriptTest, ThirdReadOfALeafFails) {
   EXPECT_EQ(records(), Records{"info script: getNode, call 3: answers null"});
 }
 
-TEST_F(CScriptTest, WriteAnswersTheCodesOfTheScript) {
+TEST_F(CScriptTest, WriteReturnsTheCodeOfTheScript) {
   initWithSteps(R"({"call": "setValue", "nth": 2, "times": 2, "answer": -1018})");
   EXPECT_EQ(repeat(4, writeX), (Results{0, C_RESULT_NO_MEMORY, C_RESULT_NO_MEMORY, 0}));
 }
@@ -121,7 +121,7 @@ TEST_F(CScriptTest, ContextIsUnavailableForANumberOfCalls) {
                                 "info script: debugOut, call 1: answers -1022"}));
 }
 
-TEST_F(CScriptTest, ObserverThatIsTakenBackWithAFaultIsNotCalledAnyMore) {
+TEST_F(CScriptTest, ObserverIsUnregisteredInSpiteOfTheAnswer) {
   initWithSteps(R"({"call": "unregistEventObserver", "nth": 1, "answer": -1018})");
   std::string data;
   c_event_regist_observer("up", ignoreEvent, &data);
@@ -130,7 +130,7 @@ TEST_F(CScriptTest, ObserverThatIsTakenBackWithAFaultIsNotCalledAnyMore) {
   EXPECT_EQ(data, "");
 }
 
-TEST_F(CScriptTest, LoopRunsThroughTheScriptOnAVirtualClock) {
+TEST_F(CScriptTest, VirtualClockRunsThroughTheScript) {
   std::string data;
   EXPECT_EQ(initWithSteps(R"(
       {"atMs": 5000, "set": {"A.X": 8}},
@@ -151,14 +151,14 @@ TEST_F(CScriptTest, ScriptRunsOnTheRealClock) {
   EXPECT_EQ(records(), Records{"info script: stops the loop"});
 }
 
-TEST_F(CScriptTest, MistakeInTheScriptIsToldInOneLine) {
+TEST_F(CScriptTest, InvalidScriptPrintsOneLine) {
   PrintedText printed;
   EXPECT_EQ(initWithSteps(R"({"call": "getNode", "nth": 1, "answer": 5})"), C_RESULT_PARAM);
   EXPECT_EQ(printed.standardError(),
             folder_.file("script.json") + ": /steps/0/answer: getNode can only answer null\n");
 }
 
-TEST_F(CScriptTest, MissingScriptIsToldInOneLine) {
+TEST_F(CScriptTest, MissingScriptPrintsOneLine) {
   PrintedText printed;
   EXPECT_EQ(init({"--script", "/no/such.json"}), C_RESULT_SYSTEM_CALL);
   EXPECT_EQ(printed.standardError(), "/no/such.json: cannot be read: No such file or directory\n");

@@ -100,13 +100,13 @@ TEST_F(CStrictTest, ProperUseIsNotReported) {
   EXPECT_EQ(strictRecords("warning strict: "), Records{});
 }
 
-TEST_F(CStrictTest, NearLeafIsSuggested) {
+TEST_F(CStrictTest, SimilarLeafIsSuggested) {
   readWord("Device.Time.interval", "uint");
   EXPECT_EQ(onlyReport(),
             "there is no leaf \"Device.Time.interval\"; did you mean \"Device.Time.Interval\"?");
 }
 
-TEST_F(CStrictTest, NearEventIsSuggested) {
+TEST_F(CStrictTest, SimilarEventIsSuggested) {
   c_event_regist_observer("link-up", onEvent, nullptr);
   c_event_notify("linkup", "");
   EXPECT_EQ(onlyReport(), "no observer is registered for the event \"linkup\"; did you mean \"link-up\"?");
@@ -153,24 +153,24 @@ TEST_F(CStrictTest, CommandThatFillsItsBufferIsReported) {
   EXPECT_EQ(onlyReport(), "a command fills its buffer of 1022 bytes and was probably truncated");
 }
 
-TEST_F(CStrictTest, CommandWithoutAnAnswerThatFillsItsBufferIsReported) {
+TEST_F(CStrictTest, PrintedCommandThatFillsItsBufferIsReported) {
   PrintedText printed;
   c_system_call("true %s", std::string(2000, 'x').c_str());
   EXPECT_EQ(onlyReport(), "a command fills its buffer of 1022 bytes and was probably truncated");
 }
 
-TEST_F(CStrictTest, RecordThatHasPassedNoBufferIsNotReported) {
+TEST_F(CStrictTest, RecordFromCxxIsNotReported) {
   getContext()->getLog()->record("m", C_LOG_INFO, std::string(79, 'x').c_str());
   EXPECT_EQ(strictRecords("warning strict: "), Records{});
 }
 
-TEST_F(CStrictTest, TimerThatArmsItselfAnewIsNotReported) {
+TEST_F(CStrictTest, TimerThatRearmsItselfIsNotReported) {
   c_context_set_timer(0, 0, armAgain);
   c_loop_run();
   EXPECT_EQ(strictRecords("warning strict: "), Records{});
 }
 
-TEST_F(CStrictTest, WatchForOneCallThatIsRenewedInItIsNotReported) {
+TEST_F(CStrictTest, OneShotWatchThatRenewsItselfIsNotReported) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
   close(ends[1]);
@@ -181,7 +181,7 @@ TEST_F(CStrictTest, WatchForOneCallThatIsRenewedInItIsNotReported) {
   close(ends[0]);
 }
 
-TEST_F(CStrictTest, ProviderThatTakesItsOwnPlaceIsNotReported) {
+TEST_F(CStrictTest, ProviderThatReplacesItselfIsNotReported) {
   c_cfm_data_provider_regist(4, provide, nullptr);
   c_cfm_data_provider_regist(4, provide, nullptr);
   EXPECT_EQ(strictRecords("warning strict: "), Records{});
@@ -209,7 +209,7 @@ TEST_F(CStrictTest, UnlockWithoutALockIsReported) {
   EXPECT_EQ(onlyReport(), "the heartbeat is unlocked, but not locked");
 }
 
-TEST_F(CStrictTest, CallbackThatLeavesALockIsReported) {
+TEST_F(CStrictTest, CallbackThatKeepsALockIsReported) {
   c_event_regist_observer("link-up", lockOnce, nullptr);
   c_event_notify("link-up", "");
   const Records reports = strictRecords("warning strict: ");
@@ -237,7 +237,7 @@ TEST_F(CStrictTest, CallOnAnotherThreadIsReportedByTheLoop) {
   EXPECT_NE(reports[1].find("c_strict_test.cpp:"), std::string::npos) << reports[1];
 }
 
-TEST_F(CStrictTest, WhatIsStillRegisteredIsListedAtTheEnd) {
+TEST_F(CStrictTest, RemainingRegistrationIsListedAtTheEnd) {
   c_event_regist_observer("link-up", onEvent, nullptr);
   c_context_set_timer(0, 0, stopLoop);
   c_loop_run();
@@ -246,7 +246,7 @@ TEST_F(CStrictTest, WhatIsStillRegisteredIsListedAtTheEnd) {
   EXPECT_NE(remaining[0].find(" of event link-up"), std::string::npos) << remaining[0];
 }
 
-TEST_F(CStrictTest, PasswordIsNeverInAReport) {
+TEST_F(CStrictTest, PasswordIsInNoReport) {
   const std::string password(300, 'q');
   c_cfm_set_value("Device.Time.Secret", 0, "pwd", password.c_str(), static_cast<unsigned>(password.size()));
   c_cfm_set_value("Device.Time.secret", 0, "pwd", password.c_str(), static_cast<unsigned>(password.size()));
@@ -270,7 +270,7 @@ TEST_F(CStrictModuleTest, RegistrationThatOutlivesItsModuleIsReported) {
   EXPECT_EQ(log.find("warning strict: remembered_observer"), std::string::npos) << log;
 }
 
-TEST_F(CStrictModuleTest, RegistrationOfAModuleThatUndoesNothingIsReported) {
+TEST_F(CStrictModuleTest, RegistrationOfAModuleWithoutAnUnloadStepIsReported) {
   ASSERT_EQ(initWith("{}", {"--strict", "--module", MODULE_FOLDER "/libcareless_module.so"}), C_RESULT_OK);
   ASSERT_EQ(c_context_load(), C_RESULT_OK);
   c_context_set_timer(0, 0, stopLoop);
@@ -283,7 +283,7 @@ TEST_F(CStrictModuleTest, RegistrationOfAModuleThatUndoesNothingIsReported) {
 
 using CStrictDeathTest = CInterfaceFixture;
 
-TEST_F(CStrictDeathTest, MisuseIsFatalIfAskedFor) {
+TEST_F(CStrictDeathTest, MisuseIsFatalOnRequest) {
   initWith(kConfig, {"--strict=fatal"});
   EXPECT_DEATH(c_heartbeat_unlock(), "^strict: the heartbeat is unlocked, but not locked, called by .*\n$");
 }

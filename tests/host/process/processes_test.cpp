@@ -38,7 +38,7 @@ TEST_F(ProcessesTest, MissingCommandGivesTheStatusOfTheShell) {
   EXPECT_EQ(processes_.run("no-such-command"), 127);
 }
 
-TEST_F(ProcessesTest, SignalIsAddedToOneHundredAndTwentyEight) {
+TEST_F(ProcessesTest, SignalIsReportedLikeAShellDoes) {
   EXPECT_EQ(processes_.run("kill -TERM $$"), 128 + SIGTERM);
   EXPECT_EQ(processes_.runLogged("kill -KILL $$"), 128 + SIGKILL);
 }

@@ -78,7 +78,7 @@ class StateErrorTest : public testing::Test {
   MemoryLog log_;
 };
 
-TEST_F(StateErrorTest, FileIsMadeForItsOwnerAlone) {
+TEST_F(StateErrorTest, OnlyTheOwnerHasAccessWhateverTheUmask) {
   const mode_t mask = umask(0);
   StatefulConfig config(file_, kConfig, log_);
   config.set("A.X", "secret");
@@ -97,19 +97,19 @@ TEST_F(StateErrorTest, FileIsClosed) {
   }
 }
 
-TEST_F(StateErrorTest, AfterAnOrderlyEndThereIsNoFileBesideIt) {
+TEST_F(StateErrorTest, OrderlyEndLeavesNoJournal) {
   save("1");
   const std::filesystem::directory_iterator files(folder_.path());
   EXPECT_EQ(std::distance(begin(files), end(files)), 1);
 }
 
-TEST_F(StateErrorTest, EmptyFileIsTakenForANewOne) {
+TEST_F(StateErrorTest, EmptyFileIsInitialised) {
   folder_.write("state.db", "");
   save("1");
   EXPECT_EQ(saved(), "1");
 }
 
-TEST_F(StateErrorTest, NameIsThatOfAFileWhateverItLooksLike) {
+TEST_F(StateErrorTest, NameIsAlwaysThatOfAFile) {
   const std::filesystem::path before = std::filesystem::current_path();
   std::filesystem::current_path(folder_.path());
   for (const char* name : {":memory:", "file:state?mode=memory"}) {
@@ -119,7 +119,7 @@ TEST_F(StateErrorTest, NameIsThatOfAFileWhateverItLooksLike) {
   std::filesystem::current_path(before);
 }
 
-TEST_F(StateErrorTest, FolderThatIsNotThereIsRefused) {
+TEST_F(StateErrorTest, MissingFolderIsRefused) {
   EXPECT_EQ(errorOf([&] { StatefulConfig("/no/such/state.db", kConfig, log_); }),
             "-1021 /no/such/state.db: cannot be created: No such file or directory");
 }
@@ -129,7 +129,7 @@ TEST_F(StateErrorTest, FolderIsRefused) {
   EXPECT_EQ(startError(), "-1021 cannot open the file or its journal: Is a directory");
 }
 
-TEST_F(StateErrorTest, FileThatIsNoDatabaseIsRefused) {
+TEST_F(StateErrorTest, FileThatIsNotADatabaseIsRefused) {
   folder_.write("state.db", std::string(5000, 'x'));
   EXPECT_EQ(refusal(), "-1023 is not a database");
 }
@@ -146,14 +146,14 @@ TEST_F(StateErrorTest, DamagedPageIsRefused) {
   }
 }
 
-TEST_F(StateErrorTest, CutFileIsRefused) {
+TEST_F(StateErrorTest, TruncatedFileIsRefused) {
   save(std::string(20000, 'v'));
   const std::string bytes = folder_.read("state.db");
   folder_.write("state.db", bytes.substr(0, bytes.size() / 2));
   EXPECT_EQ(refusal(), "-1023 is damaged");
 }
 
-TEST_F(StateErrorTest, FileWithoutOneOfItsTablesIsRefused) {
+TEST_F(StateErrorTest, MissingTableIsRefused) {
   for (const char* table : {"product", "attribute", "instance", "value"}) {
     std::filesystem::remove(file_);
     save("1");
@@ -181,13 +181,13 @@ TEST_F(StateErrorTest, FileOfAnotherProductIsRefused) {
   EXPECT_EQ(refusal(), "-1023 belongs to \"gateway\", not to \"service\"");
 }
 
-TEST_F(StateErrorTest, FileInUseIsRefusedToItsOwnProcessAndToOthers) {
+TEST_F(StateErrorTest, FileInUseIsRefused) {
   const ChildProcess user([&](int output) { hold(output); });
   EXPECT_EQ(user.line(), "-1021 is in use by another process");
   EXPECT_EQ(startError(), "-1021 is in use by another process");
 }
 
-TEST_F(StateErrorTest, FileIsFreeOnceItsUserIsDead) {
+TEST_F(StateErrorTest, FileOfAKilledProcessIsFree) {
   ChildProcess user([&](int output) { hold(output); });
   EXPECT_NE(user.line(), "");
   user.kill();
@@ -201,7 +201,7 @@ TEST_F(StateErrorTest, ReadOnlyFileIsRefused) {
   EXPECT_EQ(asOrdinaryUser([&] { return refusal(); }), "-1021 the file or its folder is read-only");
 }
 
-TEST_F(StateErrorTest, FileThatMayNotBeReadIsRefused) {
+TEST_F(StateErrorTest, UnreadableFileIsRefused) {
   save("1");
   chmod(file_.c_str(), 0);
   chmod(folder_.path().c_str(), 0777);
@@ -221,7 +221,7 @@ TEST_F(StateErrorTest, NewFileInAReadOnlyFolderIsRefused) {
   EXPECT_EQ(asOrdinaryUser([&] { return startError(); }), "-1021 cannot be created: Permission denied");
 }
 
-TEST_F(StateErrorTest, FailedStartIsToldByTheContext) {
+TEST_F(StateErrorTest, FailedStartPrintsOneLine) {
   folder_.write("state.db", "no database");
   HostContext context;
   const char* arguments[] = {"service", "--state", file_.c_str()};
@@ -247,7 +247,7 @@ class NoRoom {
   }
 };
 
-TEST_F(StateErrorTest, SaveWithoutRoomIsToldAndDoneByALaterSave) {
+TEST_F(StateErrorTest, FailedSaveIsLoggedAndDoneByALaterSave) {
   save("old");
   EXPECT_EQ(inChild([&] {
               StatefulConfig config(file_, kConfig, log_);
@@ -263,7 +263,7 @@ TEST_F(StateErrorTest, SaveWithoutRoomIsToldAndDoneByALaterSave) {
   EXPECT_EQ(saved(), std::string(100000, 'n'));
 }
 
-TEST_F(StateErrorTest, SaveOnAFullDiskIsToldAndDoneByALaterSave) {
+TEST_F(StateErrorTest, SaveOnAFullDiskIsLoggedAndDoneByALaterSave) {
   const OpenedConnection connection;
   StatefulConfig config(file_, kConfig, log_);
   config.set("A.X", std::string(100000, 'n'));
@@ -274,7 +274,7 @@ TEST_F(StateErrorTest, SaveOnAFullDiskIsToldAndDoneByALaterSave) {
   EXPECT_EQ(config.save(), C_RESULT_OK);
 }
 
-TEST_F(StateErrorTest, SaveWithoutRoomLeavesTheOldState) {
+TEST_F(StateErrorTest, FailedSaveLeavesTheOldState) {
   save("old");
   EXPECT_EQ(inChild([&] {
               StatefulConfig config(file_, kConfig, log_);

@@ -106,7 +106,7 @@ class StateKillTest : public testing::Test {
   std::mt19937 random_{seed_};
 };
 
-TEST_F(StateKillTest, KilledAtAnyInstantItRestartsWithTheOldOrTheNewStateWhole) {
+TEST_F(StateKillTest, KilledProcessLeavesTheOldOrTheNewState) {
   int reported = 0;
   for (int i = 0; i < kKills; i++) {
     {
@@ -129,7 +129,7 @@ TEST_F(StateKillTest, KilledAtAnyInstantItRestartsWithTheOldOrTheNewStateWhole) 
   EXPECT_GE(reported, kKills / 2);
 }
 
-TEST_F(StateKillTest, KilledWhileTheFileIsMadeItStartsAgain) {
+TEST_F(StateKillTest, ProcessKilledAtItsFirstStartCanBeRestarted) {
   for (int i = 0; i < 30; i++) {
     const std::string file = folder_.file("state" + std::to_string(i));
     {

@@ -45,7 +45,7 @@ TEST(SymbolTest, FunctionInCKeepsItsName) {
   EXPECT_EQ(symbolAt(reinterpret_cast<const void*>(rd)).name, "rd");
 }
 
-TEST(SymbolTest, FunctionWithoutDebugInformationHasItsLibrary) {
+TEST(SymbolTest, FunctionWithoutDebugInformationIsLocatedByItsLibrary) {
   void* library = dlopen(MODULE_FOLDER "/libnull_module.so", RTLD_NOW);
   ASSERT_NE(library, nullptr) << dlerror();
   const Symbol& symbol = symbolAt(dlsym(library, "getInstance"));
@@ -56,7 +56,7 @@ TEST(SymbolTest, FunctionWithoutDebugInformationHasItsLibrary) {
 }
 
 // The loader likes to give the place of a closed library to the next one.
-TEST(SymbolTest, LibraryInThePlaceOfAClosedOneIsKnown) {
+TEST(SymbolTest, LibraryAtTheAddressOfAClosedOneIsNamed) {
   const TemporaryFolder folder;
   const std::string copy = folder.file("libcopy.so");
   std::filesystem::copy_file(MODULE_FOLDER "/libnull_module.so", copy);
@@ -68,7 +68,7 @@ TEST(SymbolTest, LibraryInThePlaceOfAClosedOneIsKnown) {
   EXPECT_EQ(symbolAt(second.find<void>("getInstance")).location, "libcopy.so");
 }
 
-TEST(SymbolTest, ClosedLibraryIsStillKnown) {
+TEST(SymbolTest, FunctionOfAClosedLibraryIsNamed) {
   OpenedLibrary library(MODULE_FOLDER "/libnull_module.so");
   const void* function = library.find<void>("getInstance");
   symbolAt(function);
@@ -87,7 +87,7 @@ TEST(SymbolTest, TextHasLocationInParentheses) {
   EXPECT_EQ(textOf(Symbol{"read_line", "hello.c:12", ""}), "read_line (hello.c:12)");
 }
 
-TEST(SymbolTest, TypeIsNamedAsInAProgram) {
+TEST(SymbolTest, TypeIsNamedAsInSource) {
   EXPECT_EQ(typeName(typeid(Observer).name()), "host::(anonymous namespace)::Observer");
 }
 

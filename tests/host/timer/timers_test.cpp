@@ -101,7 +101,7 @@ TEST_F(TimersTest, ExpiriesWhileTheLoopIsHeldUpAreCounted) {
   EXPECT_EQ(timer_.values, (std::vector<int>{1, 4, 1}));
 }
 
-TEST_F(TimersTest, SettingAgainArmsAnew) {
+TEST_F(TimersTest, SettingAgainReplacesTheTime) {
   timers_.set(1, 0, 1, &timer_);
   timers_.set(60000, 0, 0, &timer_);
   runFor(20);
@@ -115,7 +115,7 @@ TEST_F(TimersTest, NegativeTimeDisarms) {
   EXPECT_TRUE(timer_.values.empty());
 }
 
-TEST_F(TimersTest, DisarmingATimerThatIsNotArmedDoesNoHarm) {
+TEST_F(TimersTest, DisarmingAnIdleTimerSucceeds) {
   EXPECT_EQ(timers_.set(-1, 0, 0, &timer_), C_RESULT_OK);
 }
 
@@ -126,7 +126,7 @@ TEST_F(TimersTest, TimerMayDisarmItself) {
   EXPECT_EQ(timer_.values.size(), 1U);
 }
 
-TEST_F(TimersTest, TimerMayArmItselfAnew) {
+TEST_F(TimersTest, TimerMayRearmItself) {
   timer_.then = [this] {
     if (timer_.values.size() < 3) {
       timers_.set(1, 0, 0, &timer_);
@@ -140,7 +140,7 @@ TEST_F(TimersTest, TimerMayArmItselfAnew) {
 }
 
 // Both expire before the loop looks, and whichever is called first disarms the other one.
-TEST_F(TimersTest, TimerThatIsDisarmedMeanwhileIsNotCalled) {
+TEST_F(TimersTest, TimerDisarmedByAnotherIsNotCalled) {
   Timer other;
   timer_.then = [&] { timers_.set(-1, 0, 0, &other); };
   other.then = [&] { timers_.set(-1, 0, 0, &timer_); };
@@ -167,20 +167,20 @@ TEST_F(TimersTest, LongestTimeIsAccepted) {
   EXPECT_TRUE(timer_.values.empty());
 }
 
-TEST_F(TimersTest, BadArgumentsAreRefused) {
+TEST_F(TimersTest, InvalidArgumentsAreRefused) {
   EXPECT_EQ(timers_.set(1, 1, 0, &timer_), C_RESULT_PARAM);
   EXPECT_EQ(timers_.set(1, 0, -1, &timer_), C_RESULT_PARAM);
   EXPECT_EQ(timers_.set(1, 0, 0, nullptr), C_RESULT_PARAM);
 }
 
-TEST_F(TimersTest, BadArgumentsLeaveTheTimerAsItIs) {
+TEST_F(TimersTest, InvalidArgumentsLeaveTheTimerArmed) {
   timers_.set(1, 0, 0, &timer_);
   timers_.set(1, 0, -1, &timer_);
   runFor(20);
   EXPECT_EQ(timer_.values.size(), 1U);
 }
 
-TEST_F(TimersTest, TimersWithTheSameTimeAreCalledAsTheyWereArmed) {
+TEST_F(TimersTest, TimersOfEqualTimesAreCalledInOrderOfArming) {
   std::vector<int> order;
   Timer timers[3];
   for (int i = 0; i < 3; i++) {
@@ -191,7 +191,7 @@ TEST_F(TimersTest, TimersWithTheSameTimeAreCalledAsTheyWereArmed) {
   EXPECT_EQ(order, (std::vector<int>{2, 1, 0}));
 }
 
-TEST_F(TimersTest, DayOfSecondsIsComplete) {
+TEST_F(TimersTest, TimerExpiresEverySecondOfADay) {
   constexpr int kDay = 24 * 60 * 60 * 1000;
   timers_.set(1000, 0, 1000, &timer_);
   runFor(kDay);
@@ -213,7 +213,7 @@ TEST_F(TimersTest, TwoTimersAreCalledInTheOrderOfTheirTimes) {
   EXPECT_EQ(calls, expected);
 }
 
-TEST_F(TimersTest, WhatIsReadyComesBeforeTimeMovesOn) {
+TEST_F(TimersTest, ReadyDescriptorsAreHandledBeforeTimeMoves) {
   const Pipe pipe;
   std::vector<long> times;
   Handler handler([&](short, int) {
@@ -231,7 +231,7 @@ TEST_F(TimersTest, WhatIsReadyComesBeforeTimeMovesOn) {
   EXPECT_EQ(handled, 5U);
 }
 
-TEST_F(TimersTest, WhatATimerMakesReadyComesBeforeTheNextTimer) {
+TEST_F(TimersTest, DescriptorMadeReadyByATimerPrecedesTheNextTimer) {
   const Pipe pipe;
   std::vector<std::string> order;
   Handler handler([&](short, int) {
@@ -251,14 +251,14 @@ TEST_F(TimersTest, WhatATimerMakesReadyComesBeforeTheNextTimer) {
   EXPECT_EQ(order, (std::vector<std::string>{"first", "descriptor", "second"}));
 }
 
-TEST_F(TimersTest, TimeStandsStillInACallback) {
+TEST_F(TimersTest, VirtualTimeStandsStillInACallback) {
   timer_.then = [] { spendRealTime(milliseconds(5)); };
   timers_.set(1, 0, 1, &timer_);
   runFor(3);
   EXPECT_EQ(timer_.values, (std::vector<int>{1, 1, 1}));
 }
 
-TEST_F(TimersTest, WithoutTimersTheLoopWaitsForDescriptors) {
+TEST_F(TimersTest, VirtualTimeStandsStillWithoutTimers) {
   stopWhenIdle();
   EXPECT_EQ(loop_.run(), C_RESULT_OK);
   EXPECT_EQ(elapsed(), 0);
@@ -279,7 +279,7 @@ TEST_F(RealTimersTest, TimerDoesNotExpireEarly) {
   EXPECT_EQ(timer_.values, std::vector<int>{1});
 }
 
-TEST_F(RealTimersTest, TimerThatIsArmedByASlowCallbackDoesNotExpireEarly) {
+TEST_F(RealTimersTest, TimerArmedByASlowCallbackDoesNotExpireEarly) {
   SteadyClock::time_point armed;
   SteadyClock::time_point expired;
   Timer other;

@@ -201,7 +201,8 @@ TEST_F(CConfigTest, RelativeNamesAreResolved) {
   EXPECT_EQ(mtu, 9000U);
 }
 
-TEST_F(CConfigTest, SavingSucceeds) {
+TEST_F(CConfigTest, SaveWithoutAStateFileSucceeds) {
+  setText("Device.Str", "str", "other");
   EXPECT_EQ(c_cfm_save_config(), C_RESULT_OK);
 }
 

@@ -120,13 +120,30 @@ TEST_F(CContextTest, DeletedDescriptorIsNotCalled) {
   close(other[1]);
 }
 
+int countEvent(void* calls, const char* /*event*/, const char* /*data*/, const char* /*source*/) {
+  return ++*static_cast<int*>(calls);
+}
+
+int countChange(void* calls, int /*id*/, const char* /*instance*/, int /*operation*/, const char* /*leaf*/) {
+  return ++*static_cast<int*>(calls);
+}
+
 TEST_F(CContextTest, EndCallsNothingThatIsStillRegistered) {
+  int calls = 0;
+  std::vector<int> got;
   initWith(R"({"objects": [{"number": 1, "name": "A."}]})");
-  c_loop_add_fd(reading(), C_LOOP_READ, stopCallback, nullptr);
+  c_loop_add_fd(reading(), C_LOOP_READ, stopCallback, &got);
   makeReadable();
-  c_event_regist_observer("up", nullptr, nullptr);
-  c_cfm_regist_observer(1, nullptr, nullptr);
+  c_event_regist_observer("up", countEvent, &calls);
+  c_cfm_regist_observer(1, countChange, &calls);
   EXPECT_EQ(c_context_load(), C_RESULT_OK);
+  c_context_deinit();
+  EXPECT_EQ(calls, 0);
+  EXPECT_TRUE(got.empty());
+}
+
+TEST_F(CContextTest, ContextMayStartAgainAfterItsEnd) {
+  initWith("{}");
   c_context_deinit();
   EXPECT_EQ(c_context_init(0, 0), C_RESULT_OK);
 }
@@ -166,15 +183,23 @@ TEST_F(CContextTest, RecordsAreWrittenUpToTheLevel) {
   EXPECT_EQ(records(), Records{"warning netd: no route to host"});
 }
 
-TEST_F(CContextTest, CommandsGiveTheirStatus) {
+TEST_F(CContextTest, PrintedCommandReturnsItsLength) {
   PrintedText printed;
   initWith("{}");
-  char exit_4[] = "exit %d";
-  char print[] = "echo %s; exit 5";
   EXPECT_EQ(c_system_call("echo %s", "out"), 14);
-  EXPECT_EQ(c_system_call2(exit_4, 4), 4);
-  EXPECT_EQ(c_popen_call(print, "printed"), 5);
   EXPECT_EQ(printed.standardOutput(), "out\ncmd:echo out\r\n");
+}
+
+TEST_F(CContextTest, CommandReturnsItsStatus) {
+  initWith("{}");
+  char command[] = "exit %d";
+  EXPECT_EQ(c_system_call2(command, 4), 4);
+}
+
+TEST_F(CContextTest, LoggedCommandReturnsItsStatus) {
+  initWith("{}");
+  char command[] = "echo %s; exit 5";
+  EXPECT_EQ(c_popen_call(command, "printed"), 5);
   EXPECT_EQ(records(), Records{"info command: printed"});
 }
 

@@ -19,7 +19,7 @@ std::string library(const std::string& name) {
   return MODULE_FOLDER "/lib" + name + ".so";
 }
 
-// A master observer whose steps are in the log beside those of the modules.
+// A master observer that logs its steps, like the modules do.
 int g_run_answer = 0;
 
 int record(const char* step) {
@@ -62,7 +62,7 @@ class CModulesTest : public CInterfaceFixture {
     EXPECT_EQ(c_loop_run(), C_RESULT_OK);
   }
 
-  // The records that have come since the last call.
+  // The records since the last call.
   Records news() {
     const Records all = records();
     Records result(all.begin() + static_cast<std::ptrdiff_t>(seen_), all.end());

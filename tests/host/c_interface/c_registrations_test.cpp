@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The C functions behind the library's adapters, named by the report of a slow callback.
+// The report of a slow callback names the C function behind the library's adapter.
 #include <unistd.h>
 
 #include <chrono>
@@ -20,6 +20,7 @@ constexpr const char* kConfig = R"({
   "objects": [{"number": 4, "name": "A.", "leaves": {"X": {"type": "int"}, "Y": {"type": "int", "computed": true}}}]
 })";
 
+// Exceeds the limit of the heartbeat, which measures real time.
 void dawdle() {
   std::this_thread::sleep_for(std::chrono::milliseconds(3));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a C program on the host context saves, and finds again.
+// State that a C program on the host context saves and finds again after a restart.
 #include <cstdint>
 #include <cstring>
 #include <string>

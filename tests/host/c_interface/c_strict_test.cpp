@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What strict mode says of a C program that uses the interface wrongly.
+// Misuse of the interface by a C program, which strict mode reports.
 #include <dlfcn.h>
 #include <unistd.h>
 
@@ -57,9 +57,15 @@ void provide(int /*id*/, const char* /*instance*/, const char* /*leaf*/, void* /
 
 class CStrictTest : public CInterfaceFixture {
  protected:
-  CStrictTest() { initWith(kConfig, {"--strict"}); }
+  CStrictTest() { initWith(kConfig, {"--strict", "--clock", "virtual"}); }
 
-  // The only record of strict mode, without the place of the call, which must be in this file.
+  // On a virtual clock, the timer stops the loop only after everything that is ready has been handled.
+  static void runOnce() {
+    c_context_set_timer(0, 0, stopLoop);
+    c_loop_run();
+  }
+
+  // The only report, without the place of the call, which must be in this file.
   std::string onlyReport() const {
     const Records reports = strictRecords("warning strict: ");
     if (reports.size() != 1) return std::to_string(reports.size()) + " reports\n" + folder_.read("log");
@@ -224,12 +230,11 @@ TEST_F(CStrictTest, CallOnAnotherThreadIsReportedByTheLoop) {
   bool done = false;
   std::thread([&done] {
     c_event_notify("link-up", "");
-    done = true;  // so that the call above is no tail call, which leaves no place in this function
+    done = true;  // otherwise the call above could be a tail call, which leaves no place in this function
   }).join();
   EXPECT_TRUE(done);
   EXPECT_EQ(strictRecords("warning strict: "), Records{});
-  c_context_set_timer(50, 0, stopLoop);
-  c_loop_run();
+  runOnce();
   const Records reports = strictRecords("warning strict: ");
   ASSERT_EQ(reports.size(), 2U);
   EXPECT_EQ(reports[0].rfind("getEvent is called on another thread than the loop's, called by ", 0), 0U);
@@ -237,13 +242,43 @@ TEST_F(CStrictTest, CallOnAnotherThreadIsReportedByTheLoop) {
   EXPECT_NE(reports[1].find("c_strict_test.cpp:"), std::string::npos) << reports[1];
 }
 
-TEST_F(CStrictTest, RemainingRegistrationIsListedAtTheEnd) {
+TEST_F(CStrictTest, RemainingRegistrationsAreListedAtTheEnd) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
   c_event_regist_observer("link-up", onEvent, nullptr);
-  c_context_set_timer(0, 0, stopLoop);
-  c_loop_run();
+  c_cfm_regist_observer(4, onChange, nullptr);
+  c_loop_add_fd(ends[0], C_LOOP_READ, watchAgain, nullptr);
+  runOnce();
+  const Records remaining = strictRecords("notice strict: still registered at the end: ");
+  Records listed;
+  for (const std::string& record : remaining) listed.push_back(record.substr(record.rfind(" of ") + 1));
+  EXPECT_EQ(listed,
+            (Records{"of event link-up", "of change Device.Time.", "of fd " + std::to_string(ends[0])}));
+  c_loop_del_fd(ends[0]);
+  close(ends[0]);
+  close(ends[1]);
+}
+
+TEST_F(CStrictTest, RemainingRegistrationIsListedWithItsFunction) {
+  c_event_regist_observer("link-up", onEvent, nullptr);
+  runOnce();
   const Records remaining = strictRecords("notice strict: still registered at the end: ");
   ASSERT_EQ(remaining.size(), 1U);
-  EXPECT_NE(remaining[0].find(" of event link-up"), std::string::npos) << remaining[0];
+  EXPECT_EQ(remaining[0].rfind("(anonymous namespace)::onEvent(void*, ", 0), 0U) << remaining[0];
+}
+
+TEST_F(CStrictTest, UnregisteredObserverIsNotListedAtTheEnd) {
+  c_event_regist_observer("link-up", onEvent, nullptr);
+  c_event_unregist_observer("link-up", onEvent);
+  runOnce();
+  EXPECT_EQ(strictRecords("notice strict: "), Records{});
+}
+
+// The interface has no function to unregister a provider.
+TEST_F(CStrictTest, ProviderIsNotListedAtTheEnd) {
+  c_cfm_data_provider_regist(4, provide, nullptr);
+  runOnce();
+  EXPECT_EQ(strictRecords("notice strict: "), Records{});
 }
 
 TEST_F(CStrictTest, PasswordIsInNoReport) {

@@ -14,6 +14,7 @@
 #include "host/process/processes.h"
 #include "include_c"
 #include "tests/host/support/memory_log.h"
+#include "tests/host/support/open_descriptors.h"
 #include "tests/support/printed_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -83,6 +84,11 @@ TEST_F(HostContextTest, FailedInitPrintsOneLine) {
   EXPECT_EQ(printed.standardError(),
             std::string(program_invocation_short_name) + ": unknown option \"--colour\"\n");
   EXPECT_EQ(printed.standardOutput(), "");
+}
+
+TEST_F(HostContextTest, FailedInitLeavesNoServices) {
+  PrintedText printed;
+  init(context_, {"--colour"});
   EXPECT_EQ(context_.getLoop(), nullptr);
 }
 
@@ -130,6 +136,7 @@ TEST_F(HostContextTest, LogGoesToItsFileAtItsLevel) {
   EXPECT_NE(written.find(" debug cpp2c:5: diagnostic\n"), std::string::npos) << written;
 }
 
+// The context measures real time, so the callback spends some.
 TEST_F(HostContextTest, HeartbeatLimitComesFromTheConfiguration) {
   const TemporaryFolder folder;
   const std::string config = folder.write("c.json", R"({"heartbeat": {"limitMs": 1}})");
@@ -167,6 +174,25 @@ TEST_F(HostContextTest, CommandsInheritNoDescriptorOfTheContext) {
   Timer timer;
   context_.setTimer(60000, 0, 0, &timer);
   EXPECT_EQ(descriptorsOfACommand(), before);
+}
+
+TEST_F(HostContextTest, EveryDescriptorIsClosedAtTheEnd) {
+  const TemporaryFolder folder;
+  const std::vector<std::string> arguments = {"--config",   folder.write("config.json", "{}"),
+                                              "--script",   folder.write("script.json", R"({"steps": []})"),
+                                              "--state",    folder.file("state.db"),
+                                              "--log-file", folder.file("log"),
+                                              "--control",  folder.file("control"),
+                                              "--strict"};
+  std::vector<const char*> pointers;
+  for (const std::string& argument : arguments) pointers.push_back(argument.c_str());
+  const std::size_t before = openDescriptors();
+  {
+    HostContext context;
+    ASSERT_EQ(init(context, pointers), C_RESULT_OK);
+    EXPECT_GT(openDescriptors(), before);
+  }
+  EXPECT_EQ(openDescriptors(), before);
 }
 
 }  // namespace

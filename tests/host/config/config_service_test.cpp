@@ -18,7 +18,7 @@ namespace host {
 namespace {
 
 constexpr int kTime = 1;  // one instance
-constexpr int kPort = 2;  // two instances, for good
+constexpr int kPort = 2;  // two instances, not dynamic
 constexpr int kLink = 3;  // dynamic
 constexpr int kUnknown = 99;
 
@@ -34,7 +34,7 @@ const char kTree[] = R"({"objects": [
   {"number": 4, "name": "Link.All.", "leaves": {"Count": {"type": "uint"}}}
 ]})";
 
-// Keeps what it is told, then does what it is for.
+// Records each call, then calls `then` once.
 class Observer final : public ICfmObserver {
  public:
   int update(int id, std::string instance, int operation, std::string leaf) override {
@@ -478,7 +478,7 @@ TEST_F(ConfigServiceTest, ReservedOperationsReturnZero) {
   config_.releaseIterator(iterator);
 }
 
-// Counts the saves, and answers as it is told.
+// A store that counts saves and returns a given result.
 class ConfigSaveTest : public testing::Test {
  protected:
   int saves_ = 0;

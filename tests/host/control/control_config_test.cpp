@@ -13,7 +13,7 @@ namespace {
 
 class ControlConfigTest : public ControlFixture {};
 
-// Keeps each call of itself.
+// Records its calls.
 class Observer final : public ICfmObserver {
  public:
   int update(int number, std::string instance, int operation, std::string leaf) override {

@@ -20,7 +20,7 @@ namespace {
 
 using std::chrono::microseconds;
 
-// Takes as long for each call as it is told.
+// Each call takes as many microseconds as the data of the event says.
 class Observer final : public IEventObserver {
  public:
   int update(std::string /*event*/, std::string data, std::string /*source*/) override {

@@ -16,7 +16,7 @@
 
 namespace host {
 
-// The answer to a request that only does something.
+// The answer to a request that returns nothing.
 constexpr char kDone[] = R"(200 {"result":0})";
 
 // A control socket and the services behind it. Their time is virtual.

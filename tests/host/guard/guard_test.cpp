@@ -18,7 +18,7 @@
 namespace host {
 namespace {
 
-// Writes down which operations begin, and refuses them if it has a code.
+// Records the operations that it checks, and refuses them if it has an answer.
 class RecordingCheck final : public IOperationCheck {
  public:
   explicit RecordingCheck(CallLog& calls) : calls_(calls) {}
@@ -51,7 +51,7 @@ class GuardTest : public testing::Test {
   RecordingCheck check_{calls_};
 };
 
-// One operation: its name for the guard, its call as the service receives it, and how it is made.
+// One operation: its name, the call that the service receives, and a function that calls it.
 struct Row {
   const char* name;
   const char* call;
@@ -109,7 +109,7 @@ TEST_F(GuardedOperationsTest, RefusedOperationReturnsTheCodeOfTheCheck) {
   }
 }
 
-// Their callers delete what they had registered: the service must not keep it.
+// The caller deletes its observer in any case, so the service must not keep it.
 TEST_F(GuardedOperationsTest, RefusedUnregistrationIsForwarded) {
   guard_.add(check_);
   check_.answer = -1018;

@@ -19,7 +19,7 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-// Keeps each call and answers it as told, otherwise 0.
+// Records each call and returns the configured answer, by default 0.
 class Participant final : public IBootContext {
  public:
   Participant(std::string name, Calls& calls) : name_(std::move(name)), calls_(calls) {}

@@ -16,7 +16,7 @@
 namespace host {
 namespace {
 
-// The lines without their times, which must have the right form.
+// The lines with "@" in place of a well-formed time.
 std::string withoutTimes(const std::string& lines) {
   static const std::regex kTime("^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} ",
                                 std::regex::ECMAScript | std::regex::multiline);

@@ -21,7 +21,7 @@ namespace {
 
 class EventLoopTest : public LoopFixture {
  protected:
-  // Runs the loop until everything that is ready has been called.
+  // Runs the loop until everything that is ready has been handled.
   void runUntilIdle() {
     stopWhenIdle();
     EXPECT_EQ(loop_.run(), C_RESULT_OK);
@@ -129,7 +129,7 @@ TEST_F(EventLoopTest, HandlerMayReplaceItsOwnWatch) {
   EXPECT_EQ(calls_, 1);
 }
 
-// Both are ready at the same time, and whichever is called first deletes the other one.
+// Both are ready at the same time. The one that is called first deletes the other.
 TEST_F(EventLoopTest, WatchDeletedByAnotherHandlerIsNotCalled) {
   Pipe other;
   Handler handler([&](short, int fd) {

@@ -24,7 +24,7 @@ namespace {
 using std::chrono::milliseconds;
 using Records = std::vector<std::string>;
 
-constexpr int kMade = 17;  // what a call answers that is made
+constexpr int kMade = 17;  // the result of a call that reaches the service
 
 const char kTree[] = R"({"objects": [{"number": 1, "name": "A.", "leaves": {
   "X": {"type": "int"}, "Y": {"type": "int"}, "Secret": {"type": "pwd"}}}]})";
@@ -49,7 +49,7 @@ class RefusingEvents final : public IEvent {
   int notify(std::string, std::string, int) override { return C_RESULT_PARAM; }
 };
 
-// A script that is played on a virtual clock.
+// Plays a script on a virtual clock.
 class ScriptPlayerTest : public LoopFixture {
  protected:
   void play(const std::string& steps) { play(steps, events_); }
@@ -60,7 +60,7 @@ class ScriptPlayerTest : public LoopFixture {
         ScriptPlayer::Stage{clock_, deadlines_, log_, config_, events, [this] { loop_.stop(); }});
   }
 
-  // Runs the loop until so much time has passed, and everything has been done that was due by then.
+  // Runs the loop for this time and until everything that is due has been done.
   void runFor(int ms) {
     const Deadlines::Deadline end = deadlines_.in(milliseconds(ms));
     deadlines_.add(end, [this] { loop_.stop(); });

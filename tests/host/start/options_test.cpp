@@ -102,7 +102,7 @@ TEST(OptionsTest, MissingArgumentIsRefused) {
   EXPECT_EQ(mistakeIn({"--clock"}), refusal("the option \"--clock\" needs an argument"));
 }
 
-// As from a shell's variable that is not set: nobody means to save nothing by it.
+// A shell variable that is not set yields an empty argument, which is never meant as "no state file".
 TEST(OptionsTest, EmptyArgumentIsRefused) {
   EXPECT_EQ(mistakeIn({"--state", ""}), refusal("the option \"--state\" needs an argument"));
   EXPECT_EQ(mistakeIn({"--config", "", "--debug"}), refusal("the option \"--config\" needs an argument"));

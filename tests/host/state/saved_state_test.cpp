@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What outlasts a process, and what of it a later configuration still takes.
+// State that is restored at the next start, also with a changed configuration.
 #include "host/state/state_file.h"
 
 #include <string>
@@ -210,7 +210,7 @@ TEST_F(SavedStateTest, ObserverMaySaveTheChangeItReceives) {
   EXPECT_EQ(config.valueOf("Link.eth0.Mtu"), "9000");
 }
 
-// Saves something of every kind, for a configuration that takes none of it.
+// Saves state of every kind, which a later configuration does not accept.
 class UnfitStateTest : public SavedStateTest {
  protected:
   UnfitStateTest() {

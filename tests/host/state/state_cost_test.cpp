@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a save writes, by SQLite's own counters.
+// The rows and transactions of a save, as SQLite counts them.
 #include <sqlite3.h>
 
 #include <memory>

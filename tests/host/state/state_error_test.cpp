@@ -49,14 +49,14 @@ class StateErrorTest : public testing::Test {
 
   std::string saved() { return StatefulConfig(file_, kConfig, log_).valueOf("A.X"); }
 
-  // The message, without the name of the file at its beginning.
+  // The error without the name of the file.
   std::string startError() {
     const std::string error = errorOf([&] { StatefulConfig(file_, kConfig, log_); });
     const std::size_t name = error.find(file_ + ": ");
     return name == std::string::npos ? error : error.substr(0, name) + error.substr(name + file_.size() + 2);
   }
 
-  // The file must be left as it is.
+  // The error, which must leave the file unchanged.
   std::string refusal() {
     const std::string before = folder_.read("state.db");
     std::string error = startError();
@@ -64,7 +64,8 @@ class StateErrorTest : public testing::Test {
     return error;
   }
 
-  // In another process: keeps the file in use, once it has told what a second start there comes to.
+  // Runs in another process: opens the file, writes the error of a second start there, and keeps the file
+  // open.
   void hold(int output) {
     const StatefulConfig config(file_, kConfig, log_);
     const std::string line = startError() + '\n';
@@ -231,7 +232,7 @@ TEST_F(StateErrorTest, FailedStartPrintsOneLine) {
   EXPECT_EQ(context.getCfm(), nullptr);
 }
 
-// In a process of its own: no file of it may become larger.
+// Limits the size of files. For use in a child process.
 class NoRoom {
  public:
   explicit NoRoom(rlim_t size) {

@@ -15,7 +15,7 @@
 
 namespace host {
 
-// A configuration with a state file over it, as in one life of a process.
+// A configuration restored from a state file, as in one run of a process.
 class StatefulConfig {
  public:
   StatefulConfig(const std::string& file, std::vector<Object> objects, ILog& log,
@@ -40,7 +40,7 @@ class StatefulConfig {
     return value;
   }
 
-  // The names, each with a blank behind it.
+  // The names, each followed by a space.
   std::string instancesOf(int number) {
     ICfmIterator* iterator = config_.instanceIterator(number);
     if (iterator == nullptr) return "";

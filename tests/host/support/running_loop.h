@@ -54,21 +54,21 @@ class Pipe {
   int ends_[2] = {-1, -1};
 };
 
-// A running loop whose turn a test can take.
+// A loop that the test runs.
 class LoopFixture : public testing::Test {
  protected:
   explicit LoopFixture(Clock::Kind kind = Clock::Kind::kVirtual,
                        std::chrono::milliseconds heartbeat_limit = std::chrono::hours(1))
       : services_(kind, heartbeat_limit) {}
 
-  // Makes the loop call a function, in its turn among what is ready.
+  // Has the running loop call a function in turn with other ready events.
   void callInside(std::function<void()> call) {
     inside_ = std::move(call);
     wake_.put();
     loop_.addFd(wake_.reading(), EV_READ, &waker_);
   }
 
-  // Stops the loop once everything that is ready now has been called.
+  // Stops the loop once everything that is ready now has been handled.
   void stopWhenIdle() {
     callInside([this] { callInside([this] { loop_.stop(); }); });
   }

@@ -16,7 +16,7 @@ namespace host {
 
 extern "C" void rd();
 
-// As the name of a type, this would be "double restrict".
+// As a mangled type, this name means "double restrict".
 __attribute__((noinline)) void rd() {}
 
 namespace {
@@ -33,7 +33,7 @@ __attribute__((noinline)) void staticFunction() {
 TEST(SymbolTest, StaticFunctionHasNameFileAndLine) {
   const Symbol& symbol = symbolAt(reinterpret_cast<const void*>(staticFunction));
   EXPECT_EQ(symbol.name, "host::(anonymous namespace)::staticFunction()");
-  // Compilers that optimise count its first statement as its beginning.
+  // Optimising compilers may report the line of its first statement.
   const std::string file = "symbol_test.cpp:";
   ASSERT_EQ(symbol.location.rfind(file, 0), 0U) << symbol.location;
   const int line = std::stoi(symbol.location.substr(file.size()));
@@ -55,7 +55,7 @@ TEST(SymbolTest, FunctionWithoutDebugInformationIsLocatedByItsLibrary) {
   dlclose(library);
 }
 
-// The loader likes to give the place of a closed library to the next one.
+// The loader usually loads the next library at the address of a closed one.
 TEST(SymbolTest, LibraryAtTheAddressOfAClosedOneIsNamed) {
   const TemporaryFolder folder;
   const std::string copy = folder.file("libcopy.so");

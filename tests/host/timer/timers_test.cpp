@@ -43,7 +43,7 @@ class TimersTest : public LoopFixture {
                       milliseconds heartbeat_limit = std::chrono::hours(1))
       : LoopFixture(kind, heartbeat_limit) {}
 
-  // Runs the loop for a time, and on until every timer that is due has been called.
+  // Runs the loop for this time and until every timer that is due has been called.
   void runFor(int ms) {
     Timer end;
     end.then = [this] { stopWhenIdle(); };
@@ -139,7 +139,7 @@ TEST_F(TimersTest, TimerMayRearmItself) {
   EXPECT_EQ(timer_.values, (std::vector<int>{1, 1, 1}));
 }
 
-// Both expire before the loop looks, and whichever is called first disarms the other one.
+// Both expire at the same time. The one that is called first disarms the other.
 TEST_F(TimersTest, TimerDisarmedByAnotherIsNotCalled) {
   Timer other;
   timer_.then = [&] { timers_.set(-1, 0, 0, &other); };
@@ -264,7 +264,7 @@ TEST_F(TimersTest, VirtualTimeStandsStillWithoutTimers) {
   EXPECT_EQ(elapsed(), 0);
 }
 
-// What a virtual clock cannot show: that the loop waits for real time.
+// A virtual clock cannot show that the loop waits long enough.
 class RealTimersTest : public TimersTest {
  protected:
   RealTimersTest() : TimersTest(Clock::Kind::kReal) {}

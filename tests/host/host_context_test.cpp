@@ -13,7 +13,8 @@
 #include "boot/boot_context.h"
 #include "host/process/processes.h"
 #include "include_c"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
+#include "tests/host/support/open_descriptors.h"
 #include "tests/support/printed_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -35,7 +36,7 @@ class Timer final : public ITimer {
   int timeArrive(int) override { return 0; }
 };
 
-TEST_F(HostContextTest, BeforeInitThereAreNoServices) {
+TEST_F(HostContextTest, ServicesAreMissingBeforeInit) {
   EXPECT_EQ(context_.getLog(), nullptr);
   EXPECT_EQ(context_.getCfm(), nullptr);
   EXPECT_EQ(context_.getEvent(), nullptr);
@@ -43,7 +44,7 @@ TEST_F(HostContextTest, BeforeInitThereAreNoServices) {
   EXPECT_EQ(context_.getLoop(), nullptr);
 }
 
-TEST_F(HostContextTest, BeforeInitOperationsAreRefused) {
+TEST_F(HostContextTest, OperationsAreRefusedBeforeInit) {
   Timer timer;
   IBootContext observer;
   EXPECT_EQ(context_.load(), C_RESULT_NOT_INIT);
@@ -66,7 +67,7 @@ TEST_F(HostContextTest, InitWithoutArgumentsSucceeds) {
   EXPECT_NE(context_.getLoop(), nullptr);
 }
 
-TEST_F(HostContextTest, PositionsThatNobodyCallsAnswerZero) {
+TEST_F(HostContextTest, ReservedOperationsReturnZero) {
   IContext& context = context_;
   for (auto reserved :
        {&IContext::reserved5, &IContext::reserved11, &IContext::reserved12, &IContext::reserved18,
@@ -77,22 +78,27 @@ TEST_F(HostContextTest, PositionsThatNobodyCallsAnswerZero) {
   EXPECT_EQ(context.getLoop()->reserved5(), 0);
 }
 
-TEST_F(HostContextTest, FailedInitSaysWhyInOneLineAndLeavesNothing) {
+TEST_F(HostContextTest, FailedInitPrintsOneLine) {
   PrintedText printed;
   EXPECT_EQ(init(context_, {"--colour"}), C_RESULT_PARAM);
   EXPECT_EQ(printed.standardError(),
             std::string(program_invocation_short_name) + ": unknown option \"--colour\"\n");
   EXPECT_EQ(printed.standardOutput(), "");
+}
+
+TEST_F(HostContextTest, FailedInitLeavesNoServices) {
+  PrintedText printed;
+  init(context_, {"--colour"});
   EXPECT_EQ(context_.getLoop(), nullptr);
 }
 
-TEST_F(HostContextTest, MessageStaysOneLine) {
+TEST_F(HostContextTest, LineFeedInAMessageIsEscaped) {
   PrintedText printed;
   EXPECT_EQ(init(context_, {"--config", "/no/such\nfile"}), C_RESULT_SYSTEM_CALL);
   EXPECT_EQ(printed.standardError(), "/no/such\\nfile: cannot be read: No such file or directory\n");
 }
 
-TEST_F(HostContextTest, AfterAFailedInitItMayBeTriedAgain) {
+TEST_F(HostContextTest, InitMayBeRepeatedAfterAFailure) {
   PrintedText printed;
   init(context_, {"--colour"});
   EXPECT_EQ(init(context_, {}), C_RESULT_OK);
@@ -130,6 +136,7 @@ TEST_F(HostContextTest, LogGoesToItsFileAtItsLevel) {
   EXPECT_NE(written.find(" debug cpp2c:5: diagnostic\n"), std::string::npos) << written;
 }
 
+// The context measures real time, so the callback spends some.
 TEST_F(HostContextTest, HeartbeatLimitComesFromTheConfiguration) {
   const TemporaryFolder folder;
   const std::string config = folder.write("c.json", R"({"heartbeat": {"limitMs": 1}})");
@@ -153,7 +160,7 @@ TEST_F(HostContextTest, HeartbeatLimitComesFromTheConfiguration) {
 }
 
 std::vector<std::string> descriptorsOfACommand() {
-  RecordingLog log;
+  MemoryLog log;
   Processes(log).runLogged("ls /proc/self/fd");
   return log.records;
 }
@@ -167,6 +174,25 @@ TEST_F(HostContextTest, CommandsInheritNoDescriptorOfTheContext) {
   Timer timer;
   context_.setTimer(60000, 0, 0, &timer);
   EXPECT_EQ(descriptorsOfACommand(), before);
+}
+
+TEST_F(HostContextTest, EveryDescriptorIsClosedAtTheEnd) {
+  const TemporaryFolder folder;
+  const std::vector<std::string> arguments = {"--config",   folder.write("config.json", "{}"),
+                                              "--script",   folder.write("script.json", R"({"steps": []})"),
+                                              "--state",    folder.file("state.db"),
+                                              "--log-file", folder.file("log"),
+                                              "--control",  folder.file("control"),
+                                              "--strict"};
+  std::vector<const char*> pointers;
+  for (const std::string& argument : arguments) pointers.push_back(argument.c_str());
+  const std::size_t before = openDescriptors();
+  {
+    HostContext context;
+    ASSERT_EQ(init(context, pointers), C_RESULT_OK);
+    EXPECT_GT(openDescriptors(), before);
+  }
+  EXPECT_EQ(openDescriptors(), before);
 }
 
 }  // namespace

@@ -22,14 +22,22 @@ TEST(SimilarNameTest, NameWithUpToTwoTypingErrorsIsSimilar) {
 }
 
 TEST(SimilarNameTest, NameWithThreeTypingErrorsIsNotSimilar) {
-  EXPECT_EQ(similarTo("Limit", {"Lamess"}), "");
-  EXPECT_EQ(similarTo("Limit", {"Limit123"}), "");
+  EXPECT_EQ(similarTo("Heartbeat", {"Hoartboot"}), "");
+  EXPECT_EQ(similarTo("Heartbeat", {"Heartbeat123"}), "");
+  EXPECT_EQ(similarTo("Heartbeat", {"Heartb"}), "");
+}
+
+// Of a name of three letters, one may be wrong; of one or two letters, none.
+TEST(SimilarNameTest, NameWithLessThanHalfItsLettersWrongIsSimilar) {
+  EXPECT_EQ(similarTo("mtu", {"mru"}), "mru");
+  EXPECT_EQ(similarTo("stop", {"step"}), "step");
+  EXPECT_EQ(similarTo("Limit", {"Lamet"}), "Lamet");
 }
 
 TEST(SimilarNameTest, NameWithHalfItsLettersWrongIsNotSimilar) {
-  EXPECT_EQ(similarTo("on", {"off", "in", "o"}), "");
   EXPECT_EQ(similarTo("a", {"b"}), "");
-  EXPECT_EQ(similarTo("stop", {"step", "slow"}), "step");
+  EXPECT_EQ(similarTo("on", {"off", "in", "o"}), "");
+  EXPECT_EQ(similarTo("mtu", {"mrs"}), "");
   EXPECT_EQ(similarTo("stop", {"slow"}), "");
 }
 

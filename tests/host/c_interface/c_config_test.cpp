@@ -100,14 +100,14 @@ TEST_F(CConfigTest, EveryTypeIsWrittenAndReadBack) {
   }
 }
 
-TEST_F(CConfigTest, WholeRangeOfAWordIsKept) {
+TEST_F(CConfigTest, FullRangeOfAWordIsStored) {
   for (const std::uint32_t value : {0U, 2147483647U, 2147483648U, 4294967295U}) {
     EXPECT_EQ(setWord("Device.Uint", "uint", value), C_RESULT_OK);
     EXPECT_EQ(word("Device.Uint", "uint"), value);
   }
 }
 
-TEST_F(CConfigTest, BadValueIsRefusedAndNothingChanged) {
+TEST_F(CConfigTest, InvalidValueIsRefusedAndChangesNothing) {
   EXPECT_EQ(setText("Device.Ip", "ipaddr", "192.0.2.1"), C_RESULT_OK);
   EXPECT_EQ(setText("Device.Ip", "ipaddr", "192.0.2.999"), C_RESULT_PARAM);
   EXPECT_EQ(text("Device.Ip", "ipaddr"), "192.0.2.1");
@@ -121,7 +121,7 @@ TEST_F(CConfigTest, OtherTypeIsRefused) {
   EXPECT_EQ(setText("Device.Ip", "str", "x"), C_RESULT_PARAM);
 }
 
-TEST_F(CConfigTest, ObserverIsToldUntilItIsUnregistered) {
+TEST_F(CConfigTest, ObserverIsCalledUntilItIsUnregistered) {
   Told told;
   c_cfm_regist_observer(kDevice, keep, &told);
   setText("Device.Str", "str", "other");
@@ -132,7 +132,7 @@ TEST_F(CConfigTest, ObserverIsToldUntilItIsUnregistered) {
   EXPECT_EQ(told.size(), 1U);
 }
 
-TEST_F(CConfigTest, InstancesComeAndGo) {
+TEST_F(CConfigTest, InstancesAreCreatedAndDeleted) {
   Told told;
   c_cfm_regist_observer(kLink, keep, &told);
   EXPECT_EQ(setWord("Link.eth0.Mtu", "uint", 9000), C_RESULT_NOT_FOUND);
@@ -143,7 +143,7 @@ TEST_F(CConfigTest, InstancesComeAndGo) {
   EXPECT_EQ(told, (Told{"2 Link.eth0. 1 ", "2 Link.eth0. 2 Mtu", "2 Link.eth0. 3 "}));
 }
 
-TEST_F(CConfigTest, RegisteringEntersTheInstancesIntoTheCache) {
+TEST_F(CConfigTest, RegistrationAddsTheInstancesToTheCache) {
   int mine = 0;
   Told told;
   c_dbc_add_userdata(kLink, "Link.lo.", &mine);
@@ -151,7 +151,7 @@ TEST_F(CConfigTest, RegisteringEntersTheInstancesIntoTheCache) {
   EXPECT_EQ(c_dbc_get_userdata(kLink, "Link.lo."), nullptr);
 }
 
-TEST_F(CConfigTest, ObserverOfAnUnknownObjectDoesNoHarm) {
+TEST_F(CConfigTest, ObserverOfAnUnknownObjectIsNotCalled) {
   Told told;
   c_cfm_regist_observer(99, keep, &told);
   setText("Device.Str", "str", "other");
@@ -174,7 +174,7 @@ void provide(int id, const char* instance, const char* leaf, void* user, void* h
   c_cfm_data_provider_set(handle, "str", answer.data());
 }
 
-TEST_F(CConfigTest, ComputedLeafComesFromItsProvider) {
+TEST_F(CConfigTest, ComputedLeafIsReadFromItsProvider) {
   std::string user = "asked: ";
   EXPECT_EQ(text("Device.Now", "str"), "never");
   c_cfm_data_provider_regist(kDevice, provide, &user);
@@ -187,25 +187,26 @@ int keepName(int id, char* name, void*, c_pass_fn3, c_pass_fn4, void* names) {
   return 0;
 }
 
-TEST_F(CConfigTest, InstancesAreWalked) {
+TEST_F(CConfigTest, InstancesAreListed) {
   Told names;
   setWord("Link.eth0.Mtu", "uint", 9000, C_CFM_CREATE);
   EXPECT_EQ(c_cfm_lookup_instance(kLink, keepName, nullptr, nullptr, &names), C_RESULT_OK);
   EXPECT_EQ(names, (Told{"2 Link.eth0.", "2 Link.lo."}));
 }
 
-TEST_F(CConfigTest, RelativeNamesReachTheTree) {
+TEST_F(CConfigTest, RelativeNamesAreResolved) {
   std::uint32_t mtu = 9000;
   EXPECT_EQ(c_cfm_set_value_v2("Link.lo.", "", "Mtu", "uint", &mtu, sizeof mtu, 0), C_RESULT_OK);
   EXPECT_EQ(c_cfm_get_value_v2("Link.lo.Mtu", "PARENT.", "Mtu", "uint", &mtu, sizeof mtu), C_RESULT_OK);
   EXPECT_EQ(mtu, 9000U);
 }
 
-TEST_F(CConfigTest, SavingSucceeds) {
+TEST_F(CConfigTest, SaveWithoutAStateFileSucceeds) {
+  setText("Device.Str", "str", "other");
   EXPECT_EQ(c_cfm_save_config(), C_RESULT_OK);
 }
 
-TEST_F(CConfigTest, EventReachesItsObserversWithTheProgramAsSource) {
+TEST_F(CConfigTest, EventHasTheProgramAsItsSource) {
   Told told;
   c_event_regist_observer("up", keepEvent, &told);
   c_event_notify("up", "eth0");
@@ -213,7 +214,7 @@ TEST_F(CConfigTest, EventReachesItsObserversWithTheProgramAsSource) {
   EXPECT_EQ(told, Told{"up eth0 " + std::string(program_invocation_short_name)});
 }
 
-TEST_F(CConfigTest, UnregisteredObserverIsNotTold) {
+TEST_F(CConfigTest, UnregisteredEventObserverIsNotCalled) {
   Told told;
   c_event_regist_observer("up", keepEvent, &told);
   c_event_unregist_observer("up", keepEvent);

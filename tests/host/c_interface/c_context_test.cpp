@@ -46,26 +46,26 @@ TEST_F(CContextTest, StartsWithoutArguments) {
   EXPECT_EQ(c_context_init(0, 0), C_RESULT_OK);
 }
 
-TEST_F(CContextTest, UnknownOptionIsToldInOneLine) {
+TEST_F(CContextTest, UnknownOptionPrintsOneLine) {
   PrintedText printed;
   EXPECT_EQ(init({"--colour"}), C_RESULT_PARAM);
   EXPECT_EQ(printed.standardError(),
             std::string(program_invocation_short_name) + ": unknown option \"--colour\"\n");
 }
 
-TEST_F(CContextTest, MissingConfigurationIsToldInOneLine) {
+TEST_F(CContextTest, MissingConfigurationPrintsOneLine) {
   PrintedText printed;
   EXPECT_EQ(init({"--config", "/no/such.json"}), C_RESULT_SYSTEM_CALL);
   EXPECT_EQ(printed.standardError(), "/no/such.json: cannot be read: No such file or directory\n");
 }
 
-TEST_F(CContextTest, MistakeInTheConfigurationIsToldInOneLine) {
+TEST_F(CContextTest, InvalidConfigurationPrintsOneLine) {
   PrintedText printed;
   EXPECT_EQ(initWith(R"({"objects": 1})"), C_RESULT_PARAM);
   EXPECT_EQ(printed.standardError(), folder_.file("config.json") + ": /objects: must be an array\n");
 }
 
-TEST_F(CContextTest, AfterAFailedStartEverythingAnswersNotInitialised) {
+TEST_F(CContextTest, CallsAfterAFailedStartReturnNotInitialised) {
   PrintedText printed;
   init({"--colour"});
   int value = 0;
@@ -74,7 +74,7 @@ TEST_F(CContextTest, AfterAFailedStartEverythingAnswersNotInitialised) {
   EXPECT_EQ(c_loop_run(), C_RESULT_OK);
 }
 
-TEST_F(CContextTest, EachContextStartsAfresh) {
+TEST_F(CContextTest, EachContextStartsWithTheDefaults) {
   const std::string config =
       R"({"objects": [{"number": 1, "name": "A.", "leaves": {"X": {"type": "int"}}}]})";
   initWith(config);
@@ -96,7 +96,7 @@ TEST_F(CContextTest, WatchedDescriptorIsCalledUntilASignalStopsTheLoop) {
   EXPECT_EQ(got, (std::vector<int>{C_LOOP_READ, reading()}));
 }
 
-TEST_F(CContextTest, WatchThatCannotBeMadeIsRefused) {
+TEST_F(CContextTest, InvalidWatchIsRefused) {
   initWith("{}");
   EXPECT_EQ(c_loop_add_fd(reading(), 0, stopCallback, nullptr), C_RESULT_PARAM);
   EXPECT_EQ(c_loop_add_fd(-1, C_LOOP_READ, stopCallback, nullptr), C_RESULT_PARAM);
@@ -120,13 +120,30 @@ TEST_F(CContextTest, DeletedDescriptorIsNotCalled) {
   close(other[1]);
 }
 
-TEST_F(CContextTest, EndWithEverythingRegisteredTouchesNothingOfIt) {
+int countEvent(void* calls, const char* /*event*/, const char* /*data*/, const char* /*source*/) {
+  return ++*static_cast<int*>(calls);
+}
+
+int countChange(void* calls, int /*id*/, const char* /*instance*/, int /*operation*/, const char* /*leaf*/) {
+  return ++*static_cast<int*>(calls);
+}
+
+TEST_F(CContextTest, EndCallsNothingThatIsStillRegistered) {
+  int calls = 0;
+  std::vector<int> got;
   initWith(R"({"objects": [{"number": 1, "name": "A."}]})");
-  c_loop_add_fd(reading(), C_LOOP_READ, stopCallback, nullptr);
+  c_loop_add_fd(reading(), C_LOOP_READ, stopCallback, &got);
   makeReadable();
-  c_event_regist_observer("up", nullptr, nullptr);
-  c_cfm_regist_observer(1, nullptr, nullptr);
+  c_event_regist_observer("up", countEvent, &calls);
+  c_cfm_regist_observer(1, countChange, &calls);
   EXPECT_EQ(c_context_load(), C_RESULT_OK);
+  c_context_deinit();
+  EXPECT_EQ(calls, 0);
+  EXPECT_TRUE(got.empty());
+}
+
+TEST_F(CContextTest, ContextMayStartAgainAfterItsEnd) {
+  initWith("{}");
   c_context_deinit();
   EXPECT_EQ(c_context_init(0, 0), C_RESULT_OK);
 }
@@ -141,7 +158,7 @@ TEST_F(CContextTest, DiagnosticsAreSwitchedOnAndOff) {
   EXPECT_EQ(records(), Records{"debug f:2: shown"});
 }
 
-TEST_F(CContextTest, OptionDebugShowsDiagnosticsOfTheLibrary) {
+TEST_F(CContextTest, DebugOptionShowsDiagnosticsOfTheLibrary) {
   initWith("{}", {"--debug"});
   int flag = 1;
   EXPECT_EQ(c_cfm_str2bool("maybe", &flag), C_RESULT_PARAM);
@@ -149,7 +166,7 @@ TEST_F(CContextTest, OptionDebugShowsDiagnosticsOfTheLibrary) {
   EXPECT_EQ(records()[1].substr(records()[1].rfind(": L")), ": Leave: param error!");
 }
 
-TEST_F(CContextTest, HeartbeatNests) {
+TEST_F(CContextTest, HeartbeatLocksNest) {
   initWith("{}");
   EXPECT_EQ(c_heartbeat_unlock(), C_RESULT_PARAM);
   EXPECT_EQ(c_heartbeat_lock(), C_RESULT_OK);
@@ -166,15 +183,23 @@ TEST_F(CContextTest, RecordsAreWrittenUpToTheLevel) {
   EXPECT_EQ(records(), Records{"warning netd: no route to host"});
 }
 
-TEST_F(CContextTest, CommandsGiveTheirStatus) {
+TEST_F(CContextTest, PrintedCommandReturnsItsLength) {
   PrintedText printed;
   initWith("{}");
-  char exit_4[] = "exit %d";
-  char print[] = "echo %s; exit 5";
   EXPECT_EQ(c_system_call("echo %s", "out"), 14);
-  EXPECT_EQ(c_system_call2(exit_4, 4), 4);
-  EXPECT_EQ(c_popen_call(print, "printed"), 5);
   EXPECT_EQ(printed.standardOutput(), "out\ncmd:echo out\r\n");
+}
+
+TEST_F(CContextTest, CommandReturnsItsStatus) {
+  initWith("{}");
+  char command[] = "exit %d";
+  EXPECT_EQ(c_system_call2(command, 4), 4);
+}
+
+TEST_F(CContextTest, LoggedCommandReturnsItsStatus) {
+  initWith("{}");
+  char command[] = "echo %s; exit 5";
+  EXPECT_EQ(c_popen_call(command, "printed"), 5);
   EXPECT_EQ(records(), Records{"info command: printed"});
 }
 
@@ -209,7 +234,7 @@ TEST_F(CContextTest, VirtualClockRunsThroughADay) {
   EXPECT_EQ(records(), (Records{"info day: begins", "info day: ends"}));
 }
 
-TEST_F(CContextTest, UnknownClockIsToldInOneLine) {
+TEST_F(CContextTest, UnknownClockPrintsOneLine) {
   PrintedText printed;
   EXPECT_EQ(init({"--clock", "slow"}), C_RESULT_PARAM);
   EXPECT_EQ(printed.standardError(), std::string(program_invocation_short_name) +

@@ -16,7 +16,7 @@
 
 namespace host {
 
-// A C program on the host context, with a configuration of its own and its log in a file.
+// A C program on the host context, with its own configuration and log file.
 class CInterfaceFixture : public testing::Test {
  protected:
   ~CInterfaceFixture() override { c_context_deinit(); }

@@ -19,7 +19,7 @@ std::string library(const std::string& name) {
   return MODULE_FOLDER "/lib" + name + ".so";
 }
 
-// A master observer whose steps are in the log beside those of the modules.
+// A master observer that logs its steps, like the modules do.
 int g_run_answer = 0;
 
 int record(const char* step) {
@@ -62,7 +62,7 @@ class CModulesTest : public CInterfaceFixture {
     EXPECT_EQ(c_loop_run(), C_RESULT_OK);
   }
 
-  // The records that have come since the last call.
+  // The records since the last call.
   Records news() {
     const Records all = records();
     Records result(all.begin() + static_cast<std::ptrdiff_t>(seen_), all.end());
@@ -74,7 +74,7 @@ class CModulesTest : public CInterfaceFixture {
   std::size_t seen_ = 0;
 };
 
-TEST_F(CModulesTest, EachStepIsTakenByEveryModuleThenByTheMasterObserver) {
+TEST_F(CModulesTest, ModulesTakeEachStepBeforeTheMasterObserver) {
   initWithModules({"second_module", "first_module"});
   registMaster();
   EXPECT_EQ(c_context_load(), C_RESULT_OK);
@@ -85,7 +85,7 @@ TEST_F(CModulesTest, EachStepIsTakenByEveryModuleThenByTheMasterObserver) {
                              "info master: onRun"}));
 }
 
-TEST_F(CModulesTest, StepsAreTakenBackBeforeTheLoopReturns) {
+TEST_F(CModulesTest, ParticipantsAreUnloadedBeforeTheLoopReturns) {
   initWithModules({"first_module"});
   registMaster();
   c_context_load();
@@ -95,7 +95,7 @@ TEST_F(CModulesTest, StepsAreTakenBackBeforeTheLoopReturns) {
                              "info master: onUnload", "info first: onUnload"}));
 }
 
-TEST_F(CModulesTest, DependenceReachesEverybody) {
+TEST_F(CModulesTest, DependenceReachesEveryParticipant) {
   initWithModules({"first_module"});
   registMaster();
   c_context_notify_depends("early");
@@ -105,13 +105,13 @@ TEST_F(CModulesTest, DependenceReachesEverybody) {
   EXPECT_EQ(news(), (Records{"info first: recvDependence dns", "info master: recvDependence dns"}));
 }
 
-TEST_F(CModulesTest, ModulesOfTheCommandLineComeAfterThoseOfTheConfiguration) {
+TEST_F(CModulesTest, CommandLineModulesFollowConfiguredModules) {
   initWith(R"({"modules": [")" + library("second_module") + "\"]}", {"--module", library("first_module")});
   c_context_load();
   EXPECT_EQ(news()[0], "info second: onLoad");
 }
 
-TEST_F(CModulesTest, ModuleThatFailsIsNamedAndWhatWasDoneIsTakenBack) {
+TEST_F(CModulesTest, FailingModuleIsNamedAndEarlierStepsAreUndone) {
   initWithModules({"first_module", "failing_module"});
   registMaster();
   EXPECT_EQ(c_context_load(), C_RESULT_PARAM);
@@ -121,7 +121,7 @@ TEST_F(CModulesTest, ModuleThatFailsIsNamedAndWhatWasDoneIsTakenBack) {
                              "info master: onUnload", "info first: onUnload", "info failing: onUnload"}));
 }
 
-TEST_F(CModulesTest, MasterObserverThatFailsIsNamedAndWhatWasDoneIsTakenBack) {
+TEST_F(CModulesTest, FailingMasterObserverIsNamedAndEarlierStepsAreUndone) {
   initWithModules({"first_module"});
   registMaster(-9);
   EXPECT_EQ(c_context_load(), -9);
@@ -132,26 +132,26 @@ TEST_F(CModulesTest, MasterObserverThatFailsIsNamedAndWhatWasDoneIsTakenBack) {
                "info first: onUnconfig master 0", "info master: onUnload", "info first: onUnload"}));
 }
 
-TEST_F(CModulesTest, LibraryThatIsNotThereIsNamed) {
+TEST_F(CModulesTest, MissingLibraryIsNamed) {
   initWithModules({"first_module", "no_such_module"});
   EXPECT_EQ(c_context_load(), C_RESULT_NOT_FOUND);
   EXPECT_EQ(news(), Records{"error lifecycle: " + library("no_such_module") +
                             ": cannot open shared object file: No such file or directory"});
 }
 
-TEST_F(CModulesTest, LibraryWithoutEntryPointIsNamed) {
+TEST_F(CModulesTest, LibraryWithoutAnEntryPointIsNamed) {
   initWithModules({"no_entry"});
   EXPECT_EQ(c_context_load(), C_RESULT_NOT_FOUND);
   EXPECT_EQ(news(), Records{"error lifecycle: " + library("no_entry") + ": undefined symbol: getInstance"});
 }
 
-TEST_F(CModulesTest, LibraryThatYieldsNothingIsNamed) {
+TEST_F(CModulesTest, LibraryWithoutAModuleIsNamed) {
   initWithModules({"null_module"});
   EXPECT_EQ(c_context_load(), C_RESULT_NOT_FOUND);
   EXPECT_EQ(news(), Records{"error lifecycle: " + library("null_module") + ": getInstance() returned no module, or the module of another library"});
 }
 
-TEST_F(CModulesTest, FailureToOpenMayBeTriedAgain) {
+TEST_F(CModulesTest, LoadMayBeRepeatedAfterAFailure) {
   initWithModules({"first_module", "no_such_module"});
   c_context_load();
   EXPECT_EQ(c_context_load(), C_RESULT_NOT_FOUND);
@@ -166,7 +166,7 @@ TEST_F(CModulesTest, StoppedModulesMayBeLoadedAgain) {
   EXPECT_EQ(news().size(), 4U);
 }
 
-TEST_F(CModulesTest, EndWithoutRunningTakesNoStepBack) {
+TEST_F(CModulesTest, EndWithoutALoopUndoesNoStep) {
   initWithModules({"first_module"});
   registMaster();
   c_context_load();
@@ -175,7 +175,7 @@ TEST_F(CModulesTest, EndWithoutRunningTakesNoStepBack) {
   EXPECT_EQ(news(), Records{});
 }
 
-TEST_F(CModulesTest, ModuleThatIsReleasedAtTheEndFindsNoServicesAnyMore) {
+TEST_F(CModulesTest, ModuleReleasedAtTheEndFindsNoServices) {
   initWithModules({"careless_module"});
   c_context_load();
   PrintedText printed;

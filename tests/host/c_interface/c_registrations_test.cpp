@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The C functions behind the library's adapters, named by the report of a slow callback.
+// The report of a slow callback names the C function behind the library's adapter.
 #include <unistd.h>
 
 #include <chrono>
@@ -20,6 +20,7 @@ constexpr const char* kConfig = R"({
   "objects": [{"number": 4, "name": "A.", "leaves": {"X": {"type": "int"}, "Y": {"type": "int", "computed": true}}}]
 })";
 
+// Exceeds the limit of the heartbeat, which measures real time.
 void dawdle() {
   std::this_thread::sleep_for(std::chrono::milliseconds(3));
 }
@@ -68,13 +69,13 @@ class CRegistrationsTest : public CInterfaceFixture {
   }
 };
 
-TEST_F(CRegistrationsTest, TimerIsKnownByItsFunction) {
+TEST_F(CRegistrationsTest, TimerIsReportedByItsFunction) {
   c_context_set_timer(0, 50, slowTimer);
   c_loop_run();
   expectReported("slowTimer()", "timer after 0 ms, every 50 ms");
 }
 
-TEST_F(CRegistrationsTest, WatchIsKnownByItsFunction) {
+TEST_F(CRegistrationsTest, WatchIsReportedByItsFunction) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
   close(ends[1]);
@@ -85,20 +86,20 @@ TEST_F(CRegistrationsTest, WatchIsKnownByItsFunction) {
   close(ends[0]);
 }
 
-TEST_F(CRegistrationsTest, EventObserverIsKnownByItsFunction) {
+TEST_F(CRegistrationsTest, EventObserverIsReportedByItsFunction) {
   c_event_regist_observer("link-up", slowEvent, nullptr);
   c_event_notify("link-up", "eth0");
   expectReported("slowEvent(void*, char const*, char const*, char const*)", "event link-up");
 }
 
-TEST_F(CRegistrationsTest, ConfigurationObserverIsKnownByItsFunction) {
+TEST_F(CRegistrationsTest, ConfigurationObserverIsReportedByItsFunction) {
   c_cfm_regist_observer(4, slowChange, nullptr);
   const int value = 3;
   EXPECT_EQ(c_cfm_set_value("A.X", 0, "int", &value, sizeof value), C_RESULT_OK);
   expectReported("slowChange(void*, int, char const*, int, char const*)", "change A.");
 }
 
-TEST_F(CRegistrationsTest, ProviderIsKnownByItsFunction) {
+TEST_F(CRegistrationsTest, ProviderIsReportedByItsFunction) {
   c_cfm_data_provider_regist(4, slowProvider, nullptr);
   int value = 0;
   EXPECT_EQ(c_cfm_get_value("A.Y", "int", &value, sizeof value), C_RESULT_OK);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Scripted faults as a C program meets them.
+// Scripted faults seen from a C program.
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -23,7 +23,7 @@ int ignoreTimer() {
   return 0;
 }
 
-int ignoreEvent(void* user, const char* /*event*/, const char* data, const char* /*source*/) {
+int keepData(void* user, const char* /*event*/, const char* data, const char* /*source*/) {
   *static_cast<std::string*>(user) = data;
   return 0;
 }
@@ -61,83 +61,110 @@ TEST_F(CScriptTest, ThirdReadOfALeafFails) {
   EXPECT_EQ(records(), Records{"info script: getNode, call 3: answers null"});
 }
 
-TEST_F(CScriptTest, WriteAnswersTheCodesOfTheScript) {
+TEST_F(CScriptTest, WriteReturnsTheCodeOfTheScript) {
   initWithSteps(R"({"call": "setValue", "nth": 2, "times": 2, "answer": -1018})");
   EXPECT_EQ(repeat(4, writeX), (Results{0, C_RESULT_NO_MEMORY, C_RESULT_NO_MEMORY, 0}));
 }
 
-TEST_F(CScriptTest, AttributeTimerAndCommandsAnswerTheCodesOfTheScript) {
-  initWithSteps(R"(
-      {"call": "getAttr", "nth": 1, "answer": -1019},
-      {"call": "setAttr", "nth": 1, "answer": -1018},
-      {"call": "setTimer", "nth": 1, "answer": -1021},
-      {"call": "systemCall2", "nth": 1, "answer": 127},
-      {"call": "popenCall", "nth": 1, "answer": -5},
-      {"call": "addFd", "nth": 1, "answer": -1021},
-      {"call": "save", "nth": 1, "answer": -1020},
-      {"call": "load", "nth": 1, "answer": -1017})");
-  char format[] = "%s";
+TEST_F(CScriptTest, AttributeReturnsTheCodesOfTheScript) {
+  initWithSteps(
+      R"({"call": "getAttr", "nth": 1, "answer": -1019}, {"call": "setAttr", "nth": 1, "answer": -1018})");
   std::int32_t word = 0;
   EXPECT_EQ(c_cfm_get_attr(1, &word), C_RESULT_NOT_FOUND);
   EXPECT_EQ(c_cfm_set_attr(1, 6), C_RESULT_NO_MEMORY);
-  EXPECT_EQ(c_context_set_timer(1, 1, ignoreTimer), C_RESULT_SYSTEM_CALL);
-  EXPECT_EQ(c_system_call2(format, "true"), 127);
-  EXPECT_EQ(c_popen_call(format, "true"), -5);
-  EXPECT_EQ(c_loop_add_fd(0, C_LOOP_READ, nullptr, nullptr), C_RESULT_SYSTEM_CALL);
-  EXPECT_EQ(c_cfm_save_config(), C_RESULT_TIMEOUT);
-  EXPECT_EQ(c_context_load(), C_RESULT_REDUNDANT);
-  EXPECT_EQ(records().size(), 8U);
   EXPECT_EQ(c_cfm_get_attr(1, &word), C_RESULT_OK);
   EXPECT_EQ(word, 5);
 }
 
-TEST_F(CScriptTest, ServicesAreMissing) {
-  initWithSteps(R"(
-      {"call": "getCfm", "nth": 1, "answer": null},
-      {"call": "getLoop", "nth": 1, "answer": null},
-      {"call": "getHeartbeat", "nth": 1, "answer": null},
-      {"call": "getLog", "nth": 1, "answer": null},
-      {"call": "getEvent", "nth": 1, "answer": null})");
-  EXPECT_EQ(readX(), C_RESULT_NOT_INIT);
+TEST_F(CScriptTest, TimerReturnsTheCodeOfTheScript) {
+  initWithSteps(R"({"call": "setTimer", "nth": 1, "answer": -1021})");
+  EXPECT_EQ(c_context_set_timer(1, 1, ignoreTimer), C_RESULT_SYSTEM_CALL);
+}
+
+TEST_F(CScriptTest, CommandsReturnTheCodesOfTheScript) {
+  initWithSteps(
+      R"({"call": "systemCall2", "nth": 1, "answer": 127}, {"call": "popenCall", "nth": 1, "answer": -5})");
+  char format[] = "%s";
+  EXPECT_EQ(c_system_call2(format, "true"), 127);
+  EXPECT_EQ(c_popen_call(format, "true"), -5);
+}
+
+TEST_F(CScriptTest, WatchReturnsTheCodeOfTheScript) {
+  initWithSteps(R"({"call": "addFd", "nth": 1, "answer": -1021})");
+  EXPECT_EQ(c_loop_add_fd(0, C_LOOP_READ, nullptr, nullptr), C_RESULT_SYSTEM_CALL);
+}
+
+TEST_F(CScriptTest, SaveReturnsTheCodeOfTheScript) {
+  initWithSteps(R"({"call": "save", "nth": 1, "answer": -1020})");
+  EXPECT_EQ(c_cfm_save_config(), C_RESULT_TIMEOUT);
+  EXPECT_EQ(c_cfm_save_config(), C_RESULT_OK);
+}
+
+TEST_F(CScriptTest, LoadReturnsTheCodeOfTheScript) {
+  initWithSteps(R"({"call": "load", "nth": 1, "answer": -1017})");
+  EXPECT_EQ(c_context_load(), C_RESULT_REDUNDANT);
+  EXPECT_EQ(c_context_load(), C_RESULT_OK);
+}
+
+TEST_F(CScriptTest, ReadWithoutAConfigurationServiceIsRefused) {
+  initWithSteps(R"({"call": "getCfm", "nth": 1, "answer": null})");
+  EXPECT_EQ(repeat(2, readX), (Results{C_RESULT_NOT_INIT, C_RESULT_OK}));
+}
+
+TEST_F(CScriptTest, LoopWithoutALoopServiceReturnsAtOnce) {
+  initWithSteps(R"({"call": "getLoop", "nth": 1, "answer": null})");
   EXPECT_EQ(c_loop_run(), C_RESULT_OK);
-  EXPECT_EQ(c_heartbeat_unlock(), C_RESULT_OK);
+  EXPECT_EQ(records(), Records{"info script: getLoop, call 1: answers null"});
+}
+
+TEST_F(CScriptTest, UnlockWithoutAHeartbeatServiceSucceeds) {
+  initWithSteps(R"({"call": "getHeartbeat", "nth": 1, "answer": null})");
+  EXPECT_EQ(repeat(2, c_heartbeat_unlock), (Results{C_RESULT_OK, C_RESULT_PARAM}));
+}
+
+TEST_F(CScriptTest, RecordWithoutALogServiceIsDropped) {
+  initWithSteps(R"({"call": "getLog", "nth": 1, "answer": null})");
   c_log_record("m", C_LOG_INFO, "dropped");
+  c_log_record("m", C_LOG_INFO, "written");
+  EXPECT_EQ(records(), (Records{"info script: getLog, call 1: answers null", "info m: written"}));
+}
+
+TEST_F(CScriptTest, EventWithoutAnEventServiceIsDropped) {
+  initWithSteps(R"({"call": "getEvent", "nth": 2, "answer": null})");
+  std::string data;
+  c_event_regist_observer("up", keepData, &data);
   c_event_notify("up", "dropped");
-  EXPECT_EQ(
-      records(),
-      (Records{"info script: getCfm, call 1: answers null", "info script: getLoop, call 1: answers null",
-               "info script: getHeartbeat, call 1: answers null", "info script: getLog, call 1: answers null",
-               "info script: getEvent, call 1: answers null"}));
-  EXPECT_EQ(readX(), C_RESULT_OK);
-  EXPECT_EQ(c_heartbeat_unlock(), C_RESULT_PARAM);
+  EXPECT_EQ(data, "");
+  c_event_notify("up", "received");
+  EXPECT_EQ(data, "received");
 }
 
 TEST_F(CScriptTest, ContextIsUnavailableForANumberOfCalls) {
   initWithSteps(R"({"call": "getCfm", "nth": 2, "unavailable": {"calls": 2}})");
-  // Each refused read also wants to send a diagnostic, which is the second call.
+  // Each refused read also sends a diagnostic, which is the second call.
   EXPECT_EQ(repeat(3, readX), (Results{0, C_RESULT_NOT_INIT, 0}));
   EXPECT_EQ(records(), (Records{"info script: the context is unavailable for 2 calls",
                                 "info script: getCfm, call 2: answers null",
                                 "info script: debugOut, call 1: answers -1022"}));
 }
 
-TEST_F(CScriptTest, ObserverThatIsTakenBackWithAFaultIsNotCalledAnyMore) {
+TEST_F(CScriptTest, ObserverIsUnregisteredInSpiteOfTheAnswer) {
   initWithSteps(R"({"call": "unregistEventObserver", "nth": 1, "answer": -1018})");
   std::string data;
-  c_event_regist_observer("up", ignoreEvent, &data);
-  c_event_unregist_observer("up", ignoreEvent);
+  c_event_regist_observer("up", keepData, &data);
+  c_event_unregist_observer("up", keepData);
   c_event_notify("up", "eth0");
   EXPECT_EQ(data, "");
 }
 
-TEST_F(CScriptTest, LoopRunsThroughTheScriptOnAVirtualClock) {
+TEST_F(CScriptTest, VirtualClockRunsThroughTheScript) {
   std::string data;
   EXPECT_EQ(initWithSteps(R"(
       {"atMs": 5000, "set": {"A.X": 8}},
       {"atMs": 6000, "event": "up", "data": "eth0"},
       {"atMs": 86400000, "stop": true})"),
             C_RESULT_OK);
-  c_event_regist_observer("up", ignoreEvent, &data);
+  c_event_regist_observer("up", keepData, &data);
   EXPECT_EQ(c_context_load(), C_RESULT_OK);
   EXPECT_EQ(c_loop_run(), C_RESULT_OK);
   EXPECT_EQ(data, "eth0");
@@ -151,14 +178,14 @@ TEST_F(CScriptTest, ScriptRunsOnTheRealClock) {
   EXPECT_EQ(records(), Records{"info script: stops the loop"});
 }
 
-TEST_F(CScriptTest, MistakeInTheScriptIsToldInOneLine) {
+TEST_F(CScriptTest, InvalidScriptPrintsOneLine) {
   PrintedText printed;
   EXPECT_EQ(initWithSteps(R"({"call": "getNode", "nth": 1, "answer": 5})"), C_RESULT_PARAM);
   EXPECT_EQ(printed.standardError(),
             folder_.file("script.json") + ": /steps/0/answer: getNode can only answer null\n");
 }
 
-TEST_F(CScriptTest, MissingScriptIsToldInOneLine) {
+TEST_F(CScriptTest, MissingScriptPrintsOneLine) {
   PrintedText printed;
   EXPECT_EQ(init({"--script", "/no/such.json"}), C_RESULT_SYSTEM_CALL);
   EXPECT_EQ(printed.standardError(), "/no/such.json: cannot be read: No such file or directory\n");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a C program on the host context saves, and finds again.
+// State that a C program on the host context saves and finds again after a restart.
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -63,7 +63,7 @@ TEST_F(CStateTest, SavedValueIsReadAfterARestart) {
   EXPECT_EQ(records(), std::vector<std::string>());
 }
 
-TEST_F(CStateTest, ValueThatIsNotSavedIsLost) {
+TEST_F(CStateTest, UnsavedValueIsLost) {
   setWord("Device.Int", "int", 42);
   EXPECT_EQ(c_cfm_save_config(), C_RESULT_OK);
   setWord("Device.Int", "int", 43);
@@ -80,7 +80,7 @@ TEST_F(CStateTest, AttributeIsReadAfterARestart) {
   EXPECT_EQ(attribute, 8);
 }
 
-TEST_F(CStateTest, InstancesAreWalkedAfterARestartAsTheyWereSaved) {
+TEST_F(CStateTest, SavedInstancesAreListedAfterARestart) {
   setWord("Link.eth0.Mtu", "uint", 9000, C_CFM_CREATE);
   setWord("Link.lo.Mtu", "uint", 0, C_CFM_DELETE);
   EXPECT_EQ(c_cfm_save_config(), C_RESULT_OK);

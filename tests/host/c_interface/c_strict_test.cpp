@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What strict mode says of a C program that uses the interface wrongly.
+// Misuse of the interface by a C program, which strict mode reports.
 #include <dlfcn.h>
 #include <unistd.h>
 
@@ -57,9 +57,15 @@ void provide(int /*id*/, const char* /*instance*/, const char* /*leaf*/, void* /
 
 class CStrictTest : public CInterfaceFixture {
  protected:
-  CStrictTest() { initWith(kConfig, {"--strict"}); }
+  CStrictTest() { initWith(kConfig, {"--strict", "--clock", "virtual"}); }
 
-  // The only record of strict mode, without the place of the call, which must be in this file.
+  // On a virtual clock, the timer stops the loop only after everything that is ready has been handled.
+  static void runOnce() {
+    c_context_set_timer(0, 0, stopLoop);
+    c_loop_run();
+  }
+
+  // The only report, without the place of the call, which must be in this file.
   std::string onlyReport() const {
     const Records reports = strictRecords("warning strict: ");
     if (reports.size() != 1) return std::to_string(reports.size()) + " reports\n" + folder_.read("log");
@@ -100,13 +106,13 @@ TEST_F(CStrictTest, ProperUseIsNotReported) {
   EXPECT_EQ(strictRecords("warning strict: "), Records{});
 }
 
-TEST_F(CStrictTest, NearLeafIsSuggested) {
+TEST_F(CStrictTest, SimilarLeafIsSuggested) {
   readWord("Device.Time.interval", "uint");
   EXPECT_EQ(onlyReport(),
             "there is no leaf \"Device.Time.interval\"; did you mean \"Device.Time.Interval\"?");
 }
 
-TEST_F(CStrictTest, NearEventIsSuggested) {
+TEST_F(CStrictTest, SimilarEventIsSuggested) {
   c_event_regist_observer("link-up", onEvent, nullptr);
   c_event_notify("linkup", "");
   EXPECT_EQ(onlyReport(), "no observer is registered for the event \"linkup\"; did you mean \"link-up\"?");
@@ -153,24 +159,24 @@ TEST_F(CStrictTest, CommandThatFillsItsBufferIsReported) {
   EXPECT_EQ(onlyReport(), "a command fills its buffer of 1022 bytes and was probably truncated");
 }
 
-TEST_F(CStrictTest, CommandWithoutAnAnswerThatFillsItsBufferIsReported) {
+TEST_F(CStrictTest, PrintedCommandThatFillsItsBufferIsReported) {
   PrintedText printed;
   c_system_call("true %s", std::string(2000, 'x').c_str());
   EXPECT_EQ(onlyReport(), "a command fills its buffer of 1022 bytes and was probably truncated");
 }
 
-TEST_F(CStrictTest, RecordThatHasPassedNoBufferIsNotReported) {
+TEST_F(CStrictTest, RecordFromCxxIsNotReported) {
   getContext()->getLog()->record("m", C_LOG_INFO, std::string(79, 'x').c_str());
   EXPECT_EQ(strictRecords("warning strict: "), Records{});
 }
 
-TEST_F(CStrictTest, TimerThatArmsItselfAnewIsNotReported) {
+TEST_F(CStrictTest, TimerThatRearmsItselfIsNotReported) {
   c_context_set_timer(0, 0, armAgain);
   c_loop_run();
   EXPECT_EQ(strictRecords("warning strict: "), Records{});
 }
 
-TEST_F(CStrictTest, WatchForOneCallThatIsRenewedInItIsNotReported) {
+TEST_F(CStrictTest, OneShotWatchThatRenewsItselfIsNotReported) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
   close(ends[1]);
@@ -181,7 +187,7 @@ TEST_F(CStrictTest, WatchForOneCallThatIsRenewedInItIsNotReported) {
   close(ends[0]);
 }
 
-TEST_F(CStrictTest, ProviderThatTakesItsOwnPlaceIsNotReported) {
+TEST_F(CStrictTest, ProviderThatReplacesItselfIsNotReported) {
   c_cfm_data_provider_regist(4, provide, nullptr);
   c_cfm_data_provider_regist(4, provide, nullptr);
   EXPECT_EQ(strictRecords("warning strict: "), Records{});
@@ -209,7 +215,7 @@ TEST_F(CStrictTest, UnlockWithoutALockIsReported) {
   EXPECT_EQ(onlyReport(), "the heartbeat is unlocked, but not locked");
 }
 
-TEST_F(CStrictTest, CallbackThatLeavesALockIsReported) {
+TEST_F(CStrictTest, CallbackThatKeepsALockIsReported) {
   c_event_regist_observer("link-up", lockOnce, nullptr);
   c_event_notify("link-up", "");
   const Records reports = strictRecords("warning strict: ");
@@ -224,12 +230,11 @@ TEST_F(CStrictTest, CallOnAnotherThreadIsReportedByTheLoop) {
   bool done = false;
   std::thread([&done] {
     c_event_notify("link-up", "");
-    done = true;  // so that the call above is no tail call, which leaves no place in this function
+    done = true;  // otherwise the call above could be a tail call, which leaves no place in this function
   }).join();
   EXPECT_TRUE(done);
   EXPECT_EQ(strictRecords("warning strict: "), Records{});
-  c_context_set_timer(50, 0, stopLoop);
-  c_loop_run();
+  runOnce();
   const Records reports = strictRecords("warning strict: ");
   ASSERT_EQ(reports.size(), 2U);
   EXPECT_EQ(reports[0].rfind("getEvent is called on another thread than the loop's, called by ", 0), 0U);
@@ -237,16 +242,46 @@ TEST_F(CStrictTest, CallOnAnotherThreadIsReportedByTheLoop) {
   EXPECT_NE(reports[1].find("c_strict_test.cpp:"), std::string::npos) << reports[1];
 }
 
-TEST_F(CStrictTest, WhatIsStillRegisteredIsListedAtTheEnd) {
+TEST_F(CStrictTest, RemainingRegistrationsAreListedAtTheEnd) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
   c_event_regist_observer("link-up", onEvent, nullptr);
-  c_context_set_timer(0, 0, stopLoop);
-  c_loop_run();
+  c_cfm_regist_observer(4, onChange, nullptr);
+  c_loop_add_fd(ends[0], C_LOOP_READ, watchAgain, nullptr);
+  runOnce();
   const Records remaining = strictRecords("notice strict: still registered at the end: ");
-  ASSERT_EQ(remaining.size(), 1U);
-  EXPECT_NE(remaining[0].find(" of event link-up"), std::string::npos) << remaining[0];
+  Records listed;
+  for (const std::string& record : remaining) listed.push_back(record.substr(record.rfind(" of ") + 1));
+  EXPECT_EQ(listed,
+            (Records{"of event link-up", "of change Device.Time.", "of fd " + std::to_string(ends[0])}));
+  c_loop_del_fd(ends[0]);
+  close(ends[0]);
+  close(ends[1]);
 }
 
-TEST_F(CStrictTest, PasswordIsNeverInAReport) {
+TEST_F(CStrictTest, RemainingRegistrationIsListedWithItsFunction) {
+  c_event_regist_observer("link-up", onEvent, nullptr);
+  runOnce();
+  const Records remaining = strictRecords("notice strict: still registered at the end: ");
+  ASSERT_EQ(remaining.size(), 1U);
+  EXPECT_EQ(remaining[0].rfind("(anonymous namespace)::onEvent(void*, ", 0), 0U) << remaining[0];
+}
+
+TEST_F(CStrictTest, UnregisteredObserverIsNotListedAtTheEnd) {
+  c_event_regist_observer("link-up", onEvent, nullptr);
+  c_event_unregist_observer("link-up", onEvent);
+  runOnce();
+  EXPECT_EQ(strictRecords("notice strict: "), Records{});
+}
+
+// The interface has no function to unregister a provider.
+TEST_F(CStrictTest, ProviderIsNotListedAtTheEnd) {
+  c_cfm_data_provider_regist(4, provide, nullptr);
+  runOnce();
+  EXPECT_EQ(strictRecords("notice strict: "), Records{});
+}
+
+TEST_F(CStrictTest, PasswordIsInNoReport) {
   const std::string password(300, 'q');
   c_cfm_set_value("Device.Time.Secret", 0, "pwd", password.c_str(), static_cast<unsigned>(password.size()));
   c_cfm_set_value("Device.Time.secret", 0, "pwd", password.c_str(), static_cast<unsigned>(password.size()));
@@ -270,7 +305,7 @@ TEST_F(CStrictModuleTest, RegistrationThatOutlivesItsModuleIsReported) {
   EXPECT_EQ(log.find("warning strict: remembered_observer"), std::string::npos) << log;
 }
 
-TEST_F(CStrictModuleTest, RegistrationOfAModuleThatUndoesNothingIsReported) {
+TEST_F(CStrictModuleTest, RegistrationOfAModuleWithoutAnUnloadStepIsReported) {
   ASSERT_EQ(initWith("{}", {"--strict", "--module", MODULE_FOLDER "/libcareless_module.so"}), C_RESULT_OK);
   ASSERT_EQ(c_context_load(), C_RESULT_OK);
   c_context_set_timer(0, 0, stopLoop);
@@ -283,7 +318,7 @@ TEST_F(CStrictModuleTest, RegistrationOfAModuleThatUndoesNothingIsReported) {
 
 using CStrictDeathTest = CInterfaceFixture;
 
-TEST_F(CStrictDeathTest, MisuseIsFatalIfAskedFor) {
+TEST_F(CStrictDeathTest, MisuseIsFatalOnRequest) {
   initWith(kConfig, {"--strict=fatal"});
   EXPECT_DEATH(c_heartbeat_unlock(), "^strict: the heartbeat is unlocked, but not locked, called by .*\n$");
 }

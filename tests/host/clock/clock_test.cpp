@@ -15,7 +15,7 @@ namespace {
 using std::chrono::hours;
 using std::chrono::milliseconds;
 
-TEST(ClockTest, RealClockGoesByTheMachine) {
+TEST(ClockTest, RealClockIsTheSystemClock) {
   const Clock clock;
   const auto steady = std::chrono::steady_clock::now();
   const auto wall = std::chrono::system_clock::now();
@@ -24,20 +24,20 @@ TEST(ClockTest, RealClockGoesByTheMachine) {
   EXPECT_GE(clock.wallTime(), wall);
 }
 
-TEST(ClockTest, TimeAheadHasNotComeToARealClock) {
+TEST(ClockTest, RealClockDoesNotReachAFutureTime) {
   Clock clock;
   EXPECT_FALSE(clock.reach(clock.now() + hours(1)));
   EXPECT_TRUE(clock.reach(clock.now()));
 }
 
-TEST(ClockTest, RealClockWaitsForWhatIsLeft) {
+TEST(ClockTest, RealClockWaitsForTheRemainingTime) {
   const Clock clock;
   EXPECT_GT(clock.waitFor(clock.now() + hours(1)), hours(0));
   EXPECT_LE(clock.waitFor(clock.now() + hours(1)), hours(1));
   EXPECT_EQ(clock.waitFor(clock.now() - hours(1)), hours(0));
 }
 
-TEST(ClockTest, VirtualClockStandsUntilItIsAskedForATime) {
+TEST(ClockTest, VirtualClockMovesOnlyWhenATimeIsReached) {
   Clock clock(Clock::Kind::kVirtual);
   const auto start = clock.now();
   EXPECT_TRUE(clock.isVirtual());
@@ -55,14 +55,14 @@ TEST(ClockTest, VirtualClockDoesNotGoBack) {
   EXPECT_EQ(clock.now(), start + hours(2));
 }
 
-TEST(ClockTest, VirtualWallTimeGoesWithVirtualTime) {
+TEST(ClockTest, VirtualWallTimeFollowsVirtualTime) {
   Clock clock(Clock::Kind::kVirtual);
   const auto start = clock.wallTime();
   clock.reach(clock.now() + milliseconds(86400001));
   EXPECT_EQ(clock.wallTime() - start, milliseconds(86400001));
 }
 
-TEST(ClockTest, TimeIsNeverSoLateThatItOverflows) {
+TEST(ClockTest, DistantTimeDoesNotOverflow) {
   Clock clock(Clock::Kind::kVirtual);
   const auto start = clock.now();
   EXPECT_EQ(clock.later(start, hours(1)), start + hours(1));
@@ -73,7 +73,7 @@ TEST(ClockTest, TimeIsNeverSoLateThatItOverflows) {
   EXPECT_GT(clock.wallTime(), std::chrono::system_clock::now());
 }
 
-TEST(ClockTest, RecordsBearTheTimeOfTheClock) {
+TEST(ClockTest, LogRecordsHaveTheTimeOfTheClock) {
   const TemporaryFolder folder;
   Clock clock(Clock::Kind::kVirtual);
   LogService log(C_LOG_INFO, folder.file("log"), clock);

@@ -16,11 +16,11 @@ using Leaves = std::map<std::string, std::set<std::string>>;
 constexpr bool kWasSaved = true;
 constexpr bool kWasNotSaved = false;
 
-TEST(ChangesTest, AtFirstThereAreNone) {
+TEST(ChangesTest, NewChangesAreEmpty) {
   EXPECT_TRUE(Changes().empty());
 }
 
-TEST(ChangesTest, EachKindOfChangeCounts) {
+TEST(ChangesTest, AnyChangeIsNotEmpty) {
   Changes attribute, leaf, added, deleted;
   attribute.attributeChanged("A.");
   leaf.leafChanged("A.", "X");
@@ -33,7 +33,7 @@ TEST(ChangesTest, EachKindOfChangeCounts) {
   }
 }
 
-TEST(ChangesTest, NameIsKeptOnce) {
+TEST(ChangesTest, RepeatedChangeIsRecordedOnce) {
   Changes changes;
   for (int i = 0; i < 2; i++) {
     changes.attributeChanged("A.");
@@ -43,7 +43,7 @@ TEST(ChangesTest, NameIsKeptOnce) {
   EXPECT_EQ(changes.leaves(), (Leaves{{"A.", {"X"}}}));
 }
 
-TEST(ChangesTest, LeafOfAnAddedInstanceIsPartOfIt) {
+TEST(ChangesTest, LeafOfAnAddedInstanceIsNotRecorded) {
   Changes changes;
   changes.instanceAdded("A.b.");
   changes.leafChanged("A.b.", "X");
@@ -51,7 +51,7 @@ TEST(ChangesTest, LeafOfAnAddedInstanceIsPartOfIt) {
   EXPECT_TRUE(changes.leaves().empty());
 }
 
-TEST(ChangesTest, LeafOfADeletedInstanceIsForgotten) {
+TEST(ChangesTest, LeafOfADeletedInstanceIsDropped) {
   Changes changes;
   changes.leafChanged("A.b.", "X");
   changes.instanceDeleted("A.b.");
@@ -59,7 +59,7 @@ TEST(ChangesTest, LeafOfADeletedInstanceIsForgotten) {
   EXPECT_TRUE(changes.leaves().empty());
 }
 
-TEST(ChangesTest, InstanceThatHasComeAndGoneLeavesNothing) {
+TEST(ChangesTest, AddedAndDeletedInstanceIsNotRecorded) {
   Changes changes;
   changes.instanceAdded("A.b.");
   changes.leafChanged("A.b.", "X");
@@ -67,7 +67,7 @@ TEST(ChangesTest, InstanceThatHasComeAndGoneLeavesNothing) {
   EXPECT_TRUE(changes.empty());
 }
 
-TEST(ChangesTest, InstanceThatWasSavedIsRememberedHoweverOftenItComesAndGoes) {
+TEST(ChangesTest, SavedInstanceStaysRecordedWhenReadded) {
   Changes changes;
   changes.instanceDeleted("A.b.");
   changes.instanceAdded("A.b.");

@@ -12,13 +12,13 @@
 #include "host/include/cpp2c_host.h"
 #include "host/start/configuration_file.h"
 #include "include_c"
-#include "tests/host/support/quiet_registry.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
 
 constexpr int kTime = 1;  // one instance
-constexpr int kPort = 2;  // two instances, for good
+constexpr int kPort = 2;  // two instances, not dynamic
 constexpr int kLink = 3;  // dynamic
 constexpr int kUnknown = 99;
 
@@ -34,7 +34,7 @@ const char kTree[] = R"({"objects": [
   {"number": 4, "name": "Link.All.", "leaves": {"Count": {"type": "uint"}}}
 ]})";
 
-// Keeps what it is told, then does what it is for.
+// Records each call, then calls `then` once.
 class Observer final : public ICfmObserver {
  public:
   int update(int id, std::string instance, int operation, std::string leaf) override {
@@ -87,8 +87,8 @@ class ConfigServiceTest : public testing::Test {
     return names;
   }
 
-  QuietRegistry registry_;
-  ConfigService config_{Tree(parseConfiguration(kTree, "test").objects), registry_};
+  Services services_;
+  ConfigService config_{Tree(parseConfiguration(kTree, "test").objects), services_.registry};
   Observer observer_;
 };
 
@@ -101,7 +101,7 @@ TEST_F(ConfigServiceTest, LeafOfAnInstanceIsFound) {
   EXPECT_EQ(valueOf("Port.b.Mtu"), "1500");
 }
 
-TEST_F(ConfigServiceTest, NodeTellsTypeValueAndLength) {
+TEST_F(ConfigServiceTest, NodeHasTypeValueAndLength) {
   ICfmNode* node = config_.getNode("Time.Server");
   ASSERT_NE(node, nullptr);
   EXPECT_EQ(node->getType(), "str");
@@ -118,24 +118,24 @@ TEST_F(ConfigServiceTest, UnknownNameHasNoNode) {
   }
 }
 
-TEST_F(ConfigServiceTest, NodeIsTakenBackOnce) {
+TEST_F(ConfigServiceTest, NodeIsReleasedOnce) {
   ICfmNode* node = config_.getNode("Time.Server");
   EXPECT_EQ(config_.releaseNode(node), C_RESULT_OK);
   EXPECT_EQ(config_.releaseNode(node), C_RESULT_PARAM);
 }
 
-TEST_F(ConfigServiceTest, ForeignNodeIsNotTaken) {
+TEST_F(ConfigServiceTest, ForeignNodeIsRefused) {
   ConfigNode foreign("str", [] { return std::string(); });
   EXPECT_EQ(config_.releaseNode(&foreign), C_RESULT_PARAM);
   EXPECT_EQ(config_.releaseNode(nullptr), C_RESULT_PARAM);
 }
 
-TEST_F(ConfigServiceTest, NodeThatIsNeverGivenBackIsFreedWithTheService) {
+TEST_F(ConfigServiceTest, UnreleasedNodeIsFreedWithTheService) {
   EXPECT_NE(config_.getNode("Time.Server"), nullptr);
   EXPECT_NE(config_.instanceIterator(kPort), nullptr);
 }
 
-TEST_F(ConfigServiceTest, NodeKeepsTheValueThatItHasShown) {
+TEST_F(ConfigServiceTest, NodeKeepsTheValueOnceRead) {
   ICfmNode* node = config_.getNode("Time.Server");
   EXPECT_EQ(node->getLength(), 4U);
   config_.setValue("Time.Server", "other.example", 0);
@@ -143,7 +143,7 @@ TEST_F(ConfigServiceTest, NodeKeepsTheValueThatItHasShown) {
   config_.releaseNode(node);
 }
 
-TEST_F(ConfigServiceTest, InstancesAreWalkedInOrderOfTheirNames) {
+TEST_F(ConfigServiceTest, InstancesAreSortedByName) {
   EXPECT_EQ(instancesOf(kPort), (std::vector<std::string>{"Port.a.", "Port.b."}));
 }
 
@@ -151,7 +151,7 @@ TEST_F(ConfigServiceTest, PlainObjectIsItsOwnInstance) {
   EXPECT_EQ(instancesOf(kTime), std::vector<std::string>{"Time."});
 }
 
-TEST_F(ConfigServiceTest, WithoutInstancesThereIsNoIterator) {
+TEST_F(ConfigServiceTest, ObjectWithoutInstancesHasNoIterator) {
   EXPECT_EQ(config_.instanceIterator(kLink), nullptr);
   EXPECT_EQ(config_.instanceIterator(kUnknown), nullptr);
 }
@@ -164,7 +164,7 @@ TEST_F(ConfigServiceTest, IteratorAtItsEndStaysThere) {
   config_.releaseIterator(iterator);
 }
 
-TEST_F(ConfigServiceTest, IteratorWalksTheInstancesThatThereWere) {
+TEST_F(ConfigServiceTest, IteratorListsTheInstancesOfItsCreation) {
   config_.addInstance("Link.a.");
   ICfmIterator* iterator = config_.instanceIterator(kLink);
   config_.deleteInstance("Link.a.");
@@ -174,7 +174,7 @@ TEST_F(ConfigServiceTest, IteratorWalksTheInstancesThatThereWere) {
   config_.releaseIterator(iterator);
 }
 
-TEST_F(ConfigServiceTest, IteratorIsTakenBackOnce) {
+TEST_F(ConfigServiceTest, IteratorIsReleasedOnce) {
   ICfmIterator* iterator = config_.instanceIterator(kTime);
   EXPECT_EQ(config_.releaseIterator(iterator), C_RESULT_OK);
   EXPECT_EQ(config_.releaseIterator(iterator), C_RESULT_PARAM);
@@ -187,17 +187,17 @@ TEST_F(ConfigServiceTest, WrittenValueIsRead) {
   EXPECT_EQ(valueOf("Port.a.Mtu"), "9000");
 }
 
-TEST_F(ConfigServiceTest, ValueKeepsItsForm) {
+TEST_F(ConfigServiceTest, ValueIsStoredAsWritten) {
   EXPECT_EQ(config_.setValue("Port.b.Mtu", "-1", 0), C_RESULT_OK);
   EXPECT_EQ(valueOf("Port.b.Mtu"), "-1");
 }
 
-TEST_F(ConfigServiceTest, ValueThatDoesNotFitIsRefused) {
+TEST_F(ConfigServiceTest, InvalidValueIsRefused) {
   EXPECT_EQ(config_.setValue("Time.Offset", "much", 0), C_RESULT_PARAM);
   EXPECT_EQ(valueOf("Time.Offset"), "0");
 }
 
-TEST_F(ConfigServiceTest, UnknownNameIsNotWritten) {
+TEST_F(ConfigServiceTest, WriteToAnUnknownNameIsRefused) {
   EXPECT_EQ(config_.setValue("Time.Colour", "red", 0), C_RESULT_NOT_FOUND);
   EXPECT_EQ(config_.setValue("Port.c.Mtu", "1", C_CFM_CREATE), C_RESULT_NOT_FOUND);
 }
@@ -208,13 +208,13 @@ TEST_F(ConfigServiceTest, UnknownOptionIsRefused) {
   EXPECT_EQ(valueOf("Time.Server"), "pool");
 }
 
-TEST_F(ConfigServiceTest, ObserverIsToldOfAChange) {
+TEST_F(ConfigServiceTest, ObserverIsCalledForAChange) {
   config_.registObserver(kPort, &observer_);
   config_.setValue("Port.a.Mtu", "1", 0);
   EXPECT_EQ(observer_.told, Told{"2 Port.a. 2 Mtu"});
 }
 
-TEST_F(ConfigServiceTest, ObserverFindsTheNewValue) {
+TEST_F(ConfigServiceTest, ObserverReadsTheNewValue) {
   std::string seen;
   observer_.then = [&] { seen = valueOf("Port.a.Mtu"); };
   config_.registObserver(kPort, &observer_);
@@ -222,25 +222,25 @@ TEST_F(ConfigServiceTest, ObserverFindsTheNewValue) {
   EXPECT_EQ(seen, "1");
 }
 
-TEST_F(ConfigServiceTest, ObserverIsNotToldOfTheSameValue) {
+TEST_F(ConfigServiceTest, ObserverIsNotCalledForAnEqualValue) {
   config_.registObserver(kPort, &observer_);
   EXPECT_EQ(config_.setValue("Port.a.Mtu", "9000", 0), C_RESULT_OK);
   EXPECT_EQ(observer_.told, Told{});
 }
 
-TEST_F(ConfigServiceTest, ObserverIsNotToldOfARefusedValue) {
+TEST_F(ConfigServiceTest, ObserverIsNotCalledForARefusedValue) {
   config_.registObserver(kPort, &observer_);
   config_.setValue("Port.a.Mtu", "much", 0);
   EXPECT_EQ(observer_.told, Told{});
 }
 
-TEST_F(ConfigServiceTest, ObserverIsNotToldOfOtherObjects) {
+TEST_F(ConfigServiceTest, ObserverIsNotCalledForOtherObjects) {
   config_.registObserver(kPort, &observer_);
   config_.setValue("Time.Server", "other", 0);
   EXPECT_EQ(observer_.told, Told{});
 }
 
-TEST_F(ConfigServiceTest, ObserverIsNotToldOnceUnregistered) {
+TEST_F(ConfigServiceTest, UnregisteredObserverIsNotCalled) {
   config_.registObserver(kPort, &observer_);
   EXPECT_EQ(config_.unregistObserver(kPort, &observer_), C_RESULT_OK);
   config_.setValue("Port.a.Mtu", "1", 0);
@@ -277,17 +277,17 @@ TEST_F(ConfigServiceTest, ObserverMayUnregisterItselfAndOthers) {
   EXPECT_EQ(other.told, Told{});
 }
 
-TEST_F(ConfigServiceTest, LeafOfAnInstanceThatMayBeReadsAsItsDefault) {
+TEST_F(ConfigServiceTest, LeafOfAMissingInstanceHasItsDefault) {
   EXPECT_EQ(valueOf("Link.a.Up"), "false");
   EXPECT_EQ(config_.instanceIterator(kLink), nullptr);
 }
 
-TEST_F(ConfigServiceTest, InstanceIsNotCreatedUnasked) {
+TEST_F(ConfigServiceTest, PlainWriteDoesNotCreateAnInstance) {
   EXPECT_EQ(config_.setValue("Link.a.Up", "true", 0), C_RESULT_NOT_FOUND);
   EXPECT_EQ(config_.instanceIterator(kLink), nullptr);
 }
 
-TEST_F(ConfigServiceTest, InstanceIsCreatedByAWrite) {
+TEST_F(ConfigServiceTest, CreatingWriteAddsTheInstance) {
   config_.registObserver(kLink, &observer_);
   EXPECT_EQ(config_.setValue("Link.a.Up", "true", C_CFM_CREATE), C_RESULT_OK);
   EXPECT_EQ(observer_.told, (Told{"3 Link.a. 1 ", "3 Link.a. 2 Up"}));
@@ -295,37 +295,37 @@ TEST_F(ConfigServiceTest, InstanceIsCreatedByAWrite) {
   EXPECT_EQ(valueOf("Link.a.Up"), "true");
 }
 
-TEST_F(ConfigServiceTest, InstanceCreatedWithTheDefaultIsOnlyAdded) {
+TEST_F(ConfigServiceTest, CreatingWriteOfTheDefaultOnlyAddsTheInstance) {
   config_.registObserver(kLink, &observer_);
   EXPECT_EQ(config_.setValue("Link.a.Up", "false", C_CFM_CREATE), C_RESULT_OK);
   EXPECT_EQ(observer_.told, Told{"3 Link.a. 1 "});
 }
 
-TEST_F(ConfigServiceTest, CreatingWriteToAnInstanceThatExistsIsAWrite) {
+TEST_F(ConfigServiceTest, CreatingWriteToAnExistingInstanceIsAPlainWrite) {
   config_.addInstance("Link.a.");
   config_.registObserver(kLink, &observer_);
   EXPECT_EQ(config_.setValue("Link.a.Up", "true", C_CFM_CREATE), C_RESULT_OK);
   EXPECT_EQ(observer_.told, Told{"3 Link.a. 2 Up"});
 }
 
-TEST_F(ConfigServiceTest, ValueThatDoesNotFitCreatesNothing) {
+TEST_F(ConfigServiceTest, InvalidValueCreatesNoInstance) {
   EXPECT_EQ(config_.setValue("Link.a.Up", "maybe", C_CFM_CREATE), C_RESULT_PARAM);
   EXPECT_EQ(config_.instanceIterator(kLink), nullptr);
 }
 
-TEST_F(ConfigServiceTest, ObserverMayDeleteTheInstanceThatIsBeingCreated) {
+TEST_F(ConfigServiceTest, ObserverMayDeleteTheNewInstance) {
   observer_.then = [&] { config_.deleteInstance("Link.a."); };
   config_.registObserver(kLink, &observer_);
   EXPECT_EQ(config_.setValue("Link.a.Up", "true", C_CFM_CREATE), C_RESULT_NOT_FOUND);
   EXPECT_EQ(observer_.told, (Told{"3 Link.a. 1 ", "3 Link.a. 3 "}));
 }
 
-TEST_F(ConfigServiceTest, NameOfAnObjectIsNoRoomForAnInstance) {
+TEST_F(ConfigServiceTest, InstanceMayNotHaveTheNameOfAnObject) {
   EXPECT_EQ(config_.setValue("Link.All.Up", "true", C_CFM_CREATE), C_RESULT_NOT_FOUND);
   EXPECT_EQ(config_.addInstance("Link.All."), C_RESULT_REDUNDANT);
 }
 
-TEST_F(ConfigServiceTest, InstanceIsDeletedByAWrite) {
+TEST_F(ConfigServiceTest, DeletingWriteRemovesTheInstance) {
   config_.setValue("Link.a.Up", "true", C_CFM_CREATE);
   config_.registObserver(kLink, &observer_);
   EXPECT_EQ(config_.setValue("Link.a.Up", "not looked at", C_CFM_DELETE), C_RESULT_OK);
@@ -333,25 +333,25 @@ TEST_F(ConfigServiceTest, InstanceIsDeletedByAWrite) {
   EXPECT_EQ(config_.instanceIterator(kLink), nullptr);
 }
 
-TEST_F(ConfigServiceTest, DeletedInstanceForgetsItsValues) {
+TEST_F(ConfigServiceTest, ReaddedInstanceHasItsDefaults) {
   config_.setValue("Link.a.Up", "true", C_CFM_CREATE);
   config_.deleteInstance("Link.a.");
   config_.addInstance("Link.a.");
   EXPECT_EQ(valueOf("Link.a.Up"), "false");
 }
 
-TEST_F(ConfigServiceTest, OnlyInstancesThatExistAreDeleted) {
+TEST_F(ConfigServiceTest, DeletionOfAMissingInstanceIsRefused) {
   EXPECT_EQ(config_.setValue("Link.a.Up", "", C_CFM_DELETE), C_RESULT_NOT_FOUND);
   EXPECT_EQ(config_.deleteInstance("Nothing."), C_RESULT_NOT_FOUND);
 }
 
-TEST_F(ConfigServiceTest, OnlyInstancesOfDynamicObjectsAreDeleted) {
+TEST_F(ConfigServiceTest, DeletionFromAnObjectThatIsNotDynamicIsRefused) {
   EXPECT_EQ(config_.setValue("Port.a.Mtu", "", C_CFM_DELETE), C_RESULT_PARAM);
   EXPECT_EQ(config_.setValue("Time.Server", "", C_CFM_DELETE), C_RESULT_PARAM);
   EXPECT_EQ(valueOf("Port.a.Mtu"), "9000");
 }
 
-TEST_F(ConfigServiceTest, InstanceIsAddedOnceAndOnlyToADynamicObject) {
+TEST_F(ConfigServiceTest, InstanceIsAddedOnceToADynamicObject) {
   EXPECT_EQ(config_.addInstance("Link.a."), C_RESULT_OK);
   EXPECT_EQ(config_.addInstance("Link.a."), C_RESULT_REDUNDANT);
   EXPECT_EQ(config_.addInstance("Port.c."), C_RESULT_NOT_FOUND);
@@ -365,14 +365,14 @@ TEST_F(ConfigServiceTest, NodeOutlivesItsInstance) {
   EXPECT_EQ(config_.releaseNode(node), C_RESULT_OK);
 }
 
-TEST_F(ConfigServiceTest, ComputedLeafIsAskedOfItsProvider) {
+TEST_F(ConfigServiceTest, ComputedLeafIsReadFromItsProvider) {
   Provider provider("2024-02-29T12:00:00");
   EXPECT_EQ(config_.registDataProvider(kTime, &provider), C_RESULT_OK);
   EXPECT_EQ(valueOf("Time.Now"), "2024-02-29T12:00:00");
   EXPECT_EQ(provider.asked, std::vector<std::string>{"1 Time. Now"});
 }
 
-TEST_F(ConfigServiceTest, ProviderIsAskedOnEveryRead) {
+TEST_F(ConfigServiceTest, ProviderIsCalledForEveryRead) {
   Provider provider("");
   config_.registDataProvider(kTime, &provider);
   valueOf("Time.Now");
@@ -380,7 +380,7 @@ TEST_F(ConfigServiceTest, ProviderIsAskedOnEveryRead) {
   EXPECT_EQ(provider.asked.size(), 2U);
 }
 
-TEST_F(ConfigServiceTest, LengthAndValueOfOneNodeAreAskedOnce) {
+TEST_F(ConfigServiceTest, ProviderIsCalledOnceForANode) {
   Provider provider("abc");
   config_.registDataProvider(kTime, &provider);
   ICfmNode* node = config_.getNode("Time.Now");
@@ -390,7 +390,7 @@ TEST_F(ConfigServiceTest, LengthAndValueOfOneNodeAreAskedOnce) {
   EXPECT_EQ(provider.asked.size(), 1U);
 }
 
-TEST_F(ConfigServiceTest, ProviderIsNotAskedForTheType) {
+TEST_F(ConfigServiceTest, ProviderIsNotCalledForTheType) {
   Provider provider("abc");
   config_.registDataProvider(kTime, &provider);
   ICfmNode* node = config_.getNode("Time.Now");
@@ -399,13 +399,13 @@ TEST_F(ConfigServiceTest, ProviderIsNotAskedForTheType) {
   EXPECT_TRUE(provider.asked.empty());
 }
 
-TEST_F(ConfigServiceTest, ProviderIsNotAskedForStoredLeaves) {
+TEST_F(ConfigServiceTest, ProviderIsNotCalledForStoredLeaves) {
   Provider provider("abc");
   config_.registDataProvider(kTime, &provider);
   EXPECT_EQ(valueOf("Time.Server"), "pool");
 }
 
-TEST_F(ConfigServiceTest, ProviderIsNotAskedForAnInstanceThatDoesNotExist) {
+TEST_F(ConfigServiceTest, ProviderIsNotCalledForAMissingInstance) {
   Provider provider("abc");
   config_.registDataProvider(kLink, &provider);
   EXPECT_EQ(valueOf("Link.a.Speed"), "10");
@@ -416,7 +416,7 @@ TEST_F(ConfigServiceTest, ComputedLeafWithoutProviderHasItsDefault) {
   EXPECT_EQ(valueOf("Time.Now"), "2000-01-01T00:00:00");
 }
 
-TEST_F(ConfigServiceTest, LaterProviderTakesThePlaceOfTheEarlier) {
+TEST_F(ConfigServiceTest, LaterProviderReplacesTheEarlierOne) {
   Provider earlier("earlier");
   Provider later("later");
   config_.registDataProvider(kTime, &earlier);
@@ -429,13 +429,13 @@ TEST_F(ConfigServiceTest, ProviderOfAnUnknownObjectIsRefused) {
   EXPECT_EQ(config_.registDataProvider(kUnknown, &provider), C_RESULT_NOT_FOUND);
 }
 
-TEST_F(ConfigServiceTest, ComputedLeafIsNotWritten) {
+TEST_F(ConfigServiceTest, WriteToAComputedLeafIsRefused) {
   EXPECT_EQ(config_.setValue("Time.Now", "2024-02-29T12:00:00", 0), C_RESULT_PARAM);
   EXPECT_EQ(config_.setValue("Link.a.Speed", "1", C_CFM_CREATE), C_RESULT_PARAM);
   EXPECT_EQ(config_.instanceIterator(kLink), nullptr);
 }
 
-TEST_F(ConfigServiceTest, AttributeIsKept) {
+TEST_F(ConfigServiceTest, AttributeIsStored) {
   std::int32_t attribute = 0;
   EXPECT_EQ(config_.getAttr(kTime, &attribute), C_RESULT_OK);
   EXPECT_EQ(attribute, 7);
@@ -444,7 +444,7 @@ TEST_F(ConfigServiceTest, AttributeIsKept) {
   EXPECT_EQ(attribute, -1);
 }
 
-TEST_F(ConfigServiceTest, AttributeMayBeReadIntoAnyPlace) {
+TEST_F(ConfigServiceTest, AttributeMayBeReadToAnUnalignedAddress) {
   struct {
     char first;
     char word[4];
@@ -463,7 +463,7 @@ TEST_F(ConfigServiceTest, AttributeOfAnUnknownObjectIsRefused) {
   EXPECT_EQ(config_.getAttr(kTime, nullptr), C_RESULT_PARAM);
 }
 
-TEST_F(ConfigServiceTest, PositionsThatNobodyCallsAnswerZero) {
+TEST_F(ConfigServiceTest, ReservedOperationsReturnZero) {
   ICfm& cfm = config_;
   for (auto reserved : {&ICfm::reserved4, &ICfm::reserved6, &ICfm::reserved11, &ICfm::reserved12,
                         &ICfm::reserved13, &ICfm::reserved16}) {
@@ -478,9 +478,53 @@ TEST_F(ConfigServiceTest, PositionsThatNobodyCallsAnswerZero) {
   config_.releaseIterator(iterator);
 }
 
-TEST_F(ConfigServiceTest, OnlyTheWholeIsSaved) {
+// A store that counts saves and returns a given result.
+class ConfigSaveTest : public testing::Test {
+ protected:
+  int saves_ = 0;
+  int result_ = C_RESULT_OK;
+  Services services_;
+  ConfigService config_{Tree(parseConfiguration(kTree, "test").objects), services_.registry,
+                        [this](Tree&, const Changes&) { return saves_++, result_; }};
+};
+
+TEST_F(ConfigSaveTest, ChangesAreSavedOnce) {
+  config_.setValue("Time.Server", "other", 0);
   EXPECT_EQ(config_.save(1), C_RESULT_OK);
-  EXPECT_EQ(config_.save(0), C_RESULT_PARAM);
+  EXPECT_EQ(saves_, 1);
+  EXPECT_EQ(config_.save(1), C_RESULT_OK);
+  EXPECT_EQ(saves_, 1);
+}
+
+TEST_F(ConfigSaveTest, NothingIsSavedWithoutChanges) {
+  EXPECT_EQ(config_.save(1), C_RESULT_OK);
+  EXPECT_EQ(saves_, 0);
+}
+
+TEST_F(ConfigSaveTest, UnknownScopeIsRefused) {
+  config_.setValue("Time.Server", "other", 0);
+  for (const int scope : {0, 2, -1}) EXPECT_EQ(config_.save(scope), C_RESULT_PARAM) << scope;
+  EXPECT_EQ(saves_, 0);
+}
+
+TEST_F(ConfigSaveTest, UnknownScopeIsRefusedWithoutChanges) {
+  for (const int scope : {0, 2, -1}) EXPECT_EQ(config_.save(scope), C_RESULT_PARAM) << scope;
+}
+
+TEST_F(ConfigSaveTest, RefusedScopeLeavesTheChangesForTheNextSave) {
+  config_.setValue("Time.Server", "other", 0);
+  config_.save(0);
+  EXPECT_EQ(config_.save(1), C_RESULT_OK);
+  EXPECT_EQ(saves_, 1);
+}
+
+TEST_F(ConfigSaveTest, FailedSaveIsRepeatedByTheNext) {
+  config_.setValue("Time.Server", "other", 0);
+  result_ = C_RESULT_SYSTEM_CALL;
+  EXPECT_EQ(config_.save(1), C_RESULT_SYSTEM_CALL);
+  result_ = C_RESULT_OK;
+  EXPECT_EQ(config_.save(1), C_RESULT_OK);
+  EXPECT_EQ(saves_, 2);
 }
 
 }  // namespace

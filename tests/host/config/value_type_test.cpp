@@ -52,17 +52,17 @@ const Row kRows[] = {
 
 class ValueTypeTest : public testing::TestWithParam<Row> {};
 
-TEST_P(ValueTypeTest, ItsValuesFit) {
+TEST_P(ValueTypeTest, ValidValuesFit) {
   for (const std::string& text : GetParam().good)
     EXPECT_TRUE(fits(*findValueType(GetParam().type), text)) << text;
 }
 
-TEST_P(ValueTypeTest, OtherTextsDoNotFit) {
+TEST_P(ValueTypeTest, InvalidValuesDoNotFit) {
   for (const std::string& text : GetParam().bad)
     EXPECT_FALSE(fits(*findValueType(GetParam().type), text)) << text;
 }
 
-TEST_P(ValueTypeTest, ItsInitialValueFits) {
+TEST_P(ValueTypeTest, InitialValueFits) {
   const ValueType& type = *findValueType(GetParam().type);
   EXPECT_TRUE(fits(type, type.initial));
 }

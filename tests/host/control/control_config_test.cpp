@@ -11,11 +11,9 @@ using nlohmann::json;
 
 namespace {
 
-constexpr char kDone[] = R"(200 {"result":0})";
-
 class ControlConfigTest : public ControlFixture {};
 
-// Keeps each call of itself.
+// Records its calls.
 class Observer final : public ICfmObserver {
  public:
   int update(int number, std::string instance, int operation, std::string leaf) override {
@@ -40,19 +38,19 @@ TEST_F(ControlConfigTest, LeafIsShownWithItsTypeAndValue) {
             R"(200 {"computed":false,"name":"Device.Time.Server","type":"str","value":"pool.example"})");
 }
 
-TEST_F(ControlConfigTest, LeafOfAnInstanceThatThereCouldBeHasItsDefault) {
+TEST_F(ControlConfigTest, LeafOfAMissingInstanceHasItsDefault) {
   EXPECT_EQ(get("/leaf?name=Device.Interfaces.wlan0.Mtu"),
             R"(200 {"computed":false,"name":"Device.Interfaces.wlan0.Mtu","type":"uint","value":"1500"})");
 }
 
-TEST_F(ControlConfigTest, ComputedLeafIsAskedFromItsProvider) {
+TEST_F(ControlConfigTest, ComputedLeafIsReadFromItsProvider) {
   Provider provider([](const std::string& instance) { return instance + " now"; });
   config_.registDataProvider(1, &provider);
   EXPECT_EQ(get("/leaf?name=Device.Time.Now"),
             R"(200 {"computed":true,"name":"Device.Time.Now","type":"datetime","value":"Device.Time. now"})");
 }
 
-TEST_F(ControlConfigTest, BytesThatAreNoUtf8AreReplaced) {
+TEST_F(ControlConfigTest, InvalidUtf8IsReplaced) {
   config_.setValue("Device.Time.Server",
                    "a\xff"
                    "b\xc3",
@@ -69,7 +67,7 @@ TEST_F(ControlConfigTest, UnknownLeafIsNotFound) {
             errorText(404, C_RESULT_NOT_FOUND, "there is no leaf \"x\""));
 }
 
-TEST_F(ControlConfigTest, LeafNeedsAName) {
+TEST_F(ControlConfigTest, LeafWithoutANameIsRefused) {
   EXPECT_EQ(get("/leaf"), errorText(400, C_RESULT_PARAM, "the parameter \"name\" is missing"));
 }
 
@@ -81,7 +79,7 @@ TEST_F(ControlConfigTest, LeafIsSetAndItsObserversAreCalled) {
   EXPECT_EQ(observer.calls, (Texts{"1 Device.Time. 2 Server"}));
 }
 
-TEST_F(ControlConfigTest, ValueOfAnotherTypeIsRefused) {
+TEST_F(ControlConfigTest, InvalidValueIsRefused) {
   EXPECT_EQ(ask("PUT", "/leaf", R"({"name":"Device.Time.Enabled","value":"maybe"})"),
             errorText(400, C_RESULT_PARAM, "\"maybe\" is not a value of type bool"));
   EXPECT_EQ(value("Device.Time.Enabled"), "true");
@@ -115,7 +113,7 @@ TEST_F(ControlConfigTest, TreeListsEveryLeafOfEveryInstanceByName) {
                           "Device.Time.Key", "Device.Time.Now", "Device.Time.Server"}));
 }
 
-TEST_F(ControlConfigTest, TreeIsThatBehindAPrefix) {
+TEST_F(ControlConfigTest, TreeIsLimitedToAPrefix) {
   EXPECT_EQ(get("/tree?name=Device.P"),
             R"(200 {"leaves":[{"computed":false,"name":"Device.Ports.p1.Speed","type":"int","value":"0"}]})");
   EXPECT_EQ(get("/tree?name=Device.Q"), R"(200 {"leaves":[]})");
@@ -133,7 +131,7 @@ TEST_F(ControlConfigTest, ProviderMayAddAndDeleteInstancesWhileTheTreeIsListed) 
   EXPECT_EQ(get("/instances?object=2"), R"(200 {"instances":["Device.Interfaces.wlan0."]})");
 }
 
-TEST_F(ControlConfigTest, PasswordIsShownOnlyWhenItIsRevealed) {
+TEST_F(ControlConfigTest, PasswordIsShownOnlyWhenRevealed) {
   const std::string hidden = R"({"computed":false,"name":"Device.Time.Key","type":"pwd","value":null})";
   const std::string revealed =
       R"({"computed":false,"name":"Device.Time.Key","type":"pwd","value":"initial-secret"})";
@@ -160,7 +158,7 @@ TEST_F(ControlConfigTest, PasswordIsInNoErrorAndNotInTheLog) {
   EXPECT_EQ(logged().find("secret"), std::string::npos) << logged();
 }
 
-TEST_F(ControlConfigTest, RevealIsTrueOrFalse) {
+TEST_F(ControlConfigTest, RevealMustBeTrueOrFalse) {
   const std::string refusal =
       errorText(400, C_RESULT_PARAM, "the parameter \"reveal\" must be true or false");
   EXPECT_EQ(get("/leaf?name=Device.Time.Key&reveal=yes"), refusal);
@@ -207,12 +205,12 @@ TEST_F(ControlConfigTest, InstanceIsAddedAndDeleted) {
   EXPECT_EQ(observer.calls, (Texts{"2 Device.Interfaces.wlan0. 1 ", "2 Device.Interfaces.wlan0. 3 "}));
 }
 
-TEST_F(ControlConfigTest, InstanceThatExistsIsNotAddedAgain) {
+TEST_F(ControlConfigTest, ExistingInstanceIsNotAddedAgain) {
   EXPECT_EQ(ask("POST", "/instances", R"({"name":"Device.Interfaces.eth0."})"),
             errorText(409, C_RESULT_REDUNDANT, "the instance \"Device.Interfaces.eth0.\" exists"));
 }
 
-TEST_F(ControlConfigTest, InstanceThatThereCannotBeIsNotAdded) {
+TEST_F(ControlConfigTest, InvalidInstanceIsNotAdded) {
   for (const std::string name :
        {"Device.Interfaces.eth1", "Device.Interfaces.a.b.", "Device.Ports.p2.", ""}) {
     EXPECT_EQ(
@@ -221,7 +219,7 @@ TEST_F(ControlConfigTest, InstanceThatThereCannotBeIsNotAdded) {
   }
 }
 
-TEST_F(ControlConfigTest, InstanceThatMustStayIsNotDeleted) {
+TEST_F(ControlConfigTest, InstanceOfAnObjectThatIsNotDynamicIsNotDeleted) {
   for (const std::string name : {"Device.Time.", "Device.Ports.p1."}) {
     EXPECT_EQ(ask("DELETE", "/instances?name=" + name),
               errorText(400, C_RESULT_PARAM,
@@ -229,7 +227,7 @@ TEST_F(ControlConfigTest, InstanceThatMustStayIsNotDeleted) {
   }
 }
 
-TEST_F(ControlConfigTest, InstanceThatThereIsNotIsNotDeleted) {
+TEST_F(ControlConfigTest, MissingInstanceIsNotFound) {
   EXPECT_EQ(ask("DELETE", "/instances?name=Device.Interfaces.eth7."),
             errorText(404, C_RESULT_NOT_FOUND, "there is no instance \"Device.Interfaces.eth7.\""));
 }
@@ -239,7 +237,7 @@ TEST_F(ControlConfigTest, AttributeIsShownAndSet) {
   EXPECT_EQ(get("/attribute?object=1"), R"(200 {"attribute":-2147483648,"object":"Device.Time."})");
 }
 
-TEST_F(ControlConfigTest, AttributeIsA32BitInteger) {
+TEST_F(ControlConfigTest, AttributeMustBeA32BitInteger) {
   const std::string refusal =
       errorText(400, C_RESULT_PARAM, "request body: /value: must be a 32-bit integer");
   for (const std::string value :
@@ -252,7 +250,7 @@ TEST_F(ControlConfigTest, ConfigurationIsSaved) {
   EXPECT_EQ(ask("POST", "/save"), kDone);
 }
 
-TEST_F(ControlConfigTest, SaveThatFailsAnswersItsCode) {
+TEST_F(ControlConfigTest, FailedSaveReturnsItsCode) {
   store_result_ = C_RESULT_SYSTEM_CALL;
   config_.setAttr(1, 4);
   EXPECT_EQ(ask("POST", "/save"),

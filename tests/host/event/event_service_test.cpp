@@ -9,7 +9,7 @@
 
 #include "binding/handlers.h"
 #include "include_c"
-#include "tests/host/support/quiet_registry.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
@@ -35,34 +35,34 @@ class Observer final : public IEventObserver {
 
 class EventServiceTest : public testing::Test {
  protected:
-  QuietRegistry registry_;
-  EventService events_{"program", registry_};
+  Services services_;
+  EventService events_{"program", services_.registry};
   Told told_;
   Observer a_{"a", told_};
   Observer b_{"b", told_};
 };
 
-TEST_F(EventServiceTest, ObserversAreToldInOrderOfRegistration) {
+TEST_F(EventServiceTest, ObserversAreCalledInOrderOfRegistration) {
   EXPECT_EQ(events_.registObserver("up", &b_), C_RESULT_OK);
   EXPECT_EQ(events_.registObserver("up", &a_), C_RESULT_OK);
   EXPECT_EQ(events_.notify("up", "eth0", 0), C_RESULT_OK);
   EXPECT_EQ(told_, (Told{"b: up eth0 program", "a: up eth0 program"}));
 }
 
-TEST_F(EventServiceTest, ObserversOfOtherEventsAreNotTold) {
+TEST_F(EventServiceTest, ObserversOfOtherEventsAreNotCalled) {
   events_.registObserver("up", &a_);
   EXPECT_EQ(events_.notify("down", "eth0", 0), C_RESULT_OK);
   EXPECT_EQ(told_, Told{});
 }
 
-TEST_F(EventServiceTest, ObserverRegisteredTwiceIsToldTwice) {
+TEST_F(EventServiceTest, ObserverRegisteredTwiceIsCalledTwice) {
   events_.registObserver("up", &a_);
   events_.registObserver("up", &a_);
   events_.notify("up", "", 0);
   EXPECT_EQ(told_.size(), 2U);
 }
 
-TEST_F(EventServiceTest, UnregisteringTakesOneRegistrationAway) {
+TEST_F(EventServiceTest, UnregisteringRemovesOneRegistration) {
   events_.registObserver("up", &a_);
   events_.registObserver("up", &a_);
   EXPECT_EQ(events_.unregistObserver("up", &a_), C_RESULT_OK);
@@ -93,7 +93,7 @@ TEST_F(EventServiceTest, ObserverMayUnregisterItself) {
   EXPECT_EQ(told_, (Told{"a: up 1 program", "b: up 1 program", "b: up 2 program"}));
 }
 
-TEST_F(EventServiceTest, ObserverThatIsUnregisteredMeanwhileIsNotTold) {
+TEST_F(EventServiceTest, ObserverUnregisteredDuringAnEventIsNotCalled) {
   a_.then = [this] { events_.unregistObserver("up", &b_); };
   events_.registObserver("up", &a_);
   events_.registObserver("up", &b_);
@@ -101,7 +101,7 @@ TEST_F(EventServiceTest, ObserverThatIsUnregisteredMeanwhileIsNotTold) {
   EXPECT_EQ(told_, Told{"a: up  program"});
 }
 
-TEST_F(EventServiceTest, ObserverThatIsRegisteredMeanwhileIsToldOfTheNextEvent) {
+TEST_F(EventServiceTest, ObserverRegisteredDuringAnEventIsCalledForTheNext) {
   a_.then = [this] {
     a_.then = nullptr;
     events_.registObserver("up", &b_);
@@ -112,7 +112,7 @@ TEST_F(EventServiceTest, ObserverThatIsRegisteredMeanwhileIsToldOfTheNextEvent) 
   EXPECT_EQ(told_, (Told{"a: up 1 program", "a: up 2 program", "b: up 2 program"}));
 }
 
-TEST_F(EventServiceTest, ObserverThatIsRegisteredAnewMeanwhileIsToldOfTheNextEvent) {
+TEST_F(EventServiceTest, ObserverReregisteredDuringAnEventIsCalledForTheNext) {
   a_.then = [this] {
     a_.then = nullptr;
     events_.unregistObserver("up", &b_);
@@ -124,7 +124,7 @@ TEST_F(EventServiceTest, ObserverThatIsRegisteredAnewMeanwhileIsToldOfTheNextEve
   EXPECT_EQ(told_, Told{"a: up 1 program"});
 }
 
-TEST_F(EventServiceTest, ObserverMayRaiseAnEvent) {
+TEST_F(EventServiceTest, ObserverMaySendAnEvent) {
   a_.then = [this] { events_.notify("down", "eth1", 0); };
   events_.registObserver("up", &a_);
   events_.registObserver("down", &b_);

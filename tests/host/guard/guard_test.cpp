@@ -18,7 +18,7 @@
 namespace host {
 namespace {
 
-// Writes down which operations begin, and refuses them if it has a code.
+// Records the operations that it checks, and refuses them if it has an answer.
 class RecordingCheck final : public IOperationCheck {
  public:
   explicit RecordingCheck(CallLog& calls) : calls_(calls) {}
@@ -51,7 +51,7 @@ class GuardTest : public testing::Test {
   RecordingCheck check_{calls_};
 };
 
-// One operation: its name for the guard, its call as the service receives it, and how it is made.
+// One operation: its name, the call that the service receives, and a function that calls it.
 struct Row {
   const char* name;
   const char* call;
@@ -90,7 +90,7 @@ std::string operationOf(const std::string& call) {
   return call.substr(0, call.find('('));
 }
 
-TEST_F(GuardedOperationsTest, EachIsCheckedThenMadeAndItsAnswerHandedOn) {
+TEST_F(GuardedOperationsTest, OperationIsCheckedAndForwarded) {
   guard_.add(check_);
   for (const Row& row : rows_) {
     calls_.results[operationOf(row.call)] = 17;
@@ -99,7 +99,7 @@ TEST_F(GuardedOperationsTest, EachIsCheckedThenMadeAndItsAnswerHandedOn) {
   }
 }
 
-TEST_F(GuardedOperationsTest, RefusedOneIsNotMadeAndAnswersTheCode) {
+TEST_F(GuardedOperationsTest, RefusedOperationReturnsTheCodeOfTheCheck) {
   guard_.add(check_);
   check_.answer = -1018;
   for (const Row& row : rows_) {
@@ -109,8 +109,8 @@ TEST_F(GuardedOperationsTest, RefusedOneIsNotMadeAndAnswersTheCode) {
   }
 }
 
-// Their callers delete what they had registered: the service must not keep it.
-TEST_F(GuardedOperationsTest, RefusedOneThatTakesBackIsMadeAllTheSame) {
+// The caller deletes its observer in any case, so the service must not keep it.
+TEST_F(GuardedOperationsTest, RefusedUnregistrationIsForwarded) {
   guard_.add(check_);
   check_.answer = -1018;
   std::vector<std::string> made;
@@ -123,7 +123,7 @@ TEST_F(GuardedOperationsTest, RefusedOneThatTakesBackIsMadeAllTheSame) {
   EXPECT_EQ(made, (std::vector<std::string>{"unregistObserver", "unregistEventObserver", "delFd"}));
 }
 
-TEST_F(GuardTest, RefusedLoansAreTakenBackAllTheSame) {
+TEST_F(GuardTest, RefusedReleaseIsForwarded) {
   config_.leaves["A.X"] = {"int", "5", 1};
   config_.instances[1] = {"A.1."};
   ICfmNode* node = guarded_config_.getNode("A.X");
@@ -136,12 +136,12 @@ TEST_F(GuardTest, RefusedLoansAreTakenBackAllTheSame) {
   EXPECT_TRUE(config_.iterators_on_loan.empty());
 }
 
-TEST_F(GuardTest, WithoutChecksOperationsAreJustMade) {
+TEST_F(GuardTest, OperationWithoutChecksIsForwarded) {
   EXPECT_EQ(guarded_loop_.delFd(3), 0);
   EXPECT_EQ(calls_.take(), Calls{"loop.delFd(3)"});
 }
 
-TEST_F(GuardTest, NodeIsCheckedOnItsWayOutAndBack) {
+TEST_F(GuardTest, NodeIsCheckedWhenLentAndReleased) {
   guard_.add(check_);
   config_.leaves["A.X"] = {"int", "5", 1};
   ICfmNode* node = guarded_config_.getNode("A.X");
@@ -151,7 +151,7 @@ TEST_F(GuardTest, NodeIsCheckedOnItsWayOutAndBack) {
                                   "cfm.releaseNode('A.X')"}));
 }
 
-TEST_F(GuardTest, IteratorIsCheckedOnItsWayOutAndBack) {
+TEST_F(GuardTest, IteratorIsCheckedWhenLentAndReleased) {
   guard_.add(check_);
   config_.instances[1] = {"A.1."};
   ICfmIterator* iterator = guarded_config_.instanceIterator(1);
@@ -170,7 +170,7 @@ TEST_F(GuardTest, RefusedObjectIsNull) {
   EXPECT_EQ(guarded_config_.instanceIterator(1), nullptr);
 }
 
-TEST_F(GuardTest, ChecksAreAskedInTheirOrderUntilOneRefuses) {
+TEST_F(GuardTest, ChecksRunInOrderUntilOneRefuses) {
   RecordingCheck second(calls_);
   RecordingCheck third(calls_);
   second.answer = -1;
@@ -180,7 +180,7 @@ TEST_F(GuardTest, ChecksAreAskedInTheirOrderUntilOneRefuses) {
   EXPECT_EQ(calls_.take(), (Calls{"before run()", "before run()"}));
 }
 
-TEST_F(GuardTest, PositionsThatNobodyCallsAreHandedOnUnchecked) {
+TEST_F(GuardTest, ReservedOperationsAreNotChecked) {
   guard_.add(check_);
   for (auto reserved : {&ICfm::reserved4, &ICfm::reserved6, &ICfm::reserved11, &ICfm::reserved12,
                         &ICfm::reserved13, &ICfm::reserved16}) {
@@ -198,7 +198,7 @@ TEST_F(GuardTest, PositionsThatNobodyCallsAreHandedOnUnchecked) {
              "heartbeat.reserved6()", "heartbeat.reserved7()", "heartbeat.reserved8()", "loop.reserved5()"}));
 }
 
-TEST(OperationTest, EachIsFoundByItsName) {
+TEST(OperationTest, OperationIsFoundByItsName) {
   for (int i = 0; i <= static_cast<int>(Operation::kRun); i++) {
     const auto operation = static_cast<Operation>(i);
     EXPECT_EQ(findOperation(nameOf(operation)), operation) << nameOf(operation);
@@ -207,7 +207,7 @@ TEST(OperationTest, EachIsFoundByItsName) {
   EXPECT_EQ(findOperation(""), std::nullopt);
 }
 
-TEST(OperationTest, GettersAnswerObjectsAndAllOthersCodes) {
+TEST(OperationTest, OnlyGettersReturnObjects) {
   std::vector<std::string> objects;
   for (int i = 0; i <= static_cast<int>(Operation::kRun); i++) {
     const auto operation = static_cast<Operation>(i);

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "include_c"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
@@ -16,10 +16,8 @@ namespace {
 using std::chrono::milliseconds;
 using Records = std::vector<std::string>;
 
-Heartbeat::TimePoint g_now;
-
 void pass(int ms) {
-  g_now += milliseconds(ms);
+  CallTime::pass(milliseconds(ms));
 }
 
 class HeartbeatTest : public testing::Test {
@@ -30,8 +28,9 @@ class HeartbeatTest : public testing::Test {
     heartbeat_.check(before, heartbeat_.read(), [] { return "read_line of fd 7"; });
   }
 
-  RecordingLog log_;
-  Heartbeat heartbeat_{log_, milliseconds(100), [] { return g_now; }};
+  Services services_{milliseconds(100)};
+  MemoryLog& log_ = services_.log;
+  Heartbeat& heartbeat_ = services_.heartbeat;
 };
 
 TEST_F(HeartbeatTest, CallbackBeyondTheLimitIsReported) {
@@ -55,7 +54,7 @@ TEST_F(HeartbeatTest, LockedTimeDoesNotCount) {
   EXPECT_EQ(log_.records, Records{});
 }
 
-TEST_F(HeartbeatTest, TimeBesideTheLockCounts) {
+TEST_F(HeartbeatTest, TimeOutsideTheLockCounts) {
   measure([](Heartbeat& heartbeat) {
     pass(60);
     heartbeat.lock();
@@ -78,7 +77,7 @@ TEST_F(HeartbeatTest, LocksNest) {
   EXPECT_EQ(log_.records, Records{});
 }
 
-TEST_F(HeartbeatTest, LockOutlastsTheCallback) {
+TEST_F(HeartbeatTest, LockMayOutlastTheCallback) {
   measure([](Heartbeat& heartbeat) { heartbeat.lock(); });
   measure([](Heartbeat&) { pass(1000); });
   EXPECT_EQ(heartbeat_.unlock(), C_RESULT_OK);
@@ -87,7 +86,7 @@ TEST_F(HeartbeatTest, LockOutlastsTheCallback) {
   EXPECT_EQ(log_.records.size(), 1U);
 }
 
-TEST_F(HeartbeatTest, LockFromBeforeEndsInside) {
+TEST_F(HeartbeatTest, CallbackMayReleaseAnEarlierLock) {
   heartbeat_.lock();
   pass(1000);
   measure([](Heartbeat& heartbeat) {
@@ -98,7 +97,7 @@ TEST_F(HeartbeatTest, LockFromBeforeEndsInside) {
   EXPECT_EQ(log_.records, Records{"4 heartbeat: the callback read_line of fd 7 held the loop for 101 ms"});
 }
 
-TEST_F(HeartbeatTest, PositionsThatNobodyCallsAnswerZero) {
+TEST_F(HeartbeatTest, ReservedOperationsReturnZero) {
   IHeartbeat& heartbeat = heartbeat_;
   for (auto reserved : {&IHeartbeat::reserved3, &IHeartbeat::reserved4, &IHeartbeat::reserved5,
                         &IHeartbeat::reserved6, &IHeartbeat::reserved7, &IHeartbeat::reserved8}) {

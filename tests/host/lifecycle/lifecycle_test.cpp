@@ -12,15 +12,14 @@
 
 #include "boot/boot_context.h"
 #include "include_c"
-#include "tests/host/support/quiet_registry.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
 
 using Calls = std::vector<std::string>;
 
-// Keeps each call and answers it as told, otherwise 0.
+// Records each call and returns the configured answer, by default 0.
 class Participant final : public IBootContext {
  public:
   Participant(std::string name, Calls& calls) : name_(std::move(name)), calls_(calls) {}
@@ -54,14 +53,14 @@ class Participant final : public IBootContext {
 
 class LifecycleTest : public testing::Test {
  protected:
-  RecordingLog log_;
-  QuietRegistry registry_;
-  Lifecycle lifecycle_{nullptr, {}, log_, registry_};
+  Services services_;
+  MemoryLog& log_ = services_.log;
+  Lifecycle lifecycle_{nullptr, {}, log_, services_.registry};
   Calls calls_;
   Participant master_{"", calls_};
 };
 
-TEST_F(LifecycleTest, WithoutParticipantsLoadingSucceeds) {
+TEST_F(LifecycleTest, LoadWithoutParticipantsSucceeds) {
   EXPECT_EQ(lifecycle_.load(), C_RESULT_OK);
   lifecycle_.unload();
 }
@@ -72,7 +71,7 @@ TEST_F(LifecycleTest, MasterObserverTakesItsStepsInOrder) {
   EXPECT_EQ(calls_, (Calls{"onLoad", "onStart", "onConfig master 0", "onRun"}));
 }
 
-TEST_F(LifecycleTest, StepsAreTakenBackInReverseOrder) {
+TEST_F(LifecycleTest, StepsAreUndoneInReverseOrder) {
   lifecycle_.registMasterObserver(&master_);
   lifecycle_.load();
   calls_.clear();
@@ -80,7 +79,7 @@ TEST_F(LifecycleTest, StepsAreTakenBackInReverseOrder) {
   EXPECT_EQ(calls_, (Calls{"onUnconfig master 0", "onStop", "onUnload"}));
 }
 
-TEST_F(LifecycleTest, StepsAreTakenBackOnce) {
+TEST_F(LifecycleTest, StepsAreUndoneOnce) {
   lifecycle_.registMasterObserver(&master_);
   lifecycle_.load();
   lifecycle_.unload();
@@ -89,7 +88,7 @@ TEST_F(LifecycleTest, StepsAreTakenBackOnce) {
   EXPECT_EQ(calls_, Calls{});
 }
 
-TEST_F(LifecycleTest, WithoutLoadingNothingIsTakenBack) {
+TEST_F(LifecycleTest, UnloadWithoutALoadDoesNothing) {
   lifecycle_.registMasterObserver(&master_);
   lifecycle_.unload();
   EXPECT_EQ(calls_, Calls{});
@@ -103,7 +102,7 @@ TEST_F(LifecycleTest, SecondLoadIsRefused) {
   EXPECT_EQ(calls_, Calls{});
 }
 
-TEST_F(LifecycleTest, UnloadedMayBeLoadedAgain) {
+TEST_F(LifecycleTest, LoadAfterAnUnloadSucceeds) {
   lifecycle_.registMasterObserver(&master_);
   lifecycle_.load();
   lifecycle_.unload();
@@ -118,7 +117,7 @@ TEST_F(LifecycleTest, SecondMasterObserverIsRefused) {
   EXPECT_EQ(lifecycle_.registMasterObserver(&other), C_RESULT_REDUNDANT);
 }
 
-TEST_F(LifecycleTest, MasterObserverThatComesTooLateIsRefused) {
+TEST_F(LifecycleTest, MasterObserverAfterLoadIsRefused) {
   lifecycle_.load();
   EXPECT_EQ(lifecycle_.registMasterObserver(&master_), C_RESULT_PARAM);
 }
@@ -135,14 +134,14 @@ TEST_F(LifecycleTest, FailureEndsLoadingAndIsReported) {
   EXPECT_EQ(log_.records, Calls{"3 lifecycle: onConfig of the master observer failed: -5"});
 }
 
-TEST_F(LifecycleTest, FailureTakesBackWhatWasDone) {
+TEST_F(LifecycleTest, FailureUndoesEarlierSteps) {
   master_.answers["onConfig master 0"] = -5;
   lifecycle_.registMasterObserver(&master_);
   lifecycle_.load();
   EXPECT_EQ(calls_, (Calls{"onLoad", "onStart", "onConfig master 0", "onStop", "onUnload"}));
 }
 
-TEST_F(LifecycleTest, AfterAFailureLoadingMayBeTriedAgain) {
+TEST_F(LifecycleTest, LoadMayBeRepeatedAfterAFailure) {
   master_.answers["onLoad"] = -5;
   lifecycle_.registMasterObserver(&master_);
   EXPECT_EQ(lifecycle_.load(), -5);
@@ -150,13 +149,13 @@ TEST_F(LifecycleTest, AfterAFailureLoadingMayBeTriedAgain) {
   EXPECT_EQ(lifecycle_.load(), C_RESULT_OK);
 }
 
-TEST_F(LifecycleTest, AnswerNotForMeIsNoFailure) {
+TEST_F(LifecycleTest, NotForMeIsNotAFailure) {
   master_.answers["onConfig master 0"] = IBootContext::kNotForMe;
   lifecycle_.registMasterObserver(&master_);
   EXPECT_EQ(lifecycle_.load(), C_RESULT_OK);
 }
 
-TEST_F(LifecycleTest, FailureToTakeBackIsReportedAndNotTheEnd) {
+TEST_F(LifecycleTest, FailureToUndoAStepDoesNotEndTheUnload) {
   master_.answers["onStop"] = -7;
   lifecycle_.registMasterObserver(&master_);
   lifecycle_.load();
@@ -166,7 +165,7 @@ TEST_F(LifecycleTest, FailureToTakeBackIsReportedAndNotTheEnd) {
   EXPECT_EQ(log_.records, Calls{"3 lifecycle: onStop of the master observer failed: -7"});
 }
 
-TEST_F(LifecycleTest, DependenceIsToldOnceLoaded) {
+TEST_F(LifecycleTest, DependenceIsReceivedAfterLoad) {
   lifecycle_.registMasterObserver(&master_);
   lifecycle_.notifyDepends("early");
   lifecycle_.load();
@@ -175,7 +174,7 @@ TEST_F(LifecycleTest, DependenceIsToldOnceLoaded) {
   EXPECT_EQ(calls_, Calls{"recvDependence dns"});
 }
 
-TEST_F(LifecycleTest, DependenceIsNotToldOnceUnloaded) {
+TEST_F(LifecycleTest, DependenceIsNotReceivedAfterUnload) {
   lifecycle_.registMasterObserver(&master_);
   lifecycle_.load();
   lifecycle_.unload();
@@ -184,7 +183,7 @@ TEST_F(LifecycleTest, DependenceIsNotToldOnceUnloaded) {
   EXPECT_EQ(calls_, Calls{});
 }
 
-TEST_F(LifecycleTest, DependenceIsToldWhileStepsAreTaken) {
+TEST_F(LifecycleTest, DependenceIsReceivedDuringLoad) {
   master_.then["onStart"] = [this] { lifecycle_.notifyDepends("dns"); };
   lifecycle_.registMasterObserver(&master_);
   lifecycle_.load();
@@ -192,7 +191,7 @@ TEST_F(LifecycleTest, DependenceIsToldWhileStepsAreTaken) {
 }
 
 TEST_F(LifecycleTest, ProductIsNamedAfterTheProgram) {
-  HostProduct product(nullptr, {}, log_, registry_);
+  HostProduct product(nullptr, {}, log_, services_.registry);
   EXPECT_EQ(product.productName(), program_invocation_short_name);
   EXPECT_EQ(product.productVersion(), "");
 }

@@ -16,7 +16,7 @@
 namespace host {
 namespace {
 
-// The lines without their times, which must have the right form.
+// The lines with "@" in place of a well-formed time.
 std::string withoutTimes(const std::string& lines) {
   static const std::regex kTime("^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} ",
                                 std::regex::ECMAScript | std::regex::multiline);
@@ -62,7 +62,7 @@ TEST_F(LogServiceTest, OneRecordIsOneLine) {
   EXPECT_EQ(written(), "@info a\\nb: one\\ntwo\\x1b[2J\n");
 }
 
-TEST_F(LogServiceTest, TextIsNoFormat) {
+TEST_F(LogServiceTest, TextIsNotAFormat) {
   log_.record("{}", C_LOG_INFO, "100 {} %s %v");
   EXPECT_EQ(written(), "@info {}: 100 {} %s %v\n");
 }
@@ -88,17 +88,17 @@ TEST_F(LogServiceTest, DiagnosticsAreShownWhenSwitchedOn) {
   EXPECT_EQ(written(), "@debug cpp2c:57: c_cfm_str2bool: Leave: param error!\n");
 }
 
-TEST_F(LogServiceTest, FolderOfTheFileIsMade) {
+TEST_F(LogServiceTest, MissingFolderOfTheFileIsCreated) {
   LogService(C_LOG_INFO, folder_.file("new/log"), clock_).record("m", C_LOG_INFO, "text");
   EXPECT_EQ(withoutTimes(folder_.read("new/log")), "@info m: text\n");
 }
 
-TEST_F(LogServiceTest, FileThatCannotBeWrittenIsRefused) {
+TEST_F(LogServiceTest, UnwritableFileIsRefused) {
   EXPECT_EQ(errorOf([this] { LogService(C_LOG_INFO, folder_.path(), clock_); }),
             "-1021 " + folder_.path() + ": cannot be written: Is a directory");
 }
 
-TEST(LogServiceOnStandardErrorTest, WithoutAFileStandardErrorIsWritten) {
+TEST(LogServiceOnStandardErrorTest, RecordsGoToStandardErrorWithoutAFile) {
   PrintedText printed;
   LogService(C_LOG_INFO, "", Clock()).record("m", C_LOG_INFO, "text");
   EXPECT_EQ(withoutTimes(printed.standardError()), "@info m: text\n");

@@ -21,7 +21,7 @@ namespace {
 
 class EventLoopTest : public LoopFixture {
  protected:
-  // Runs the loop until everything that is ready has been called.
+  // Runs the loop until everything that is ready has been handled.
   void runUntilIdle() {
     stopWhenIdle();
     EXPECT_EQ(loop_.run(), C_RESULT_OK);
@@ -32,7 +32,7 @@ class EventLoopTest : public LoopFixture {
   Handler count_{[this](short, int) { calls_++; }};
 };
 
-TEST_F(EventLoopTest, HandlerGetsReadinessAndDescriptor) {
+TEST_F(EventLoopTest, HandlerReceivesReadinessAndDescriptor) {
   std::vector<int> got;
   Handler handler([&](short events, int value) {
     got = {events, value};
@@ -44,7 +44,7 @@ TEST_F(EventLoopTest, HandlerGetsReadinessAndDescriptor) {
   EXPECT_EQ(got, (std::vector<int>{C_LOOP_READ, pipe_.reading()}));
 }
 
-TEST_F(EventLoopTest, HandlerGetsRoomToWrite) {
+TEST_F(EventLoopTest, WritableDescriptorIsReported) {
   short got = 0;
   Handler handler([&](short events, int) { got = events; });
   loop_.addFd(pipe_.writing(), C_LOOP_WRITE | C_LOOP_EDGE, &handler);
@@ -65,14 +65,14 @@ TEST_F(EventLoopTest, WatchPersists) {
   EXPECT_GE(calls_, 2);
 }
 
-TEST_F(EventLoopTest, PersistingWatchMayBeAskedForByName) {
+TEST_F(EventLoopTest, PersistentWatchMayBeNamed) {
   pipe_.put();
   EXPECT_EQ(loop_.addFd(pipe_.reading(), C_LOOP_READ | C_LOOP_PERSIST, &count_), C_RESULT_OK);
   runUntilIdle();
   EXPECT_GE(calls_, 2);
 }
 
-TEST_F(EventLoopTest, OnceIsOnce) {
+TEST_F(EventLoopTest, OneShotWatchIsCalledOnce) {
   pipe_.put();
   EXPECT_EQ(loop_.addFd(pipe_.reading(), C_LOOP_READ | C_LOOP_ONCE, &count_), C_RESULT_OK);
   runUntilIdle();
@@ -80,7 +80,7 @@ TEST_F(EventLoopTest, OnceIsOnce) {
   EXPECT_EQ(loop_.delFd(pipe_.reading()), C_RESULT_NOT_FOUND);
 }
 
-TEST_F(EventLoopTest, EdgeIsCalledOnceForOneChange) {
+TEST_F(EventLoopTest, EdgeTriggeredWatchIsCalledOncePerChange) {
   pipe_.put();
   EXPECT_EQ(loop_.addFd(pipe_.reading(), C_LOOP_READ | C_LOOP_EDGE, &count_), C_RESULT_OK);
   runUntilIdle();
@@ -121,7 +121,7 @@ TEST_F(EventLoopTest, HandlerMayDeleteItsOwnWatch) {
   EXPECT_EQ(calls_, 1);
 }
 
-TEST_F(EventLoopTest, HandlerMayWatchItsOwnDescriptorAnew) {
+TEST_F(EventLoopTest, HandlerMayReplaceItsOwnWatch) {
   Handler handler([this](short, int fd) { loop_.addFd(fd, C_LOOP_READ | C_LOOP_ONCE, &count_); });
   pipe_.put();
   loop_.addFd(pipe_.reading(), C_LOOP_READ, &handler);
@@ -129,8 +129,8 @@ TEST_F(EventLoopTest, HandlerMayWatchItsOwnDescriptorAnew) {
   EXPECT_EQ(calls_, 1);
 }
 
-// Both are ready at the same time, and whichever is called first deletes the other one.
-TEST_F(EventLoopTest, WatchThatIsDeletedMeanwhileIsNotCalled) {
+// Both are ready at the same time. The one that is called first deletes the other.
+TEST_F(EventLoopTest, WatchDeletedByAnotherHandlerIsNotCalled) {
   Pipe other;
   Handler handler([&](short, int fd) {
     calls_++;
@@ -159,7 +159,7 @@ TEST_F(EventLoopTest, HandlerMayAddAWatch) {
   EXPECT_EQ(calls_, 1);
 }
 
-TEST_F(EventLoopTest, BadMaskIsRefused) {
+TEST_F(EventLoopTest, InvalidMaskIsRefused) {
   const int bad[] = {0,    C_LOOP_PERSIST,      C_LOOP_EDGE, 1,
                      0x08, C_LOOP_READ | 0x200, -1,          C_LOOP_READ | C_LOOP_PERSIST | C_LOOP_ONCE};
   for (const int mask : bad) EXPECT_EQ(loop_.addFd(pipe_.reading(), mask, &count_), C_RESULT_PARAM) << mask;
@@ -170,13 +170,13 @@ TEST_F(EventLoopTest, NullHandlerAndNegativeDescriptorAreRefused) {
   EXPECT_EQ(loop_.addFd(-1, C_LOOP_READ, &count_), C_RESULT_PARAM);
 }
 
-TEST_F(EventLoopTest, BadMaskLeavesTheWatchAsItIs) {
+TEST_F(EventLoopTest, InvalidMaskLeavesTheWatchUnchanged) {
   loop_.addFd(pipe_.reading(), C_LOOP_READ, &count_);
   loop_.addFd(pipe_.reading(), 0, &count_);
   EXPECT_EQ(loop_.delFd(pipe_.reading()), C_RESULT_OK);
 }
 
-TEST_F(EventLoopTest, RegularFileIsRefusedAndTheReasonLogged) {
+TEST_F(EventLoopTest, RegularFileIsRefusedWithALogRecord) {
   const TemporaryFolder folder;
   const int fd = open(folder.write("file", "").c_str(), O_RDONLY | O_CLOEXEC);
   EXPECT_EQ(loop_.addFd(fd, C_LOOP_READ, &count_), C_RESULT_SYSTEM_CALL);
@@ -218,7 +218,7 @@ TEST_F(EventLoopTest, SignalsAreCaughtOnlyWhileRunning) {
   EXPECT_EQ(after.sa_handler, SIG_DFL);
 }
 
-TEST_F(EventLoopTest, StoppedIsCalledBeforeRunReturns) {
+TEST_F(EventLoopTest, StopCallbackIsCalledBeforeRunReturns) {
   bool stopped = false;
   loop_.callWhenStopped([&] { stopped = true; });
   callInside([this, &stopped] {
@@ -229,7 +229,7 @@ TEST_F(EventLoopTest, StoppedIsCalledBeforeRunReturns) {
   EXPECT_TRUE(stopped);
 }
 
-TEST_F(EventLoopTest, SecondSignalDoesNotBreakOffTheStop) {
+TEST_F(EventLoopTest, SecondSignalDoesNotInterruptTheStop) {
   bool stopped = false;
   loop_.callWhenStopped([&] {
     raise(SIGTERM);
@@ -258,7 +258,7 @@ TEST_F(EventLoopTest, LoopMayRunAgain) {
   EXPECT_EQ(calls_, 1);
 }
 
-TEST_F(EventLoopTest, SignalToAForkedProcessEndsThatAlone) {
+TEST_F(EventLoopTest, SignalToAForkedProcessEndsOnlyThatProcess) {
   int status = 0;
   callInside([&] {
     const pid_t child = fork();
@@ -277,22 +277,21 @@ TEST_F(EventLoopTest, SignalToAForkedProcessEndsThatAlone) {
   EXPECT_EQ(calls_, 1);
 }
 
-TEST(EventLoopHeartbeatTest, SlowHandlerIsReportedWithItsDescriptor) {
-  static Heartbeat::TimePoint now;
-  RecordingLog log;
-  Heartbeat heartbeat(log, std::chrono::milliseconds(10), [] { return now; });
-  EventBase base(log);
-  Registry registry(heartbeat);
-  EventLoop loop(base, registry);
+class EventLoopHeartbeatTest : public LoopFixture {
+ protected:
+  EventLoopHeartbeatTest() : LoopFixture(Clock::Kind::kVirtual, std::chrono::milliseconds(10)) {}
+};
+
+TEST_F(EventLoopHeartbeatTest, SlowHandlerIsReportedWithItsDescriptor) {
   const Pipe pipe;
   Handler slow([&](short, int) {
-    now += std::chrono::milliseconds(25);
-    loop.stop();
+    CallTime::pass(std::chrono::milliseconds(25));
+    loop_.stop();
   });
   pipe.put();
-  loop.addFd(pipe.reading(), C_LOOP_READ, &slow);
-  loop.run();
-  EXPECT_EQ(log.records,
+  loop_.addFd(pipe.reading(), C_LOOP_READ, &slow);
+  loop_.run();
+  EXPECT_EQ(log_.records,
             std::vector<std::string>{"4 heartbeat: the callback host::Handler of fd " +
                                      std::to_string(pipe.reading()) + " held the loop for 25 ms"});
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A module that observes an event and has no function to undo it in. When it is released, it prints what the
-// context answers.
+// A module that observes an event and has no unload function to unregister in. When it is released, it prints
+// the result of a call to the context.
 #include <stddef.h>
 #include <stdio.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A module that observes two events and undoes only one of them.
+// A module that observes two events and unregisters only one observer.
 #include <stddef.h>
 
 #include "include_c"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A module that writes each of its steps to the log. Compiled with its MODULE_NAME and its START_ANSWER.
+// A module that logs each of its steps. The build defines MODULE_NAME and START_ANSWER.
 #include <stddef.h>
 
 #include "cpp2c_host.h"

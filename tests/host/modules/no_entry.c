@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A library that is no module library.
+// A library without the entry point of a module.
 #include "include_c"
 
 CPP2C_API int somethingElse(void);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A module library that yields no module.
+// A module library whose entry point returns no module.
 #include <stddef.h>
 
 #include "include_c"

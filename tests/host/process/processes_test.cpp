@@ -2,6 +2,7 @@
 #include "host/process/processes.h"
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
@@ -11,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "include_c"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/printed_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -22,22 +23,22 @@ using Records = std::vector<std::string>;
 
 class ProcessesTest : public testing::Test {
  protected:
-  RecordingLog log_;
+  MemoryLog log_;
   Processes processes_{log_};
 };
 
-TEST_F(ProcessesTest, ExitStatusIsGiven) {
+TEST_F(ProcessesTest, ExitStatusIsReturned) {
   EXPECT_EQ(processes_.run("true"), 0);
   EXPECT_EQ(processes_.run("exit 42"), 42);
   EXPECT_EQ(processes_.runLogged("exit 42"), 42);
 }
 
-TEST_F(ProcessesTest, CommandThatIsNotFoundGivesTheShellsStatus) {
+TEST_F(ProcessesTest, MissingCommandGivesTheStatusOfTheShell) {
   PrintedText printed;
   EXPECT_EQ(processes_.run("no-such-command"), 127);
 }
 
-TEST_F(ProcessesTest, SignalIsAddedToItsBase) {
+TEST_F(ProcessesTest, SignalIsReportedLikeAShellDoes) {
   EXPECT_EQ(processes_.run("kill -TERM $$"), 128 + SIGTERM);
   EXPECT_EQ(processes_.runLogged("kill -KILL $$"), 128 + SIGKILL);
 }
@@ -57,7 +58,7 @@ TEST_F(ProcessesTest, ShellReadsTheCommand) {
   EXPECT_EQ(folder.read("out"), "One\n");
 }
 
-TEST_F(ProcessesTest, WhatThisProgramPrintedComesFirst) {
+TEST_F(ProcessesTest, EarlierOutputOfTheProgramComesFirst) {
   PrintedText printed;
   std::printf("first ");
   processes_.run("printf second");
@@ -83,14 +84,14 @@ TEST_F(ProcessesTest, LongLineIsLoggedWhole) {
   EXPECT_EQ(log_.records, Records{"6 command: " + std::string(5000, '0')});
 }
 
-TEST_F(ProcessesTest, CommandThatCannotBeRunIsRefused) {
-  std::signal(SIGCHLD, SIG_IGN);  // the end of a command is then not told
+TEST_F(ProcessesTest, CommandWithUnknownStatusIsAnError) {
+  std::signal(SIGCHLD, SIG_IGN);  // the system then discards the status of a command
   EXPECT_EQ(processes_.run("true"), C_RESULT_SYSTEM_CALL);
   EXPECT_EQ(processes_.runLogged("true"), C_RESULT_SYSTEM_CALL);
   std::signal(SIGCHLD, SIG_DFL);
 }
 
-TEST_F(ProcessesTest, WithoutDescriptorsOutputCannotBeTaken) {
+TEST_F(ProcessesTest, OutputCannotBeReadWithoutDescriptors) {
   rlimit limit = {};
   ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
   const rlimit none = {0, limit.rlim_max};
@@ -100,15 +101,35 @@ TEST_F(ProcessesTest, WithoutDescriptorsOutputCannotBeTaken) {
   EXPECT_EQ(result, C_RESULT_SYSTEM_CALL);
 }
 
-// A handler without SA_RESTART breaks off whatever the process is waiting in.
-TEST_F(ProcessesTest, SignalMeanwhileDoesNotBreakOffACommand) {
-  struct sigaction interrupting = {};
-  struct sigaction before = {};
-  interrupting.sa_handler = [](int) {};
-  sigaction(SIGUSR1, &interrupting, &before);
-  EXPECT_EQ(processes_.run("kill -USR1 $PPID; kill -USR1 $PPID; exit 3"), 3);
-  EXPECT_EQ(processes_.runLogged("kill -USR1 $PPID; sleep 0.05; echo out; exit 4"), 4);
-  sigaction(SIGUSR1, &before, nullptr);
+// A handler without SA_RESTART interrupts the system call in which the process waits. The command sends the
+// signal once the process sleeps, and goes on once the handler has removed the file.
+class InterruptedProcessesTest : public ProcessesTest {
+ protected:
+  InterruptedProcessesTest() {
+    struct sigaction interrupting = {};
+    interrupting.sa_handler = [](int) { unlink(g_file.c_str()); };
+    sigaction(SIGUSR1, &interrupting, &before_);
+    g_file = folder_.write("file", "");
+  }
+  ~InterruptedProcessesTest() override { sigaction(SIGUSR1, &before_, nullptr); }
+
+  std::string interruptThen(const std::string& commands) const {
+    return "until grep -q '^State:.S' /proc/$PPID/status; do :; done; kill -USR1 $PPID; while test -e " +
+           folder_.file("file") + "; do :; done; " + commands;
+  }
+
+ private:
+  static inline std::string g_file;
+  TemporaryFolder folder_;
+  struct sigaction before_ = {};
+};
+
+TEST_F(InterruptedProcessesTest, SignalDoesNotInterruptTheWaitForACommand) {
+  EXPECT_EQ(processes_.run(interruptThen("exit 3").c_str()), 3);
+}
+
+TEST_F(InterruptedProcessesTest, SignalDoesNotInterruptTheReadingOfOutput) {
+  EXPECT_EQ(processes_.runLogged(interruptThen("echo out; exit 4").c_str()), 4);
   EXPECT_EQ(log_.records, Records{"6 command: out\n"});
 }
 

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "host/registration/call_history.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
@@ -18,10 +18,8 @@ using std::chrono::milliseconds;
 using std::chrono::system_clock;
 using Texts = std::vector<std::string>;
 
-Heartbeat::TimePoint g_now;
-
 int pass(int ms, int result = 0) {
-  g_now += milliseconds(ms);
+  CallTime::pass(milliseconds(ms));
   return result;
 }
 
@@ -38,12 +36,12 @@ class RegistryTest : public testing::Test {
   }
   const CallStatistics& first() const { return registry_.registrations().front()->statistics; }
 
-  RecordingLog log_;
-  Heartbeat heartbeat_{log_, milliseconds(100), [] { return g_now; }};
-  Registry registry_{heartbeat_, [] { return system_clock::time_point(milliseconds(77)); }};
+  Services services_{milliseconds(100), [] { return system_clock::time_point(milliseconds(77)); }};
+  MemoryLog& log_ = services_.log;
+  Registry& registry_ = services_.registry;
 };
 
-TEST_F(RegistryTest, KnowsWhatIsRegisteredInOrder) {
+TEST_F(RegistryTest, RegistrationsAreListedInOrder) {
   const RegistrationHandle a = registry_.add(RegistrationKind::kEvent, "link-up", kNobody);
   const RegistrationHandle b = registry_.add(RegistrationKind::kFd, "7", kNobody);
   EXPECT_EQ(keys(), (Texts{"event link-up", "fd 7"}));
@@ -60,7 +58,7 @@ TEST_F(RegistryTest, EveryKindHasAName) {
   EXPECT_EQ(names, (Texts{"fd", "timer", "event", "change", "provider", "module"}));
 }
 
-TEST_F(RegistryTest, RegistrationLeavesWithItsHandle) {
+TEST_F(RegistryTest, RegistrationEndsWithItsHandle) {
   { const RegistrationHandle gone = registry_.add(RegistrationKind::kFd, "1", kNobody); }
   EXPECT_EQ(keys(), Texts{});
 }
@@ -86,19 +84,19 @@ TEST_F(RegistryTest, CallIsCountedAndMeasured) {
   EXPECT_EQ(first().last_result, 5);
 }
 
-TEST_F(RegistryTest, TextIsNoResult) {
+TEST_F(RegistryTest, TextIsNotAResult) {
   const RegistrationHandle registration = registry_.add(RegistrationKind::kProvider, "A.", kNobody);
   EXPECT_EQ(registration.call([] { return std::string("answer"); }), "answer");
   EXPECT_EQ(first().count, 1U);
   EXPECT_EQ(first().last_result, std::nullopt);
 }
 
-TEST_F(RegistryTest, NobodysCallsAreMadeAllTheSame) {
+TEST_F(RegistryTest, CallsWithoutARegistrationAreMade) {
   EXPECT_EQ(RegistrationHandle().call([] { return 3; }), 3);
   EXPECT_EQ(registry_.statistics().count, 0U);
 }
 
-TEST_F(RegistryTest, CallInsideACallCountsOnceForTheWhole) {
+TEST_F(RegistryTest, NestedCallCountsOnceInTheTotal) {
   const RegistrationHandle outer = registry_.add(RegistrationKind::kFd, "1", kNobody);
   const RegistrationHandle inner = registry_.add(RegistrationKind::kEvent, "e", kNobody);
   outer.call([&] {
@@ -110,7 +108,7 @@ TEST_F(RegistryTest, CallInsideACallCountsOnceForTheWhole) {
   EXPECT_EQ(registry_.registrations()[1]->statistics.total, milliseconds(20));
 }
 
-TEST_F(RegistryTest, CallThatThrowsIsOver) {
+TEST_F(RegistryTest, CallThatThrowsIsNotCounted) {
   const RegistrationHandle registration = registry_.add(RegistrationKind::kEvent, "e", kNobody);
   EXPECT_THROW(registration.call([]() -> int { throw std::runtime_error("no answer"); }), std::runtime_error);
   registration.call([] { return pass(10); });
@@ -134,13 +132,13 @@ TEST_F(RegistryTest, SlowCallIsReportedWithKindAndKey) {
             Texts{"4 heartbeat: the callback nobody of change Device.Time. held the loop for 101 ms"});
 }
 
-TEST_F(RegistryTest, SlowModuleStepHoldsNoLoop) {
+TEST_F(RegistryTest, SlowModuleStepIsNotReported) {
   const RegistrationHandle registration = registry_.add(RegistrationKind::kModule, "m onLoad", kNobody);
   registration.call([] { return pass(1000); });
   EXPECT_EQ(log_.records, Texts{});
 }
 
-TEST_F(RegistryTest, EachAdditionAndEachCallIsTold) {
+TEST_F(RegistryTest, ListenersSeeEachAdditionAndEachCall) {
   Texts told;
   registry_.onAdded([&](const Registration& callback) { told.push_back("added " + callback.key); });
   registry_.onCalled([&](const Call& call) { told.push_back("called " + call.registration->key); });

@@ -24,7 +24,7 @@ namespace {
 using std::chrono::milliseconds;
 using Records = std::vector<std::string>;
 
-constexpr int kMade = 17;  // what a call answers that is made
+constexpr int kMade = 17;  // the result of a call that reaches the service
 
 const char kTree[] = R"({"objects": [{"number": 1, "name": "A.", "leaves": {
   "X": {"type": "int"}, "Y": {"type": "int"}, "Secret": {"type": "pwd"}}}]})";
@@ -49,7 +49,7 @@ class RefusingEvents final : public IEvent {
   int notify(std::string, std::string, int) override { return C_RESULT_PARAM; }
 };
 
-// A script that is played on a virtual clock.
+// Plays a script on a virtual clock.
 class ScriptPlayerTest : public LoopFixture {
  protected:
   void play(const std::string& steps) { play(steps, events_); }
@@ -60,7 +60,7 @@ class ScriptPlayerTest : public LoopFixture {
         ScriptPlayer::Services{clock_, deadlines_, log_, config_, events, [this] { loop_.stop(); }});
   }
 
-  // Runs the loop until so much time has passed, and everything has been done that was due by then.
+  // Runs the loop for this time and until everything that is due has been done.
   void runFor(int ms) {
     const Deadlines::Deadline end = deadlines_.in(milliseconds(ms));
     deadlines_.add(end, [this] { loop_.stop(); });
@@ -89,16 +89,16 @@ class ScriptPlayerTest : public LoopFixture {
     return text;
   }
 
-  Clock clock_{Clock::Kind::kVirtual};
+  Clock& clock_ = services_.clock;
+  Deadlines& deadlines_ = services_.deadlines;
   const Clock::TimePoint start_ = clock_.now();
-  Deadlines deadlines_{base_, clock_};
-  ConfigService config_{Tree(parseConfiguration(kTree, "config.json").objects), registry_};
-  EventService events_{"service", registry_};
+  ConfigService config_{Tree(parseConfiguration(kTree, "config.json").objects), services_.registry};
+  EventService events_{"service", services_.registry};
   Guard guard_;
   std::unique_ptr<ScriptPlayer> player_;
 };
 
-TEST_F(ScriptPlayerTest, WithoutStepsCallsAreJustMade) {
+TEST_F(ScriptPlayerTest, EmptyScriptChangesNothing) {
   play("");
   EXPECT_EQ(call(Operation::kSave), kMade);
   EXPECT_EQ(log_.records, Records());
@@ -114,14 +114,14 @@ TEST_F(ScriptPlayerTest, ValuesAreSetAtTheirTime) {
   EXPECT_EQ(log_.records, (Records{"6 script: sets A.X", "6 script: sets A.Y"}));
 }
 
-TEST_F(ScriptPlayerTest, ValueThatCannotBeSetIsAWarning) {
+TEST_F(ScriptPlayerTest, FailureToSetAValueIsAWarning) {
   play(R"({"atMs": 1, "set": {"A.None": 1, "A.X": "text"}})");
   runFor(1);
   EXPECT_EQ(log_.records, (Records{"6 script: sets A.None", "4 script: cannot set A.None: result -1019",
                                    "6 script: sets A.X", "4 script: cannot set A.X: result -1023"}));
 }
 
-TEST_F(ScriptPlayerTest, SecretValueIsSetAndNotTold) {
+TEST_F(ScriptPlayerTest, SecretValueIsNotLogged) {
   play(R"({"atMs": 1, "set": {"A.Secret": "sesame"}})");
   runFor(1);
   EXPECT_EQ(value("A.Secret"), "sesame");
@@ -138,7 +138,7 @@ TEST_F(ScriptPlayerTest, EventReachesItsObserversAtItsTime) {
   EXPECT_EQ(log_.records, Records{"6 script: sends event link-up"});
 }
 
-TEST_F(ScriptPlayerTest, EventThatCannotBeSentIsAWarning) {
+TEST_F(ScriptPlayerTest, FailureToSendAnEventIsAWarning) {
   RefusingEvents refusing;
   play(R"({"atMs": 1, "event": "link-up"})", refusing);
   runFor(1);
@@ -146,26 +146,26 @@ TEST_F(ScriptPlayerTest, EventThatCannotBeSentIsAWarning) {
             (Records{"6 script: sends event link-up", "4 script: cannot send event link-up: result -1023"}));
 }
 
-TEST_F(ScriptPlayerTest, StepsAtOneTimeAreDoneInTheirOrder) {
+TEST_F(ScriptPlayerTest, StepsOfEqualTimesAreDoneInOrder) {
   play(R"({"atMs": 1, "set": {"A.X": 2}}, {"atMs": 1, "set": {"A.X": 1}})");
   runFor(1);
   EXPECT_EQ(value("A.X"), "1");
 }
 
-TEST_F(ScriptPlayerTest, AnswerIsGivenAtItsCallOnly) {
+TEST_F(ScriptPlayerTest, AnswerIsGivenForItsCallOnly) {
   play(R"({"call": "setValue", "nth": 2, "answer": -1018})");
   EXPECT_EQ(call(Operation::kSetValue, 3), (std::vector<int>{kMade, -1018, kMade}));
   EXPECT_EQ(log_.records, Records{"6 script: setValue, call 2: answers -1018"});
 }
 
-TEST_F(ScriptPlayerTest, AnswerIsGivenAsManyTimesAsAskedFor) {
+TEST_F(ScriptPlayerTest, AnswerIsRepeated) {
   play(R"({"call": "save", "nth": 2, "times": 2, "answer": 0})");
   EXPECT_EQ(call(Operation::kSave, 4), (std::vector<int>{kMade, 0, 0, kMade}));
   EXPECT_EQ(log_.records,
             (Records{"6 script: save, call 2: answers 0", "6 script: save, call 3: answers 0"}));
 }
 
-TEST_F(ScriptPlayerTest, EachOperationIsCountedForItself) {
+TEST_F(ScriptPlayerTest, OperationsAreCountedSeparately) {
   play(R"({"call": "registObserver", "nth": 2, "answer": -1})");
   call(Operation::kSave);
   call(Operation::kRegistEventObserver);
@@ -181,12 +181,12 @@ TEST_F(ScriptPlayerTest, ObjectIsAnsweredAsNull) {
   EXPECT_EQ(log_.records, Records{"6 script: getNode, call 1: answers null"});
 }
 
-TEST_F(ScriptPlayerTest, FirstAnswerForACallDecides) {
+TEST_F(ScriptPlayerTest, FirstAnswerForACallWins) {
   play(R"({"call": "save", "nth": 1, "times": 9, "answer": -1}, {"call": "save", "nth": 1, "answer": -2})");
   EXPECT_EQ(call(Operation::kSave), -1);
 }
 
-TEST_F(ScriptPlayerTest, ValueIsSetBeforeTheCallThatIsNamed) {
+TEST_F(ScriptPlayerTest, ValueIsSetBeforeItsCall) {
   play(R"({"call": "getNode", "nth": 2, "set": {"A.X": 5}})");
   std::vector<std::string> values;
   for (int i = 0; i < 3; i++) {
@@ -198,7 +198,7 @@ TEST_F(ScriptPlayerTest, ValueIsSetBeforeTheCallThatIsNamed) {
   EXPECT_EQ(values, (std::vector<std::string>{"0", "5", "5"}));
 }
 
-TEST_F(ScriptPlayerTest, UnavailableContextAnswersNothingForItsTime) {
+TEST_F(ScriptPlayerTest, UnavailableContextRefusesCallsForItsTime) {
   play(R"({"atMs": 100, "unavailable": {"forMs": 50}})");
   runFor(100);
   EXPECT_EQ(call(Operation::kSave), C_RESULT_NOT_INIT);
@@ -221,7 +221,7 @@ TEST_F(ScriptPlayerTest, UnavailableContextGivesNoServices) {
   EXPECT_EQ(guard_.enter(Operation::kGetLoop, [&] { return &service; }), &service);
 }
 
-TEST_F(ScriptPlayerTest, TimesOfUnavailabilityThatOverlapAreOne) {
+TEST_F(ScriptPlayerTest, OverlappingUnavailabilityIsMerged) {
   play(R"({"atMs": 10, "unavailable": {"forMs": 50}}, {"atMs": 20, "unavailable": {"forMs": 10}})");
   runFor(40);
   EXPECT_EQ(call(Operation::kSave), C_RESULT_NOT_INIT);
@@ -231,7 +231,7 @@ TEST_F(ScriptPlayerTest, TimesOfUnavailabilityThatOverlapAreOne) {
   EXPECT_EQ(log_.records.size(), 4U);
 }
 
-TEST_F(ScriptPlayerTest, CallThatBeginsUnavailabilityIsTheFirstOfItsCalls) {
+TEST_F(ScriptPlayerTest, CallThatStartsUnavailabilityCountsAsItsFirst) {
   play(R"({"call": "getCfm", "nth": 2, "unavailable": {"calls": 3}})");
   EXPECT_EQ(call(Operation::kSave, 2), (std::vector<int>{kMade, kMade}));
   EXPECT_EQ(call(Operation::kLoad), kMade);
@@ -248,7 +248,7 @@ TEST_F(ScriptPlayerTest, CallThatBeginsUnavailabilityIsTheFirstOfItsCalls) {
                "6 script: save, call 3: answers -1022", "6 script: getCfm, call 3: answers null"}));
 }
 
-TEST_F(ScriptPlayerTest, UnavailabilityGoesBeforeAnAnswer) {
+TEST_F(ScriptPlayerTest, UnavailabilityPrecedesAnAnswer) {
   play(R"({"call": "save", "nth": 1, "answer": 5}, {"call": "save", "nth": 1, "unavailable": {"calls": 1}})");
   EXPECT_EQ(call(Operation::kSave), C_RESULT_NOT_INIT);
 }
@@ -260,13 +260,13 @@ TEST_F(ScriptPlayerTest, LoopIsStoppedAtItsTime) {
   EXPECT_EQ(log_.records, Records{"6 script: stops the loop"});
 }
 
-TEST_F(ScriptPlayerTest, WhatIsDueWithTheStopIsDone) {
+TEST_F(ScriptPlayerTest, StepsDueAtTheTimeOfTheStopAreDone) {
   play(R"({"atMs": 1, "stop": true}, {"atMs": 1, "set": {"A.X": 5}})");
   loop_.run();
   EXPECT_EQ(value("A.X"), "5");
 }
 
-TEST_F(ScriptPlayerTest, LoopThatIsNotRunningYetIsStoppedAsSoonAsItRuns) {
+TEST_F(ScriptPlayerTest, LoopStoppedBeforeItRunsStopsAtOnce) {
   play(R"({"call": "load", "nth": 1, "stop": true})");
   EXPECT_EQ(call(Operation::kLoad), kMade);
   EXPECT_EQ(loop_.run(), C_RESULT_OK);

@@ -36,7 +36,7 @@ std::string refusal(const std::string& text) {
   return "-1023 script.json" + text;
 }
 
-TEST(ScriptTest, ListWithoutStepsIsAScript) {
+TEST(ScriptTest, ScriptMayHaveNoSteps) {
   EXPECT_TRUE(parseScript(steps(""), "script.json").empty());
 }
 
@@ -47,36 +47,36 @@ TEST(ScriptTest, StepsKeepTheirOrder) {
   EXPECT_EQ(std::get<AtTime>(script[1].when).time, milliseconds(1));
 }
 
-TEST(ScriptTest, TimeIsTaken) {
+TEST(ScriptTest, TimeIsRead) {
   EXPECT_EQ(std::get<AtTime>(readOne(R"({"atMs": 0, "stop": true})").when).time, milliseconds(0));
   EXPECT_EQ(std::get<AtTime>(readOne(R"({"atMs": 2147483647, "stop": true})").when).time,
             milliseconds(2147483647));
 }
 
-TEST(ScriptTest, CallIsTaken) {
+TEST(ScriptTest, CallIsRead) {
   const auto when = std::get<AtCall>(readOne(R"({"call": "save", "nth": 3, "times": 5, "answer": 0})").when);
   EXPECT_EQ(when.operation, Operation::kSave);
   EXPECT_EQ(when.first, 3);
   EXPECT_EQ(when.times, 5);
 }
 
-TEST(ScriptTest, CallIsOneUnlessMoreAreAskedFor) {
+TEST(ScriptTest, CallIsAnsweredOnceByDefault) {
   EXPECT_EQ(std::get<AtCall>(readOne(R"({"call": "save", "nth": 3, "answer": 0})").when).times, 1);
 }
 
-TEST(ScriptTest, ValuesAreTakenAsTheConfigurationHasThem) {
+TEST(ScriptTest, ValuesAreReadAsInTheConfiguration) {
   const Step step = readOne(R"({"atMs": 1, "set": {"A.X": "text", "A.Y": -5, "A.Z": true}})");
   EXPECT_EQ(std::get<SetValues>(step.action).values,
             (std::map<std::string, std::string>{{"A.X", "text"}, {"A.Y", "-5"}, {"A.Z", "true"}}));
 }
 
-TEST(ScriptTest, EventIsTaken) {
+TEST(ScriptTest, EventIsRead) {
   const auto event = std::get<SendEvent>(readOne(R"({"atMs": 1, "event": "up", "data": "eth0"})").action);
   EXPECT_EQ(event.name, "up");
   EXPECT_EQ(event.data, "eth0");
 }
 
-TEST(ScriptTest, EventNeedsNoData) {
+TEST(ScriptTest, DataOfAnEventIsOptional) {
   EXPECT_EQ(std::get<SendEvent>(readOne(R"({"atMs": 1, "event": "up"})").action).data, "");
 }
 
@@ -86,18 +86,18 @@ TEST(ScriptTest, AnswerIsACodeOrNull) {
   EXPECT_TRUE(std::holds_alternative<Answer>(step.action));
 }
 
-TEST(ScriptTest, UnavailabilityIsTaken) {
+TEST(ScriptTest, UnavailabilityIsRead) {
   const Step timed = readOne(R"({"atMs": 1, "unavailable": {"forMs": 50}})");
   EXPECT_EQ(std::get<UnavailableFor>(timed.action).duration, milliseconds(50));
   const Step counted = readOne(R"({"call": "getCfm", "nth": 4, "unavailable": {"calls": 10}})");
   EXPECT_EQ(std::get<UnavailableCalls>(counted.action).number, 10);
 }
 
-TEST(ScriptTest, StopIsTaken) {
+TEST(ScriptTest, StopIsRead) {
   EXPECT_TRUE(std::holds_alternative<StopLoop>(readOne(R"({"call": "run", "nth": 1, "stop": true})").action));
 }
 
-TEST(ScriptTest, TextThatIsNotJsonIsRefused) {
+TEST(ScriptTest, InvalidJsonIsRefused) {
   EXPECT_EQ(mistakeIn("{\"steps\":\n  [,]}"), refusal(":2:4: not valid JSON"));
 }
 
@@ -130,7 +130,7 @@ TEST(ScriptTest, StepNeedsEitherATimeOrACall) {
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "call": "save", "nth": 1, "stop": true})"), needs);
 }
 
-TEST(ScriptTest, TimeMustBeANumberThatIsNotNegative) {
+TEST(ScriptTest, TimeMustBeANonNegativeNumber) {
   EXPECT_EQ(mistakeInStep(R"({"atMs": "1", "stop": true})"),
             refusal(": /steps/0/atMs: must be a 32-bit integer"));
   EXPECT_EQ(mistakeInStep(R"({"atMs": 2147483648, "stop": true})"),
@@ -147,7 +147,7 @@ TEST(ScriptTest, CallMustNameAnOperation) {
             refusal(": /steps/0/call: must be a string"));
 }
 
-TEST(ScriptTest, CallMustHaveItsNumber) {
+TEST(ScriptTest, CallNeedsItsNumber) {
   EXPECT_EQ(mistakeInStep(R"({"call": "save", "answer": 0})"), refusal(": /steps/0: \"nth\" is missing"));
   EXPECT_EQ(mistakeInStep(R"({"call": "save", "nth": 0, "answer": 0})"),
             refusal(": /steps/0/nth: must be 1 or more"));
@@ -155,7 +155,7 @@ TEST(ScriptTest, CallMustHaveItsNumber) {
             refusal(": /steps/0/times: must be 1 or more"));
 }
 
-TEST(ScriptTest, WhatBelongsToACallIsRefusedAtATime) {
+TEST(ScriptTest, KeysOfACallAreRefusedAtATime) {
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "nth": 1, "stop": true})"),
             refusal(": /steps/0/nth: is only for a step with \"call\""));
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "times": 1, "stop": true})"),
@@ -164,26 +164,26 @@ TEST(ScriptTest, WhatBelongsToACallIsRefusedAtATime) {
             refusal(": /steps/0/answer: is only for a step with \"call\""));
 }
 
-TEST(ScriptTest, StepDoesOneThing) {
+TEST(ScriptTest, StepMustDoOneThing) {
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1})"),
             refusal(": /steps/0: needs one of \"set\", \"event\", \"answer\", \"unavailable\" and \"stop\""));
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "event": "up", "stop": true})"),
             refusal(": /steps/0/stop: a step can have only one action"));
 }
 
-TEST(ScriptTest, DataBelongsToAnEvent) {
+TEST(ScriptTest, DataWithoutAnEventIsRefused) {
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "stop": true, "data": "x"})"),
             refusal(": /steps/0/data: is only for a step with \"event\""));
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "event": "up", "data": 1})"),
             refusal(": /steps/0/data: must be a string"));
 }
 
-TEST(ScriptTest, NullIsNoAnswerOfAnOperationThatAnswersACode) {
+TEST(ScriptTest, OperationWithACodeCannotAnswerNull) {
   EXPECT_EQ(mistakeInStep(R"({"call": "setValue", "nth": 1, "answer": null})"),
             refusal(": /steps/0/answer: setValue cannot answer null"));
 }
 
-TEST(ScriptTest, CodeIsNoAnswerOfAnOperationThatAnswersAnObject) {
+TEST(ScriptTest, OperationWithAnObjectCanOnlyAnswerNull) {
   EXPECT_EQ(mistakeInStep(R"({"call": "getNode", "nth": 1, "answer": 0})"),
             refusal(": /steps/0/answer: getNode can only answer null"));
 }
@@ -193,13 +193,13 @@ TEST(ScriptTest, CodeMustBeANumber) {
             refusal(": /steps/0/answer: must be a 32-bit integer"));
 }
 
-TEST(ScriptTest, ValuesMustBeValues) {
+TEST(ScriptTest, SetNeedsAnObjectOfValues) {
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "set": ["A.X"]})"), refusal(": /steps/0/set: must be an object"));
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "set": {"A.X": null}})"),
             refusal(": /steps/0/set/A.X: must be a string, an integer, true or false"));
 }
 
-TEST(ScriptTest, UnavailabilityMustHaveOneMeasure) {
+TEST(ScriptTest, UnavailabilityNeedsEitherATimeOrCalls) {
   const std::string needs = refusal(": /steps/0/unavailable: needs either \"forMs\" or \"calls\"");
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "unavailable": {}})"), needs);
   EXPECT_EQ(mistakeInStep(R"({"atMs": 1, "unavailable": {"forMs": 1, "calls": 1}})"), needs);

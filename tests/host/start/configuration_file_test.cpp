@@ -54,7 +54,7 @@ TEST(ConfigurationTest, EmptyObjectIsAConfiguration) {
   EXPECT_EQ(configuration.heartbeat_limit, std::chrono::milliseconds(1000));
 }
 
-TEST(ConfigurationTest, HeartbeatLimitIsTaken) {
+TEST(ConfigurationTest, HeartbeatLimitIsRead) {
   EXPECT_EQ(parse(R"({"heartbeat": {"limitMs": 20}})").heartbeat_limit, std::chrono::milliseconds(20));
 }
 
@@ -62,7 +62,7 @@ TEST(ConfigurationTest, ModulesKeepTheirOrder) {
   EXPECT_EQ(parse(R"({"modules": ["b.so", "a.so"]})").modules, (std::vector<std::string>{"b.so", "a.so"}));
 }
 
-TEST(ConfigurationTest, ObjectIsTaken) {
+TEST(ConfigurationTest, ObjectIsRead) {
   const Object object =
       parse(objects(R"({"number": -7, "name": "A.B.", "attribute": 3, "dynamic": true})")).objects.at(0);
   EXPECT_EQ(object.number, -7);
@@ -79,7 +79,7 @@ TEST(ConfigurationTest, PlainObjectIsItsOwnInstance) {
   EXPECT_FALSE(object.dynamic);
 }
 
-TEST(ConfigurationTest, DynamicObjectHasNoInstancesUnlessTheyAreNamed) {
+TEST(ConfigurationTest, DynamicObjectStartsWithoutInstances) {
   EXPECT_TRUE(
       parse(objects(R"({"number": 1, "name": "A.", "dynamic": true})")).objects.at(0).instances.empty());
 }
@@ -104,7 +104,7 @@ TEST(ConfigurationTest, LeafHasItsTypeAndKind) {
   EXPECT_FALSE(parse(leaf(R"({"type": "uint"})")).objects.at(0).leaves.at("X").computed);
 }
 
-TEST(ConfigurationTest, DefaultMayBeTextWholeNumberOrFlag) {
+TEST(ConfigurationTest, DefaultMayBeStringIntegerOrBoolean) {
   EXPECT_EQ(defaultOf(R"({"type": "uint", "default": "007"})"), "007");
   EXPECT_EQ(defaultOf(R"({"type": "uint", "default": 1500})"), "1500");
   EXPECT_EQ(defaultOf(R"({"type": "int", "default": -5})"), "-5");
@@ -139,23 +139,23 @@ TEST(ConfigurationTest, FolderIsRefused) {
             "-1021 " + folder.path() + ": cannot be read: Is a directory");
 }
 
-TEST(ConfigurationTest, TextThatIsNotJsonIsRefusedWithLineAndColumn) {
+TEST(ConfigurationTest, InvalidJsonIsRefusedWithLineAndColumn) {
   EXPECT_EQ(mistakeIn("{\n  \"objects\": oops\n}"), refusal(":2:14: not valid JSON"));
   EXPECT_EQ(mistakeIn("{\"a\" 1}"), refusal(":1:6: not valid JSON"));
   EXPECT_EQ(mistakeIn("{} x"), refusal(":1:4: not valid JSON"));
   EXPECT_EQ(mistakeIn("\n\n}"), refusal(":3:1: not valid JSON"));
 }
 
-TEST(ConfigurationTest, EndThatComesTooSoonIsRefusedThere) {
+TEST(ConfigurationTest, TruncatedJsonIsRefusedAtItsEnd) {
   EXPECT_EQ(mistakeIn(""), refusal(":1:1: not valid JSON"));
   EXPECT_EQ(mistakeIn("{\n"), refusal(":2:1: not valid JSON"));
 }
 
-TEST(ConfigurationTest, NumberWithoutEndIsRefusedThere) {
+TEST(ConfigurationTest, NumberOutOfRangeIsRefusedAtItsEnd) {
   EXPECT_EQ(mistakeIn("[1e999]"), refusal(":1:6: not valid JSON"));
 }
 
-TEST(ConfigurationTest, MistakeInJsonDoesNotShowWhatWasRead) {
+TEST(ConfigurationTest, JsonErrorDoesNotQuoteTheText) {
   EXPECT_EQ(mistakeIn("{\"default\": \"secret\n\"}").find("secret"), std::string::npos);
 }
 
@@ -164,7 +164,7 @@ TEST(ConfigurationTest, DeepNestingIsRefused) {
             refusal(": /0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0: nested more than 16 deep"));
 }
 
-TEST(ConfigurationTest, ListInPlaceOfTheWholeIsRefused) {
+TEST(ConfigurationTest, ArrayInPlaceOfTheConfigurationIsRefused) {
   EXPECT_EQ(mistakeIn("[]"), refusal(": must be an object"));
 }
 
@@ -177,7 +177,7 @@ TEST(ConfigurationTest, UnknownKeyIsRefusedAnywhere) {
             refusal(": /objects/0/leaves/X/colour: unknown key"));
 }
 
-TEST(ConfigurationTest, KeyThatStandsTwiceIsRefused) {
+TEST(ConfigurationTest, DuplicateKeyIsRefused) {
   EXPECT_EQ(mistakeIn(R"({"modules": [], "modules": []})"), refusal(": /modules: duplicate key"));
   EXPECT_EQ(mistakeIn(objects(R"({"number": 1, "name": "A."}, {"number": 2, "name": "B.", "number": 3})")),
             refusal(": /objects/1/number: duplicate key"));
@@ -185,11 +185,11 @@ TEST(ConfigurationTest, KeyThatStandsTwiceIsRefused) {
             refusal(": /objects/0/instances/A.a.: duplicate key"));
 }
 
-TEST(ConfigurationTest, SlashInAKeyIsEscapedInItsPlace) {
+TEST(ConfigurationTest, SlashInAKeyIsEscapedInAPath) {
   EXPECT_EQ(mistakeIn(R"({"a/b~c": 1})"), refusal(": /a~1b~0c: unknown key"));
 }
 
-TEST(ConfigurationTest, WrongKindOfValueIsRefused) {
+TEST(ConfigurationTest, ValueOfAnotherJsonTypeIsRefused) {
   EXPECT_EQ(mistakeIn(R"({"objects": {}})"), refusal(": /objects: must be an array"));
   EXPECT_EQ(mistakeIn(R"({"objects": [1]})"), refusal(": /objects/0: must be an object"));
   EXPECT_EQ(mistakeIn(R"({"modules": [null]})"), refusal(": /modules/0: must be a string"));
@@ -202,7 +202,7 @@ TEST(ConfigurationTest, WrongKindOfValueIsRefused) {
             refusal(": /objects/0/leaves/X/default: must be a string, an integer, true or false"));
 }
 
-TEST(ConfigurationTest, NumberBeyondThirtyTwoBitsIsRefused) {
+TEST(ConfigurationTest, NumberBeyond32BitsIsRefused) {
   const std::string message = refusal(": /objects/0/number: must be a 32-bit integer");
   EXPECT_EQ(mistakeIn(objects(R"({"number": 2147483648, "name": "A."})")), message);
   EXPECT_EQ(mistakeIn(objects(R"({"number": -2147483649, "name": "A."})")), message);
@@ -225,17 +225,17 @@ TEST(ConfigurationTest, HeartbeatLimitBelowOneIsRefused) {
             refusal(": /heartbeat/limitMs: must be 1 or more"));
 }
 
-TEST(ConfigurationTest, SecondObjectOfOneNumberIsRefused) {
+TEST(ConfigurationTest, DuplicateObjectNumberIsRefused) {
   EXPECT_EQ(mistakeIn(objects(R"({"number": 5, "name": "A."}, {"number": 5, "name": "B."})")),
             refusal(": /objects/1/number: 5 is the number of another object"));
 }
 
-TEST(ConfigurationTest, SecondObjectOfOneNameIsRefused) {
+TEST(ConfigurationTest, DuplicateObjectNameIsRefused) {
   EXPECT_EQ(mistakeIn(objects(R"({"number": 5, "name": "A."}, {"number": 6, "name": "A."})")),
             refusal(": /objects/1/name: \"A.\" is the name of another object"));
 }
 
-TEST(ConfigurationTest, BadNameOfAnObjectIsRefused) {
+TEST(ConfigurationTest, InvalidObjectNameIsRefused) {
   for (const std::string name : {"", ".", "A", "A..", ".A.", "A B.", "A.\\n."}) {
     const std::string mistake = mistakeIn(objects(R"({"number": 1, "name": ")" + name + "\"}"));
     EXPECT_NE(mistake.find("is not a valid object name; expected \"NAME.\" or \"NAME.NAME.\""),
@@ -244,7 +244,7 @@ TEST(ConfigurationTest, BadNameOfAnObjectIsRefused) {
   }
 }
 
-TEST(ConfigurationTest, BadNameOfALeafIsRefused) {
+TEST(ConfigurationTest, InvalidLeafNameIsRefused) {
   EXPECT_EQ(mistakeIn(objects(R"({"number": 1, "name": "A.", "leaves": {"X.Y": {"type": "str"}}})")),
             refusal(": /objects/0/leaves/X.Y: not a valid leaf name"));
 }
@@ -255,19 +255,19 @@ TEST(ConfigurationTest, UnknownTypeIsRefused) {
                     "ipaddr, macaddr, pwd, base64, datetime"));
 }
 
-TEST(ConfigurationTest, DefaultThatDoesNotFitItsTypeIsRefused) {
+TEST(ConfigurationTest, InvalidDefaultIsRefused) {
   EXPECT_EQ(mistakeInLeaf(R"({"type": "uint", "default": "abc"})"),
             refusal(": /objects/0/leaves/X/default: \"abc\" is not a uint"));
   EXPECT_EQ(mistakeInLeaf(R"({"type": "ipaddr", "default": 1})"),
             refusal(": /objects/0/leaves/X/default: \"1\" is not an ipaddr"));
 }
 
-TEST(ConfigurationTest, BadPasswordIsNotShown) {
+TEST(ConfigurationTest, InvalidPasswordIsNotShown) {
   EXPECT_EQ(mistakeInLeaf(R"({"type": "pwd", "default": "secret\u0000"})"),
             refusal(": /objects/0/leaves/X/default: the value is not a pwd"));
 }
 
-TEST(ConfigurationTest, InstanceUnderAnotherNameThanTheObjectsIsRefused) {
+TEST(ConfigurationTest, InvalidInstanceNameIsRefused) {
   EXPECT_EQ(mistakeInInstances(R"({"B.a.": {}})"),
             refusal(": /objects/0/instances/B.a.: not a valid instance name; expected \"A.NAME.\""));
   EXPECT_EQ(mistakeInInstances(R"({"A.a.b.": {}})"),
@@ -283,7 +283,7 @@ TEST(ConfigurationTest, ValueOfAnUnknownLeafIsRefused) {
             refusal(": /objects/0/instances/A.a./Y: unknown leaf"));
 }
 
-TEST(ConfigurationTest, ValueOfAnInstanceThatDoesNotFitItsTypeIsRefused) {
+TEST(ConfigurationTest, InvalidValueOfAnInstanceIsRefused) {
   EXPECT_EQ(mistakeInInstances(R"({"A.a.": {"X": true}})"),
             refusal(": /objects/0/instances/A.a./X: \"true\" is not a uint"));
 }

@@ -29,7 +29,7 @@ std::string refusal(const std::string& text) {
   return "-1023 " + std::string(program_invocation_short_name) + ": " + text;
 }
 
-TEST(OptionsTest, WithoutArgumentsEverythingHasItsDefault) {
+TEST(OptionsTest, OptionsHaveDefaults) {
   const Options options = readOptions(0, nullptr);
   EXPECT_EQ(options.config, "");
   EXPECT_EQ(options.state, "");
@@ -41,16 +41,16 @@ TEST(OptionsTest, WithoutArgumentsEverythingHasItsDefault) {
   EXPECT_EQ(options.script, "");
 }
 
-TEST(OptionsTest, CountWithoutArgumentsIsNoArguments) {
+TEST(OptionsTest, CountWithoutArgumentsIsIgnored) {
   EXPECT_EQ(readOptions(3, nullptr).config, "");
 }
 
-TEST(OptionsTest, NameOfTheProgramIsNoOption) {
+TEST(OptionsTest, NameOfTheProgramIsNotAnOption) {
   const char* arguments[] = {"--colour", nullptr};
   EXPECT_EQ(readOptions(1, arguments).config, "");
 }
 
-TEST(OptionsTest, EachOptionIsTaken) {
+TEST(OptionsTest, EachOptionIsRead) {
   const Options options = read({"--config", "c.json", "--state", "s.db", "--log-level", "error", "--log-file",
                                 "l.txt", "--debug", "--clock", "virtual", "--script", "s.json"});
   EXPECT_EQ(options.config, "c.json");
@@ -62,7 +62,7 @@ TEST(OptionsTest, EachOptionIsTaken) {
   EXPECT_EQ(options.script, "s.json");
 }
 
-TEST(OptionsTest, ModulesAddUpInTheirOrder) {
+TEST(OptionsTest, ModulesAccumulateInOrder) {
   const Options options = read({"--module", "b.so", "--module", "a.so"});
   EXPECT_EQ(options.modules, (std::vector<std::string>{"b.so", "a.so"}));
 }
@@ -76,7 +76,7 @@ TEST(OptionsTest, EveryLevelHasItsName) {
   EXPECT_EQ(read({"--log-level", "debug"}).log_level, C_LOG_DEBUG);
 }
 
-TEST(OptionsTest, WhatStandsBehindTwoDashesIsTheProgramsOwn) {
+TEST(OptionsTest, ArgumentsAfterTwoDashesAreIgnored) {
   EXPECT_EQ(read({"--debug", "--", "--colour", "red"}).debug, true);
 }
 
@@ -84,11 +84,11 @@ TEST(OptionsTest, UnknownOptionIsRefused) {
   EXPECT_EQ(mistakeIn({"--debug", "--colour"}), refusal("unknown option \"--colour\""));
 }
 
-TEST(OptionsTest, ArgumentThatIsNoOptionIsRefused) {
+TEST(OptionsTest, ArgumentThatIsNotAnOptionIsRefused) {
   EXPECT_EQ(mistakeIn({"config.json"}), refusal("unknown option \"config.json\""));
 }
 
-TEST(OptionsTest, AbbreviationIsRefused) {
+TEST(OptionsTest, AbbreviatedOptionIsRefused) {
   EXPECT_EQ(mistakeIn({"--conf", "c.json"}), refusal("unknown option \"--conf\""));
 }
 
@@ -102,13 +102,13 @@ TEST(OptionsTest, MissingArgumentIsRefused) {
   EXPECT_EQ(mistakeIn({"--clock"}), refusal("the option \"--clock\" needs an argument"));
 }
 
-// As from a shell's variable that is not set: nobody means to save nothing by it.
-TEST(OptionsTest, EmptyArgumentIsAMissingOne) {
+// A shell variable that is not set yields an empty argument, which is never meant as "no state file".
+TEST(OptionsTest, EmptyArgumentIsRefused) {
   EXPECT_EQ(mistakeIn({"--state", ""}), refusal("the option \"--state\" needs an argument"));
   EXPECT_EQ(mistakeIn({"--config", "", "--debug"}), refusal("the option \"--config\" needs an argument"));
 }
 
-TEST(OptionsTest, RealClockMayBeAskedForByName) {
+TEST(OptionsTest, RealClockMayBeNamed) {
   EXPECT_EQ(read({"--clock", "virtual", "--clock", "real"}).clock, Clock::Kind::kReal);
 }
 
@@ -116,7 +116,7 @@ TEST(OptionsTest, UnknownClockIsRefused) {
   EXPECT_EQ(mistakeIn({"--clock", "slow"}), refusal("unknown clock \"slow\"; known clocks: real, virtual"));
 }
 
-TEST(OptionsTest, BadLevelIsRefused) {
+TEST(OptionsTest, UnknownLevelIsRefused) {
   EXPECT_EQ(
       mistakeIn({"--log-level", "loud"}),
       refusal("unknown log level \"loud\"; known levels: critical, error, warning, notice, info, debug"));

@@ -6,7 +6,7 @@
 
 namespace host {
 
-// SQLite's own view of the connection that was opened last while this lives.
+// The SQLite connection that was opened last during the lifetime of this object.
 class OpenedConnection {
  public:
   OpenedConnection() { sqlite3_auto_extension(reinterpret_cast<void (*)()>(keep)); }

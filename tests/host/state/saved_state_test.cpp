@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What outlasts a process, and what of it a later configuration still takes.
+// State that is restored at the next start, also with a changed configuration.
 #include "host/state/state_file.h"
 
 #include <string>
@@ -11,7 +11,7 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 #include "tests/host/state/stateful_config.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -38,15 +38,15 @@ class SavedStateTest : public testing::Test {
   StatefulConfig start(const char* config = kConfig) { return {folder_.file("state.db"), config, log_}; }
 
   TemporaryFolder folder_;
-  RecordingLog log_;
+  MemoryLog log_;
 };
 
-TEST_F(SavedStateTest, WithoutASaveNothingOutlastsTheProcess) {
+TEST_F(SavedStateTest, UnsavedValueIsLost) {
   start().set("Time.Server", "other");
   EXPECT_EQ(start().valueOf("Time.Server"), "pool");
 }
 
-TEST_F(SavedStateTest, SavedValueLiesOverTheDefault) {
+TEST_F(SavedStateTest, SavedValueReplacesTheDefault) {
   {
     StatefulConfig config = start();
     EXPECT_EQ(config.set("Time.Server", "other"), C_RESULT_OK);
@@ -58,7 +58,7 @@ TEST_F(SavedStateTest, SavedValueLiesOverTheDefault) {
   EXPECT_TRUE(log_.records.empty());
 }
 
-TEST_F(SavedStateTest, LaterSaveTakesThePlaceOfAnEarlierOne) {
+TEST_F(SavedStateTest, LaterSaveReplacesAnEarlierOne) {
   {
     StatefulConfig config = start();
     for (const char* server : {"first", "second", "pool"}) {
@@ -71,7 +71,7 @@ TEST_F(SavedStateTest, LaterSaveTakesThePlaceOfAnEarlierOne) {
   EXPECT_EQ(start(changed_default).valueOf("Time.Server"), "pool");
 }
 
-TEST_F(SavedStateTest, ValueOfEveryKindOfTextComesBackAsItWas) {
+TEST_F(SavedStateTest, AnyTextIsRestored) {
   const std::string text = "\xc3\xa4 'quoted' \"twice\"\n%s; -- \x01";
   {
     StatefulConfig config = start();
@@ -114,7 +114,7 @@ TEST_F(SavedStateTest, AddedInstanceIsSavedWithItsValues) {
   EXPECT_EQ(config.valueOf("Link.eth1.Mtu"), "1500");
 }
 
-TEST_F(SavedStateTest, DeletedInstanceStaysDeletedThoughTheConfigurationListsIt) {
+TEST_F(SavedStateTest, DeletedInstanceStaysDeletedAlthoughConfigured) {
   {
     StatefulConfig config = start();
     config->deleteInstance("Link.lo.");
@@ -125,7 +125,7 @@ TEST_F(SavedStateTest, DeletedInstanceStaysDeletedThoughTheConfigurationListsIt)
   EXPECT_TRUE(log_.records.empty());
 }
 
-TEST_F(SavedStateTest, DeletedInstanceThatWasAddedAtRunTimeIsForgotten) {
+TEST_F(SavedStateTest, AddedAndDeletedInstanceIsNotSaved) {
   {
     StatefulConfig config = start();
     config->setValue("Link.eth0.Mtu", "9000", C_CFM_CREATE);
@@ -139,7 +139,7 @@ TEST_F(SavedStateTest, DeletedInstanceThatWasAddedAtRunTimeIsForgotten) {
   EXPECT_TRUE(log_.records.empty());
 }
 
-TEST_F(SavedStateTest, InstanceDeletedAndAddedAnewHasLostItsOldValues) {
+TEST_F(SavedStateTest, ReaddedInstanceHasItsDefaults) {
   {
     StatefulConfig config = start();
     config.set("Link.lo.Note", "old");
@@ -156,7 +156,7 @@ TEST_F(SavedStateTest, InstanceDeletedAndAddedAnewHasLostItsOldValues) {
   EXPECT_EQ(config.valueOf("Link.lo.Note"), "");
 }
 
-TEST_F(SavedStateTest, InstanceAddedAnewAfterItsDeletionWasSavedIsThereAgain) {
+TEST_F(SavedStateTest, ReaddedInstanceIsRestoredAlthoughItsDeletionWasSaved) {
   {
     StatefulConfig config = start();
     config->deleteInstance("Link.lo.");
@@ -173,7 +173,7 @@ TEST_F(SavedStateTest, InstanceAddedAnewAfterItsDeletionWasSavedIsThereAgain) {
   EXPECT_EQ(start().instancesOf(kLink), "");
 }
 
-TEST_F(SavedStateTest, DeletedInstanceWithWhichNothingElseIsSavedLeavesOtherInstancesAlone) {
+TEST_F(SavedStateTest, DeletionLeavesInstancesWithALongerNameAlone) {
   {
     StatefulConfig config = start();
     config->setValue("Link.lo2.Note", "kept", C_CFM_CREATE);
@@ -186,7 +186,7 @@ TEST_F(SavedStateTest, DeletedInstanceWithWhichNothingElseIsSavedLeavesOtherInst
   EXPECT_EQ(config.valueOf("Link.lo2.Note"), "kept");
 }
 
-TEST_F(SavedStateTest, ObserverMaySaveWhatItIsTold) {
+TEST_F(SavedStateTest, ObserverMaySaveTheChangeItReceives) {
   class Saver final : public ICfmObserver {
    public:
     explicit Saver(StatefulConfig& config) : config_(config) {}
@@ -210,7 +210,7 @@ TEST_F(SavedStateTest, ObserverMaySaveWhatItIsTold) {
   EXPECT_EQ(config.valueOf("Link.eth0.Mtu"), "9000");
 }
 
-// Saves something of every kind, for a configuration that takes none of it.
+// Saves state of every kind, which a later configuration does not accept.
 class UnfitStateTest : public SavedStateTest {
  protected:
   UnfitStateTest() {
@@ -225,14 +225,14 @@ class UnfitStateTest : public SavedStateTest {
   }
 };
 
-TEST_F(UnfitStateTest, LeafThatIsGoneIsTold) {
+TEST_F(UnfitStateTest, ValueOfAMissingLeafIsIgnored) {
   start(R"({"objects": [{"number": 1, "name": "Time.", "leaves": {
     "Server": {"type": "str"}, "Offset": {"type": "int"}}},
     {"number": 2, "name": "Link.", "dynamic": true, "leaves": {"Mtu": {"type": "uint"}}}]})");
   EXPECT_EQ(log_.records, Records{"4 state: Time.Key: the saved value is ignored: the leaf does not exist"});
 }
 
-TEST_F(UnfitStateTest, LeafOfAnotherTypeIsTold) {
+TEST_F(UnfitStateTest, ValueOfAnotherTypeIsIgnored) {
   StatefulConfig config = start(R"({"objects": [{"number": 1, "name": "Time.", "leaves": {
     "Server": {"type": "str"}, "Offset": {"type": "uint"}, "Key": {"type": "str"}}},
     {"number": 2, "name": "Link.", "dynamic": true, "leaves": {"Mtu": {"type": "uint"}}}]})");
@@ -244,7 +244,7 @@ TEST_F(UnfitStateTest, LeafOfAnotherTypeIsTold) {
           "4 state: Time.Offset: the saved value is ignored: its type is \"int\", the leaf's \"uint\""}));
 }
 
-TEST_F(UnfitStateTest, LeafThatIsComputedIsTold) {
+TEST_F(UnfitStateTest, ValueOfAComputedLeafIsIgnored) {
   StatefulConfig config = start(R"({"objects": [{"number": 1, "name": "Time.", "leaves": {
     "Server": {"type": "str"}, "Offset": {"type": "int", "computed": true}, "Key": {"type": "pwd"}}},
     {"number": 2, "name": "Link.", "dynamic": true, "leaves": {"Mtu": {"type": "uint"}}}]})");
@@ -252,7 +252,7 @@ TEST_F(UnfitStateTest, LeafThatIsComputedIsTold) {
   EXPECT_EQ(log_.records, Records{"4 state: Time.Offset: the saved value is ignored: the leaf is computed"});
 }
 
-TEST_F(UnfitStateTest, ValueThatIsRefusedIsToldWithoutBeingShown) {
+TEST_F(UnfitStateTest, InvalidValueIsIgnoredAndNotShown) {
   Database(folder_.file("state.db")).execute("UPDATE value SET value = 'x' || char(0) WHERE type <> 'uint'");
   StatefulConfig config = start();
   EXPECT_EQ(config.valueOf("Time.Key"), "");
@@ -263,7 +263,7 @@ TEST_F(UnfitStateTest, ValueThatIsRefusedIsToldWithoutBeingShown) {
                      "4 state: Time.Server: the saved value is ignored: it is not a value of type \"str\""}));
 }
 
-TEST_F(UnfitStateTest, ObjectThatIsGoneIsToldWithAllThatIsSavedOfIt) {
+TEST_F(UnfitStateTest, InstancesOfAMissingObjectAreIgnored) {
   start(R"({"objects": [{"number": 1, "name": "Time.", "leaves": {
     "Server": {"type": "str"}, "Offset": {"type": "int"}, "Key": {"type": "pwd"}}}]})");
   EXPECT_EQ(log_.records,
@@ -274,14 +274,14 @@ TEST_F(UnfitStateTest, ObjectThatIsGoneIsToldWithAllThatIsSavedOfIt) {
                      "4 state: Link.eth0.Mtu: the saved value is ignored: the leaf does not exist"}));
 }
 
-TEST_F(UnfitStateTest, AttributeOfAnObjectThatIsGoneIsTold) {
+TEST_F(UnfitStateTest, AttributeOfAMissingObjectIsIgnored) {
   start(
       R"({"objects": [{"number": 2, "name": "Link.", "dynamic": true, "leaves": {"Mtu": {"type": "uint"}}}]})");
   ASSERT_EQ(log_.records.size(), 4U);
   EXPECT_EQ(log_.records.back(), "4 state: Time.: the saved attribute is ignored: the object does not exist");
 }
 
-TEST_F(UnfitStateTest, ObjectThatIsNoLongerDynamicKeepsItsInstances) {
+TEST_F(UnfitStateTest, ObjectThatIsNoLongerDynamicHasItsConfiguredInstances) {
   StatefulConfig config = start(R"({"objects": [{"number": 1, "name": "Time.", "leaves": {
     "Server": {"type": "str"}, "Offset": {"type": "int"}, "Key": {"type": "pwd"}}},
     {"number": 2, "name": "Link.", "leaves": {"Mtu": {"type": "uint"}}, "instances": {"Link.lo.": {}}}]})");
@@ -294,7 +294,7 @@ TEST_F(UnfitStateTest, ObjectThatIsNoLongerDynamicKeepsItsInstances) {
                      "4 state: Link.eth0.Mtu: the saved value is ignored: the leaf does not exist"}));
 }
 
-TEST_F(UnfitStateTest, WhatDoesNotFitStaysInTheFile) {
+TEST_F(UnfitStateTest, IgnoredStateStaysInTheFile) {
   {
     StatefulConfig config = start(R"({"objects": []})");
     EXPECT_EQ(log_.records.size(), 7U);
@@ -308,7 +308,7 @@ TEST_F(UnfitStateTest, WhatDoesNotFitStaysInTheFile) {
   EXPECT_TRUE(log_.records.empty());
 }
 
-TEST_F(UnfitStateTest, InstanceAddedAnewDoesNotInheritWhatDidNotFit) {
+TEST_F(UnfitStateTest, ReaddedInstanceDoesNotInheritIgnoredValues) {
   {
     StatefulConfig config = start(R"({"objects": [{"number": 2, "name": "Link.", "dynamic": true,
       "leaves": {"Note": {"type": "str"}}}]})");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a save writes, by SQLite's own counters.
+// The rows and transactions of a save, as SQLite counts them.
 #include <sqlite3.h>
 
 #include <memory>
@@ -13,7 +13,7 @@
 #include "include_c"
 #include "tests/host/state/opened_connection.h"
 #include "tests/host/state/stateful_config.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -73,7 +73,7 @@ class StateCostTest : public testing::Test {
   }
 
   TemporaryFolder folder_;
-  RecordingLog log_;
+  MemoryLog log_;
   OpenedConnection connection_;
   std::unique_ptr<StatefulConfig> config_;
 
@@ -82,7 +82,7 @@ class StateCostTest : public testing::Test {
   int rows_before_ = 0;
 };
 
-TEST_F(StateCostTest, OneOfAHundredThousandSavedLeavesIsOneRowOfOneTransaction) {
+TEST_F(StateCostTest, OneOfAHundredThousandLeavesIsSavedAsOneRow) {
   setAll("1");
   EXPECT_EQ(config_->save(), C_RESULT_OK);
   EXPECT_EQ(rows(), kInstances * kLeaves);
@@ -99,7 +99,7 @@ TEST_F(StateCostTest, OneOfAHundredThousandSavedLeavesIsOneRowOfOneTransaction) 
   EXPECT_EQ(config_->valueOf("Row.999.Leaf99"), "1");
 }
 
-TEST_F(StateCostTest, WhereNothingHasChangedThereIsNoTransaction) {
+TEST_F(StateCostTest, SaveWithoutChangesHasNoTransaction) {
   EXPECT_EQ(config_->save(), C_RESULT_OK);
   config_->set("Row.1.Leaf1", "0");
   (*config_)->setAttr(1, 0);
@@ -111,14 +111,14 @@ TEST_F(StateCostTest, WhereNothingHasChangedThereIsNoTransaction) {
   EXPECT_EQ(commits(), 1);
 }
 
-TEST_F(StateCostTest, InstanceThatHasComeAndGoneIsNoTransaction) {
+TEST_F(StateCostTest, AddedAndDeletedInstanceHasNoTransaction) {
   (*config_)->setValue("Row.new.Leaf1", "5", C_CFM_CREATE);
   (*config_)->deleteInstance("Row.new.");
   EXPECT_EQ(config_->save(), C_RESULT_OK);
   EXPECT_EQ(commits(), 0);
 }
 
-TEST_F(StateCostTest, AddedInstanceIsARowOfItsOwnAndOneForEachValue) {
+TEST_F(StateCostTest, AddedInstanceIsOneRowAndOneForEachValue) {
   (*config_)->setValue("Row.new.Leaf1", "5", C_CFM_CREATE);
   config_->set("Row.new.Leaf2", "6");
   EXPECT_EQ(config_->save(), C_RESULT_OK);
@@ -126,7 +126,7 @@ TEST_F(StateCostTest, AddedInstanceIsARowOfItsOwnAndOneForEachValue) {
   EXPECT_EQ(commits(), 1);
 }
 
-TEST_F(StateCostTest, StartWritesNothingOverWhatIsSaved) {
+TEST_F(StateCostTest, StartWritesNothing) {
   config_->set("Row.1.Leaf1", "1");
   config_->save();
   start();

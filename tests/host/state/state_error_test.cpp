@@ -21,7 +21,8 @@
 #include "tests/host/state/stateful_config.h"
 #include "tests/host/support/child_process.h"
 #include "tests/host/support/error_text.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
+#include "tests/host/support/open_descriptors.h"
 #include "tests/support/printed_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -48,14 +49,14 @@ class StateErrorTest : public testing::Test {
 
   std::string saved() { return StatefulConfig(file_, kConfig, log_).valueOf("A.X"); }
 
-  // The message, without the name of the file at its beginning.
+  // The error without the name of the file.
   std::string startError() {
     const std::string error = errorOf([&] { StatefulConfig(file_, kConfig, log_); });
     const std::size_t name = error.find(file_ + ": ");
     return name == std::string::npos ? error : error.substr(0, name) + error.substr(name + file_.size() + 2);
   }
 
-  // The file must be left as it is.
+  // The error, which must leave the file unchanged.
   std::string refusal() {
     const std::string before = folder_.read("state.db");
     std::string error = startError();
@@ -63,7 +64,8 @@ class StateErrorTest : public testing::Test {
     return error;
   }
 
-  // In another process: keeps the file in use, once it has told what a second start there comes to.
+  // Runs in another process: opens the file, writes the error of a second start there, and keeps the file
+  // open.
   void hold(int output) {
     const StatefulConfig config(file_, kConfig, log_);
     const std::string line = startError() + '\n';
@@ -74,10 +76,10 @@ class StateErrorTest : public testing::Test {
 
   TemporaryFolder folder_;
   const std::string file_ = folder_.file("state.db");
-  RecordingLog log_;
+  MemoryLog log_;
 };
 
-TEST_F(StateErrorTest, FileIsMadeForItsOwnerAlone) {
+TEST_F(StateErrorTest, OnlyTheOwnerHasAccessWhateverTheUmask) {
   const mode_t mask = umask(0);
   StatefulConfig config(file_, kConfig, log_);
   config.set("A.X", "secret");
@@ -88,19 +90,27 @@ TEST_F(StateErrorTest, FileIsMadeForItsOwnerAlone) {
   }
 }
 
-TEST_F(StateErrorTest, AfterAnOrderlyEndThereIsNoFileBesideIt) {
+TEST_F(StateErrorTest, FileIsClosed) {
+  const std::size_t before = openDescriptors();
+  for (const char* what : {"a new file", "an existing file"}) {
+    save("1");
+    EXPECT_EQ(openDescriptors(), before) << what;
+  }
+}
+
+TEST_F(StateErrorTest, OrderlyEndLeavesNoJournal) {
   save("1");
   const std::filesystem::directory_iterator files(folder_.path());
   EXPECT_EQ(std::distance(begin(files), end(files)), 1);
 }
 
-TEST_F(StateErrorTest, EmptyFileIsTakenForANewOne) {
+TEST_F(StateErrorTest, EmptyFileIsInitialised) {
   folder_.write("state.db", "");
   save("1");
   EXPECT_EQ(saved(), "1");
 }
 
-TEST_F(StateErrorTest, NameIsThatOfAFileWhateverItLooksLike) {
+TEST_F(StateErrorTest, NameIsAlwaysThatOfAFile) {
   const std::filesystem::path before = std::filesystem::current_path();
   std::filesystem::current_path(folder_.path());
   for (const char* name : {":memory:", "file:state?mode=memory"}) {
@@ -110,7 +120,7 @@ TEST_F(StateErrorTest, NameIsThatOfAFileWhateverItLooksLike) {
   std::filesystem::current_path(before);
 }
 
-TEST_F(StateErrorTest, FolderThatIsNotThereIsRefused) {
+TEST_F(StateErrorTest, MissingFolderIsRefused) {
   EXPECT_EQ(errorOf([&] { StatefulConfig("/no/such/state.db", kConfig, log_); }),
             "-1021 /no/such/state.db: cannot be created: No such file or directory");
 }
@@ -120,7 +130,7 @@ TEST_F(StateErrorTest, FolderIsRefused) {
   EXPECT_EQ(startError(), "-1021 cannot open the file or its journal: Is a directory");
 }
 
-TEST_F(StateErrorTest, FileThatIsNoDatabaseIsRefused) {
+TEST_F(StateErrorTest, FileThatIsNotADatabaseIsRefused) {
   folder_.write("state.db", std::string(5000, 'x'));
   EXPECT_EQ(refusal(), "-1023 is not a database");
 }
@@ -137,14 +147,14 @@ TEST_F(StateErrorTest, DamagedPageIsRefused) {
   }
 }
 
-TEST_F(StateErrorTest, CutFileIsRefused) {
+TEST_F(StateErrorTest, TruncatedFileIsRefused) {
   save(std::string(20000, 'v'));
   const std::string bytes = folder_.read("state.db");
   folder_.write("state.db", bytes.substr(0, bytes.size() / 2));
   EXPECT_EQ(refusal(), "-1023 is damaged");
 }
 
-TEST_F(StateErrorTest, FileWithoutOneOfItsTablesIsRefused) {
+TEST_F(StateErrorTest, MissingTableIsRefused) {
   for (const char* table : {"product", "attribute", "instance", "value"}) {
     std::filesystem::remove(file_);
     save("1");
@@ -172,13 +182,13 @@ TEST_F(StateErrorTest, FileOfAnotherProductIsRefused) {
   EXPECT_EQ(refusal(), "-1023 belongs to \"gateway\", not to \"service\"");
 }
 
-TEST_F(StateErrorTest, FileInUseIsRefusedToItsOwnProcessAndToOthers) {
+TEST_F(StateErrorTest, FileInUseIsRefused) {
   const ChildProcess user([&](int output) { hold(output); });
   EXPECT_EQ(user.line(), "-1021 is in use by another process");
   EXPECT_EQ(startError(), "-1021 is in use by another process");
 }
 
-TEST_F(StateErrorTest, FileIsFreeOnceItsUserIsDead) {
+TEST_F(StateErrorTest, FileOfAKilledProcessIsFree) {
   ChildProcess user([&](int output) { hold(output); });
   EXPECT_NE(user.line(), "");
   user.kill();
@@ -192,7 +202,7 @@ TEST_F(StateErrorTest, ReadOnlyFileIsRefused) {
   EXPECT_EQ(asOrdinaryUser([&] { return refusal(); }), "-1021 the file or its folder is read-only");
 }
 
-TEST_F(StateErrorTest, FileThatMayNotBeReadIsRefused) {
+TEST_F(StateErrorTest, UnreadableFileIsRefused) {
   save("1");
   chmod(file_.c_str(), 0);
   chmod(folder_.path().c_str(), 0777);
@@ -212,7 +222,7 @@ TEST_F(StateErrorTest, NewFileInAReadOnlyFolderIsRefused) {
   EXPECT_EQ(asOrdinaryUser([&] { return startError(); }), "-1021 cannot be created: Permission denied");
 }
 
-TEST_F(StateErrorTest, FailedStartIsToldByTheContext) {
+TEST_F(StateErrorTest, FailedStartPrintsOneLine) {
   folder_.write("state.db", "no database");
   HostContext context;
   const char* arguments[] = {"service", "--state", file_.c_str()};
@@ -222,7 +232,7 @@ TEST_F(StateErrorTest, FailedStartIsToldByTheContext) {
   EXPECT_EQ(context.getCfm(), nullptr);
 }
 
-// In a process of its own: no file of it may become larger.
+// Limits the size of files. For use in a child process.
 class NoRoom {
  public:
   explicit NoRoom(rlim_t size) {
@@ -238,7 +248,7 @@ class NoRoom {
   }
 };
 
-TEST_F(StateErrorTest, SaveWithoutRoomIsToldAndDoneByALaterSave) {
+TEST_F(StateErrorTest, FailedSaveIsLoggedAndDoneByALaterSave) {
   save("old");
   EXPECT_EQ(inChild([&] {
               StatefulConfig config(file_, kConfig, log_);
@@ -254,7 +264,7 @@ TEST_F(StateErrorTest, SaveWithoutRoomIsToldAndDoneByALaterSave) {
   EXPECT_EQ(saved(), std::string(100000, 'n'));
 }
 
-TEST_F(StateErrorTest, SaveOnAFullDiskIsToldAndDoneByALaterSave) {
+TEST_F(StateErrorTest, SaveOnAFullDiskIsLoggedAndDoneByALaterSave) {
   const OpenedConnection connection;
   StatefulConfig config(file_, kConfig, log_);
   config.set("A.X", std::string(100000, 'n'));
@@ -265,7 +275,7 @@ TEST_F(StateErrorTest, SaveOnAFullDiskIsToldAndDoneByALaterSave) {
   EXPECT_EQ(config.save(), C_RESULT_OK);
 }
 
-TEST_F(StateErrorTest, SaveWithoutRoomLeavesTheOldState) {
+TEST_F(StateErrorTest, FailedSaveLeavesTheOldState) {
   save("old");
   EXPECT_EQ(inChild([&] {
               StatefulConfig config(file_, kConfig, log_);

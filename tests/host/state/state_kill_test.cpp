@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A process that is killed at any instant has saved all of a change or nothing of it.
+// A process that is killed at any instant has saved either all of a change or nothing.
 #include <unistd.h>
 
 #include <random>
@@ -12,7 +12,7 @@
 #include "include_c"
 #include "tests/host/state/stateful_config.h"
 #include "tests/host/support/child_process.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -39,14 +39,14 @@ std::vector<Object> objects() {
   return objects;
 }
 
-// Everything bears the number of the generation: the leaves, an attribute, and the one instance of an object.
+// Leaves, an attribute and the one instance of an object, all with the number of the same generation.
 class Generations {
  public:
   explicit Generations(const std::string& file) : config_(file, objects(), log_) {}
 
   int current() { return config_.attributeOf(kPlain); }
 
-  // Brings everything to the next generation and saves it.
+  // Sets everything to the next generation and saves it.
   int next() {
     const std::string old_instance = "Run." + std::to_string(current()) + '.';
     const std::string generation = std::to_string(current() + 1);
@@ -57,7 +57,6 @@ class Generations {
     return config_.save();
   }
 
-  // Whether nothing bears another number than the rest.
   void expectOneGeneration() {
     const std::string generation = std::to_string(current());
     for (int i = 0; i < kLeaves; i++) {
@@ -69,11 +68,11 @@ class Generations {
   }
 
  private:
-  RecordingLog log_;
+  MemoryLog log_;
   StatefulConfig config_;
 };
 
-// Saves for ever, reporting each generation once it has been saved.
+// Saves forever, and reports each generation once it has been saved.
 void saveOnAndOn(const std::string& file, int output) {
   Generations generations(file);
   while (generations.next() == C_RESULT_OK) {
@@ -82,7 +81,7 @@ void saveOnAndOn(const std::string& file, int output) {
   }
 }
 
-// The next report; the last one again when there are no more.
+// Reads the next report. Returns false and leaves `generation` alone if there is none.
 bool readReport(int input, int& generation) {
   int report = 0;
   if (read(input, &report, sizeof report) != sizeof report) return false;
@@ -101,15 +100,17 @@ class StateKillTest : public testing::Test {
   const std::string file_ = folder_.file("state.db");
 
  private:
-  std::mt19937 random_{std::random_device()()};
+  const std::random_device::result_type seed_ = std::random_device()();
+  const testing::ScopedTrace trace_{__FILE__, __LINE__, "seed: " + std::to_string(seed_)};
+  std::mt19937 random_{seed_};
 };
 
-TEST_F(StateKillTest, KilledAtAnyInstantItRestartsWithTheOldOrTheNewStateWhole) {
+TEST_F(StateKillTest, KilledProcessLeavesTheOldOrTheNewState) {
   int reported = 0;
   for (int i = 0; i < kKills; i++) {
     {
       ChildProcess child([&](int output) { saveOnAndOn(file_, output); });
-      // Every other one is killed while it saves for sure, the rest perhaps while it starts.
+      // Every second child is killed after its first save, the others possibly while they start.
       if (i % 2 == 0) {
         ASSERT_TRUE(readReport(child.input(), reported)) << "kill " << i;
       }
@@ -127,7 +128,7 @@ TEST_F(StateKillTest, KilledAtAnyInstantItRestartsWithTheOldOrTheNewStateWhole) 
   EXPECT_GE(reported, kKills / 2);
 }
 
-TEST_F(StateKillTest, KilledWhileTheFileIsMadeItStartsAgain) {
+TEST_F(StateKillTest, ProcessKilledAtItsFirstStartCanBeRestarted) {
   for (int i = 0; i < 30; i++) {
     const std::string file = folder_.file("state" + std::to_string(i));
     {

@@ -11,16 +11,17 @@
 #include "host/config/config_service.h"
 #include "host/start/configuration_file.h"
 #include "host/state/state_file.h"
-#include "tests/host/support/quiet_registry.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 
-// A configuration with a state file over it, as in one life of a process.
+// A configuration restored from a state file, as in one run of a process.
 class StatefulConfig {
  public:
   StatefulConfig(const std::string& file, std::vector<Object> objects, ILog& log,
                  const std::string& product = "service")
-      : state_(file, product, log), config_(laidOver(std::move(objects)), registry_, storeInState()) {}
+      : state_(file, product, log),
+        config_(laidOver(std::move(objects)), services_.registry, storeInState()) {}
   StatefulConfig(const std::string& file, const char* json, ILog& log)
       : StatefulConfig(file, parseConfiguration(json, "test").objects, log) {}
 
@@ -39,7 +40,7 @@ class StatefulConfig {
     return value;
   }
 
-  // The names, each with a blank behind it.
+  // The names, each followed by a space.
   std::string instancesOf(int number) {
     ICfmIterator* iterator = config_.instanceIterator(number);
     if (iterator == nullptr) return "";
@@ -69,7 +70,7 @@ class StatefulConfig {
   }
 
   StateFile state_;
-  QuietRegistry registry_;
+  Services services_;
   ConfigService config_;
 };
 

@@ -14,8 +14,8 @@
 
 namespace host {
 
-// A child that runs the call, which is given a descriptor to write to; the parent reads what it writes. It is
-// killed with the object, and ends without running destructors, as a killed process does.
+// A child process that runs a function. The function writes to a descriptor that the parent reads. The
+// destructor kills the child, which never runs destructors of its own.
 class ChildProcess {
  public:
   explicit ChildProcess(const std::function<void(int output)>& call) {
@@ -39,7 +39,7 @@ class ChildProcess {
 
   int input() const { return input_; }
 
-  // The next line that it writes, or what there is of one when it ends.
+  // The next line of its output, possibly incomplete at the end.
   std::string line() const {
     std::string line;
     for (char character = 0; read(input_, &character, 1) == 1 && character != '\n';) line += character;
@@ -52,7 +52,7 @@ class ChildProcess {
     wait();
   }
 
-  // Until it ends; gives its wait status.
+  // Waits for its end and returns its wait status.
   int wait() {
     int status = -1;
     if (waitpid(process_, &status, 0) != process_) ADD_FAILURE() << "no child";
@@ -65,7 +65,7 @@ class ChildProcess {
   int input_ = -1;
 };
 
-// The text that the call gives in a child process.
+// Returns the text that the function returns in a child process.
 inline std::string inChild(const std::function<std::string()>& call) {
   ChildProcess child([&](int output) {
     const std::string text = call();
@@ -80,7 +80,7 @@ inline std::string inChild(const std::function<std::string()>& call) {
   return text;
 }
 
-// Likewise, in a child that may do no more than an ordinary user, even if this process is root's.
+// The same, in a child without the privileges of root.
 inline std::string asOrdinaryUser(const std::function<std::string()>& call) {
   static constexpr unsigned kNobody = 65534;
   return inChild([&]() -> std::string {

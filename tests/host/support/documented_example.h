@@ -8,7 +8,7 @@
 
 namespace host {
 
-// The first JSON text between marks on a page of the documentation.
+// The first JSON code block on a page of the documentation.
 inline std::string documentedExample(const std::string& page) {
   std::ifstream stream(DOCUMENTATION "/" + page);
   const std::string text{std::istreambuf_iterator<char>(stream), {}};

@@ -8,7 +8,7 @@
 
 namespace host {
 
-// The result code and the message of the util::Error that the call throws; "" if it throws none.
+// The result code and the message of the util::Error that the function throws; "" if it throws none.
 template <typename Call>
 std::string errorOf(Call call) {
   try {

@@ -12,10 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "binding/handlers.h"
-#include "host/heartbeat/heartbeat.h"
-#include "host/loop/event_base.h"
-#include "host/loop/event_loop.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 
@@ -57,26 +54,28 @@ class Pipe {
   int ends_[2] = {-1, -1};
 };
 
-// A loop with what it needs.
+// A loop that the test runs.
 class LoopFixture : public testing::Test {
  protected:
-  // Makes the loop call a function from inside, in its turn among what is ready.
+  explicit LoopFixture(Clock::Kind kind = Clock::Kind::kVirtual,
+                       std::chrono::milliseconds heartbeat_limit = std::chrono::hours(1))
+      : services_(kind, heartbeat_limit) {}
+
+  // Has the running loop call a function in turn with other ready events.
   void callInside(std::function<void()> call) {
     inside_ = std::move(call);
     wake_.put();
     loop_.addFd(wake_.reading(), EV_READ, &waker_);
   }
 
-  // Stops the loop once everything that is ready now has been called.
+  // Stops the loop once everything that is ready now has been handled.
   void stopWhenIdle() {
     callInside([this] { callInside([this] { loop_.stop(); }); });
   }
 
-  RecordingLog log_;
-  Heartbeat heartbeat_{log_, std::chrono::hours(1)};
-  Registry registry_{heartbeat_};
-  EventBase base_{log_};
-  EventLoop loop_{base_, registry_};
+  LoopServices services_;
+  MemoryLog& log_ = services_.log;
+  EventLoop& loop_ = services_.loop;
 
  private:
   Pipe wake_;

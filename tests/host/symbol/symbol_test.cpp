@@ -16,7 +16,7 @@ namespace host {
 
 extern "C" void rd();
 
-// As the name of a type, this would be "double restrict".
+// As a mangled type, this name means "double restrict".
 __attribute__((noinline)) void rd() {}
 
 namespace {
@@ -33,7 +33,7 @@ __attribute__((noinline)) void staticFunction() {
 TEST(SymbolTest, StaticFunctionHasNameFileAndLine) {
   const Symbol& symbol = symbolAt(reinterpret_cast<const void*>(staticFunction));
   EXPECT_EQ(symbol.name, "host::(anonymous namespace)::staticFunction()");
-  // Compilers that optimise count its first statement as its beginning.
+  // Optimising compilers may report the line of its first statement.
   const std::string file = "symbol_test.cpp:";
   ASSERT_EQ(symbol.location.rfind(file, 0), 0U) << symbol.location;
   const int line = std::stoi(symbol.location.substr(file.size()));
@@ -45,7 +45,7 @@ TEST(SymbolTest, FunctionInCKeepsItsName) {
   EXPECT_EQ(symbolAt(reinterpret_cast<const void*>(rd)).name, "rd");
 }
 
-TEST(SymbolTest, FunctionWithoutDebugInformationHasItsLibrary) {
+TEST(SymbolTest, FunctionWithoutDebugInformationIsLocatedByItsLibrary) {
   void* library = dlopen(MODULE_FOLDER "/libnull_module.so", RTLD_NOW);
   ASSERT_NE(library, nullptr) << dlerror();
   const Symbol& symbol = symbolAt(dlsym(library, "getInstance"));
@@ -55,8 +55,8 @@ TEST(SymbolTest, FunctionWithoutDebugInformationHasItsLibrary) {
   dlclose(library);
 }
 
-// The loader likes to give the place of a closed library to the next one.
-TEST(SymbolTest, LibraryInThePlaceOfAClosedOneIsKnown) {
+// The loader usually loads the next library at the address of a closed one.
+TEST(SymbolTest, LibraryAtTheAddressOfAClosedOneIsNamed) {
   const TemporaryFolder folder;
   const std::string copy = folder.file("libcopy.so");
   std::filesystem::copy_file(MODULE_FOLDER "/libnull_module.so", copy);
@@ -68,7 +68,7 @@ TEST(SymbolTest, LibraryInThePlaceOfAClosedOneIsKnown) {
   EXPECT_EQ(symbolAt(second.find<void>("getInstance")).location, "libcopy.so");
 }
 
-TEST(SymbolTest, ClosedLibraryIsStillKnown) {
+TEST(SymbolTest, FunctionOfAClosedLibraryIsNamed) {
   OpenedLibrary library(MODULE_FOLDER "/libnull_module.so");
   const void* function = library.find<void>("getInstance");
   symbolAt(function);
@@ -87,7 +87,7 @@ TEST(SymbolTest, TextHasLocationInParentheses) {
   EXPECT_EQ(textOf(Symbol{"read_line", "hello.c:12", ""}), "read_line (hello.c:12)");
 }
 
-TEST(SymbolTest, TypeIsNamedAsInAProgram) {
+TEST(SymbolTest, TypeIsNamedAsInSource) {
   EXPECT_EQ(typeName(typeid(Observer).name()), "host::(anonymous namespace)::Observer");
 }
 

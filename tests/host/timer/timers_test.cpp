@@ -16,6 +16,7 @@
 namespace host {
 namespace {
 
+using std::chrono::milliseconds;
 using SteadyClock = std::chrono::steady_clock;
 
 class Timer final : public ITimer {
@@ -30,11 +31,19 @@ class Timer final : public ITimer {
   std::function<void()> then;
 };
 
+void spendRealTime(milliseconds duration) {
+  const auto end = SteadyClock::now() + duration;
+  while (SteadyClock::now() < end) {
+  }
+}
+
 class TimersTest : public LoopFixture {
  protected:
-  explicit TimersTest(Clock::Kind kind = Clock::Kind::kReal) : clock_(kind) {}
+  explicit TimersTest(Clock::Kind kind = Clock::Kind::kVirtual,
+                      milliseconds heartbeat_limit = std::chrono::hours(1))
+      : LoopFixture(kind, heartbeat_limit) {}
 
-  // Runs the loop for a time, and on until every timer that is due has been called.
+  // Runs the loop for this time and until every timer that is due has been called.
   void runFor(int ms) {
     Timer end;
     end.then = [this] { stopWhenIdle(); };
@@ -42,57 +51,57 @@ class TimersTest : public LoopFixture {
     loop_.run();
   }
 
-  Clock clock_;
-  Deadlines deadlines_{base_, clock_};
-  Timers timers_{deadlines_, clock_, registry_};
+  // Milliseconds of virtual time since the test began.
+  long elapsed() const {
+    return static_cast<long>(std::chrono::duration_cast<milliseconds>(clock_.now() - start_).count());
+  }
+
+  Clock& clock_ = services_.clock;
+  const Clock::TimePoint start_ = clock_.now();
+  Timers timers_{services_.deadlines, clock_, services_.registry};
   Timer timer_;
 };
 
 TEST_F(TimersTest, TimerExpiresAfterItsTime) {
-  const auto start = SteadyClock::now();
-  timer_.then = [this] { loop_.stop(); };
+  long expired = 0;
+  timer_.then = [&] { expired = elapsed(); };
   EXPECT_EQ(timers_.set(20, 0, 0, &timer_), C_RESULT_OK);
-  loop_.run();
-  EXPECT_GE(SteadyClock::now() - start, std::chrono::milliseconds(20));
+  runFor(100);
+  EXPECT_EQ(expired, 20);
   EXPECT_EQ(timer_.values, std::vector<int>{1});
 }
 
 TEST_F(TimersTest, TimeOfZeroExpiresAtOnce) {
-  timer_.then = [this] { loop_.stop(); };
   timers_.set(0, 0, 0, &timer_);
-  loop_.run();
+  runFor(0);
   EXPECT_EQ(timer_.values.size(), 1U);
+  EXPECT_EQ(elapsed(), 0);
 }
 
 TEST_F(TimersTest, WithoutPeriodItExpiresOnce) {
   timers_.set(1, 0, 0, &timer_);
-  runFor(20);
+  runFor(1000);
   EXPECT_EQ(timer_.values.size(), 1U);
 }
 
 TEST_F(TimersTest, WithPeriodItExpiresAgainAndAgain) {
-  timer_.then = [this] {
-    if (timer_.values.size() == 3) loop_.stop();
-  };
-  timers_.set(0, 0, 1, &timer_);
-  loop_.run();
-  EXPECT_EQ(timer_.values.size(), 3U);
+  std::vector<long> times;
+  timer_.then = [&] { times.push_back(elapsed()); };
+  timers_.set(5, 0, 2, &timer_);
+  runFor(9);
+  EXPECT_EQ(times, (std::vector<long>{5, 7, 9}));
 }
 
 TEST_F(TimersTest, ExpiriesWhileTheLoopIsHeldUpAreCounted) {
   timer_.then = [this] {
-    const auto until = SteadyClock::now() + std::chrono::milliseconds(20);
-    while (timer_.values.size() == 1 && SteadyClock::now() < until) {
-    }
-    if (timer_.values.size() == 2) loop_.stop();
+    if (timer_.values.size() == 1) clock_.reach(clock_.now() + milliseconds(21));
   };
   timers_.set(0, 0, 5, &timer_);
-  loop_.run();
-  EXPECT_GE(timer_.values[0], 1);
-  EXPECT_GE(timer_.values[1], 3);
+  runFor(25);
+  EXPECT_EQ(timer_.values, (std::vector<int>{1, 4, 1}));
 }
 
-TEST_F(TimersTest, SettingAgainArmsAnew) {
+TEST_F(TimersTest, SettingAgainReplacesTheTime) {
   timers_.set(1, 0, 1, &timer_);
   timers_.set(60000, 0, 0, &timer_);
   runFor(20);
@@ -106,7 +115,7 @@ TEST_F(TimersTest, NegativeTimeDisarms) {
   EXPECT_TRUE(timer_.values.empty());
 }
 
-TEST_F(TimersTest, DisarmingATimerThatIsNotArmedDoesNoHarm) {
+TEST_F(TimersTest, DisarmingAnIdleTimerSucceeds) {
   EXPECT_EQ(timers_.set(-1, 0, 0, &timer_), C_RESULT_OK);
 }
 
@@ -117,7 +126,7 @@ TEST_F(TimersTest, TimerMayDisarmItself) {
   EXPECT_EQ(timer_.values.size(), 1U);
 }
 
-TEST_F(TimersTest, TimerMayArmItselfAnew) {
+TEST_F(TimersTest, TimerMayRearmItself) {
   timer_.then = [this] {
     if (timer_.values.size() < 3) {
       timers_.set(1, 0, 0, &timer_);
@@ -130,8 +139,8 @@ TEST_F(TimersTest, TimerMayArmItselfAnew) {
   EXPECT_EQ(timer_.values, (std::vector<int>{1, 1, 1}));
 }
 
-// Both expire before the loop looks, and whichever is called first disarms the other one.
-TEST_F(TimersTest, TimerThatIsDisarmedMeanwhileIsNotCalled) {
+// Both expire at the same time. The one that is called first disarms the other.
+TEST_F(TimersTest, TimerDisarmedByAnotherIsNotCalled) {
   Timer other;
   timer_.then = [&] { timers_.set(-1, 0, 0, &other); };
   other.then = [&] { timers_.set(-1, 0, 0, &timer_); };
@@ -158,20 +167,20 @@ TEST_F(TimersTest, LongestTimeIsAccepted) {
   EXPECT_TRUE(timer_.values.empty());
 }
 
-TEST_F(TimersTest, BadArgumentsAreRefused) {
+TEST_F(TimersTest, InvalidArgumentsAreRefused) {
   EXPECT_EQ(timers_.set(1, 1, 0, &timer_), C_RESULT_PARAM);
   EXPECT_EQ(timers_.set(1, 0, -1, &timer_), C_RESULT_PARAM);
   EXPECT_EQ(timers_.set(1, 0, 0, nullptr), C_RESULT_PARAM);
 }
 
-TEST_F(TimersTest, BadArgumentsLeaveTheTimerAsItIs) {
+TEST_F(TimersTest, InvalidArgumentsLeaveTheTimerArmed) {
   timers_.set(1, 0, 0, &timer_);
   timers_.set(1, 0, -1, &timer_);
   runFor(20);
   EXPECT_EQ(timer_.values.size(), 1U);
 }
 
-TEST_F(TimersTest, TimersWithTheSameTimeAreCalledAsTheyWereArmed) {
+TEST_F(TimersTest, TimersOfEqualTimesAreCalledInOrderOfArming) {
   std::vector<int> order;
   Timer timers[3];
   for (int i = 0; i < 3; i++) {
@@ -182,42 +191,7 @@ TEST_F(TimersTest, TimersWithTheSameTimeAreCalledAsTheyWereArmed) {
   EXPECT_EQ(order, (std::vector<int>{2, 1, 0}));
 }
 
-TEST_F(TimersTest, TimerThatIsArmedByASlowCallbackDoesNotExpireEarly) {
-  using std::chrono::milliseconds;
-  SteadyClock::time_point armed;
-  SteadyClock::time_point expired;
-  Timer other;
-  timer_.then = [&] {
-    const auto until = SteadyClock::now() + milliseconds(20);
-    while (SteadyClock::now() < until) {
-    }
-    armed = SteadyClock::now();
-    timers_.set(10, 0, 0, &other);
-  };
-  other.then = [&] {
-    expired = SteadyClock::now();
-    loop_.stop();
-  };
-  timers_.set(0, 0, 0, &timer_);
-  loop_.run();
-  EXPECT_GE(expired - armed, milliseconds(10));
-}
-
-class VirtualTimersTest : public TimersTest {
- protected:
-  VirtualTimersTest() : TimersTest(Clock::Kind::kVirtual) {}
-
-  // Milliseconds of virtual time since the test began.
-  long elapsed() const {
-    using std::chrono::milliseconds;
-    return static_cast<long>(std::chrono::duration_cast<milliseconds>(clock_.now() - start_).count());
-  }
-
- private:
-  const Clock::TimePoint start_ = clock_.now();
-};
-
-TEST_F(VirtualTimersTest, DayOfSecondsIsComplete) {
+TEST_F(TimersTest, TimerExpiresEverySecondOfADay) {
   constexpr int kDay = 24 * 60 * 60 * 1000;
   timers_.set(1000, 0, 1000, &timer_);
   runFor(kDay);
@@ -225,7 +199,7 @@ TEST_F(VirtualTimersTest, DayOfSecondsIsComplete) {
   EXPECT_EQ(elapsed(), kDay);
 }
 
-TEST_F(VirtualTimersTest, TwoTimersAreCalledInTheOrderOfTheirTimes) {
+TEST_F(TimersTest, TwoTimersAreCalledInTheOrderOfTheirTimes) {
   std::vector<std::pair<char, long>> calls;
   Timer other;
   timer_.then = [&] { calls.emplace_back('a', elapsed()); };
@@ -239,7 +213,7 @@ TEST_F(VirtualTimersTest, TwoTimersAreCalledInTheOrderOfTheirTimes) {
   EXPECT_EQ(calls, expected);
 }
 
-TEST_F(VirtualTimersTest, WhatIsReadyComesBeforeTimeMovesOn) {
+TEST_F(TimersTest, ReadyDescriptorsAreHandledBeforeTimeMoves) {
   const Pipe pipe;
   std::vector<long> times;
   Handler handler([&](short, int) {
@@ -257,7 +231,7 @@ TEST_F(VirtualTimersTest, WhatIsReadyComesBeforeTimeMovesOn) {
   EXPECT_EQ(handled, 5U);
 }
 
-TEST_F(VirtualTimersTest, WhatATimerMakesReadyComesBeforeTheNextTimer) {
+TEST_F(TimersTest, DescriptorMadeReadyByATimerPrecedesTheNextTimer) {
   const Pipe pipe;
   std::vector<std::string> order;
   Handler handler([&](short, int) {
@@ -277,43 +251,67 @@ TEST_F(VirtualTimersTest, WhatATimerMakesReadyComesBeforeTheNextTimer) {
   EXPECT_EQ(order, (std::vector<std::string>{"first", "descriptor", "second"}));
 }
 
-TEST_F(VirtualTimersTest, TimeStandsStillInACallback) {
-  timer_.then = [&] {
-    const auto until = SteadyClock::now() + std::chrono::milliseconds(5);
-    while (SteadyClock::now() < until) {
-    }
-  };
+TEST_F(TimersTest, VirtualTimeStandsStillInACallback) {
+  timer_.then = [] { spendRealTime(milliseconds(5)); };
   timers_.set(1, 0, 1, &timer_);
   runFor(3);
   EXPECT_EQ(timer_.values, (std::vector<int>{1, 1, 1}));
 }
 
-TEST_F(VirtualTimersTest, WithoutTimersTheLoopWaitsForDescriptors) {
+TEST_F(TimersTest, VirtualTimeStandsStillWithoutTimers) {
   stopWhenIdle();
   EXPECT_EQ(loop_.run(), C_RESULT_OK);
   EXPECT_EQ(elapsed(), 0);
 }
 
-TEST(TimersHeartbeatTest, SlowTimerIsReported) {
-  static Heartbeat::TimePoint now;
-  RecordingLog log;
-  Heartbeat heartbeat(log, std::chrono::milliseconds(10), [] { return now; });
-  EventBase base(log);
-  Registry registry(heartbeat);
-  EventLoop loop(base, registry);
-  Clock clock;
-  Deadlines deadlines(base, clock);
-  Timers timers(deadlines, clock, registry);
-  Timer slow;
-  slow.then = [&] {
-    now += std::chrono::milliseconds(25);
-    loop.stop();
+// A virtual clock cannot show that the loop waits long enough.
+class RealTimersTest : public TimersTest {
+ protected:
+  RealTimersTest() : TimersTest(Clock::Kind::kReal) {}
+};
+
+TEST_F(RealTimersTest, TimerDoesNotExpireEarly) {
+  const auto armed = SteadyClock::now();
+  timer_.then = [this] { loop_.stop(); };
+  timers_.set(20, 0, 0, &timer_);
+  loop_.run();
+  EXPECT_GE(SteadyClock::now() - armed, milliseconds(20));
+  EXPECT_EQ(timer_.values, std::vector<int>{1});
+}
+
+TEST_F(RealTimersTest, TimerArmedByASlowCallbackDoesNotExpireEarly) {
+  SteadyClock::time_point armed;
+  SteadyClock::time_point expired;
+  Timer other;
+  timer_.then = [&] {
+    spendRealTime(milliseconds(20));
+    armed = SteadyClock::now();
+    timers_.set(10, 0, 0, &other);
   };
-  timers.set(0, 0, 0, &slow);
-  loop.run();
-  EXPECT_EQ(log.records, std::vector<std::string>{
-                             "4 heartbeat: the callback host::(anonymous namespace)::Timer of timer after "
-                             "0 ms held the loop for 25 ms"});
+  other.then = [&] {
+    expired = SteadyClock::now();
+    loop_.stop();
+  };
+  timers_.set(0, 0, 0, &timer_);
+  loop_.run();
+  EXPECT_GE(expired - armed, milliseconds(10));
+}
+
+class TimersHeartbeatTest : public TimersTest {
+ protected:
+  TimersHeartbeatTest() : TimersTest(Clock::Kind::kVirtual, milliseconds(10)) {}
+};
+
+TEST_F(TimersHeartbeatTest, SlowTimerIsReported) {
+  timer_.then = [this] {
+    CallTime::pass(milliseconds(25));
+    loop_.stop();
+  };
+  timers_.set(0, 0, 0, &timer_);
+  loop_.run();
+  EXPECT_EQ(log_.records, std::vector<std::string>{
+                              "4 heartbeat: the callback host::(anonymous namespace)::Timer of timer after "
+                              "0 ms held the loop for 25 ms"});
 }
 
 }  // namespace

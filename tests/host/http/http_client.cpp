@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "tests/host/control/control_client.h"
+#include "tests/host/http/http_client.h"
 
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 
@@ -16,7 +17,7 @@ namespace {
 constexpr char kEndOfHead[] = "\r\n\r\n";
 constexpr auto kNone = std::string::npos;
 
-// The value of a header, which the head must have.
+// The value of a header; "" if there is none.
 std::string headerOf(const std::string& head, const std::string& name) {
   const auto start = head.find("\r\n" + name + ": ");
   if (start == kNone) return "";
@@ -38,7 +39,7 @@ std::string joinChunks(const std::string& chunks) {
 
 }  // namespace
 
-ControlClient::ControlClient(const std::string& path)
+HttpClient::HttpClient(const std::string& path)
     : fd_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -46,18 +47,18 @@ ControlClient::ControlClient(const std::string& path)
   EXPECT_EQ(connect(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0) << path;
 }
 
-void ControlClient::request(const std::string& method, const std::string& target, const std::string& body) {
+void HttpClient::request(const std::string& method, const std::string& target, const std::string& body) {
   const std::string length = body.empty() ? "" : "Content-Length: " + std::to_string(body.size()) + "\r\n";
   send(method + ' ' + target + " HTTP/1.1\r\nHost: service\r\n" + length + "\r\n" + body);
 }
 
-void ControlClient::move() {
+void HttpClient::move() {
   if (fd_ < 0) return;
   write();
   read();
 }
 
-void ControlClient::write() {
+void HttpClient::write() {
   while (!unsent_.empty()) {
     const ssize_t size = ::send(fd_, unsent_.data(), unsent_.size(), MSG_NOSIGNAL);
     if (size < 0) break;
@@ -65,7 +66,7 @@ void ControlClient::write() {
   }
 }
 
-void ControlClient::read() {
+void HttpClient::read() {
   char bytes[65536];
   ssize_t size = 0;
   while ((size = recv(fd_, bytes, sizeof bytes, 0)) > 0)
@@ -73,12 +74,12 @@ void ControlClient::read() {
   cut_off_ = size == 0 || errno != EAGAIN;
 }
 
-void ControlClient::leave() {
+void HttpClient::leave() {
   if (fd_ >= 0) close(fd_);
   fd_ = -1;
 }
 
-std::string::size_type ControlClient::endOfAnswer() const {
+std::string::size_type HttpClient::endOfAnswer() const {
   const auto head = received_.find(kEndOfHead);
   if (head == kNone) return kNone;
   const auto size =
@@ -87,7 +88,7 @@ std::string::size_type ControlClient::endOfAnswer() const {
   return end <= received_.size() ? end : kNone;
 }
 
-std::string ControlClient::answer() const {
+std::string HttpClient::answer() const {
   const auto end = endOfAnswer();
   if (end == kNone) return "";
   const auto body = received_.find(kEndOfHead) + 4;
@@ -96,23 +97,38 @@ std::string ControlClient::answer() const {
   return text;
 }
 
-std::string ControlClient::takeAnswer() {
+std::string HttpClient::takeAnswer() {
   const std::string taken = answer();
   if (!taken.empty()) received_.erase(0, endOfAnswer());
   return taken;
 }
 
-std::vector<std::string> ControlClient::items() const {
-  static constexpr char kData[] = "data: ";
+// The events and comments of a stream, which blank lines separate.
+std::vector<std::string> HttpClient::blocks() const {
   const auto head = received_.find(kEndOfHead);
-  std::vector<std::string> items;
-  if (head == kNone) return items;
-  const std::string text = joinChunks(received_.substr(head + 4));
+  std::vector<std::string> blocks;
+  if (head == kNone) return blocks;
+  const std::string body = received_.substr(head + 4);
+  const bool chunked = headerOf(received_.substr(0, head + 2), "Transfer-Encoding") == "chunked";
+  const std::string text = chunked ? joinChunks(body) : body;
   for (std::string::size_type at = 0, end = 0; (end = text.find("\n\n", at)) != kNone; at = end + 2) {
-    const std::string item = text.substr(at, end - at);
-    if (item.rfind(kData, 0) == 0) items.push_back(item.substr(sizeof kData - 1));
+    blocks.push_back(text.substr(at, end - at));
+  }
+  return blocks;
+}
+
+std::vector<std::string> HttpClient::items() const {
+  static constexpr char kData[] = "data: ";
+  std::vector<std::string> items;
+  for (const std::string& block : blocks()) {
+    if (block.rfind(kData, 0) == 0) items.push_back(block.substr(sizeof kData - 1));
   }
   return items;
+}
+
+std::size_t HttpClient::pings() const {
+  const std::vector<std::string> all = blocks();
+  return static_cast<std::size_t>(std::count(all.begin(), all.end(), ": ping"));
 }
 
 }  // namespace host

@@ -10,8 +10,10 @@ trap 'rm -rf "$top"' EXIT
 prefix=$top/usr
 
 . "$sources/tests/install/outside.sh"
+. "$sources/tests/install/hardening.sh"
 
 cmake --install "$build" --prefix "$prefix" >/dev/null
+expect_hardened "$prefix"
 libdir=$(dirname "$(find "$prefix" -name libcpp2c.so)")
 [ -e "$libdir/cpp2c/libcontext_proxy.so" ] || fail "the host context is not in its private folder"
 [ ! -e "$libdir/libcontext_proxy.so" ] || fail "the host context is on the loader's default path"

@@ -24,7 +24,7 @@ class ServerFixture : public HttpFixture {
 
   void expectOthersAreAnswered() { EXPECT_EQ(get("/other"), "200 GET /other"); }
 
-  // Waits until the server has closed the connections of all clients but these.
+  // Waits until so many connections are left.
   void expectConnections(std::size_t count);
 
   Client followEvents() { return follow("/stream"); }

@@ -29,17 +29,13 @@ class ServerFixture : public HttpFixture {
 
   Client followEvents() { return follow("/stream"); }
 
+  std::vector<std::weak_ptr<Stream>> streams_;
+  HttpServer server_;
+  const std::size_t descriptors_ = openDescriptors();  // without connections
+
  private:
   void answer(HttpExchange& exchange);
   void openStream(HttpExchange& exchange);
-
-  std::vector<std::weak_ptr<Stream>> streams_;
-
- protected:
-  HttpServer server_;
-
- private:
-  const std::size_t descriptors_ = openDescriptors();
 };
 
 }  // namespace host

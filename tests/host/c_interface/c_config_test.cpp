@@ -34,16 +34,16 @@ const char kConfig[] = R"({"objects": [
    "instances": {"Link.lo.": {"Mtu": 65536}}}
 ]})";
 
-using Told = std::vector<std::string>;
+using Calls = std::vector<std::string>;
 
 int keep(void* user, int id, const char* instance, int operation, const char* leaf) {
-  static_cast<Told*>(user)->push_back(std::to_string(id) + ' ' + instance + ' ' + std::to_string(operation) +
-                                      ' ' + leaf);
+  static_cast<Calls*>(user)->push_back(std::to_string(id) + ' ' + instance + ' ' + std::to_string(operation) +
+                                       ' ' + leaf);
   return 0;
 }
 
 int keepEvent(void* user, const char* event, const char* data, const char* source) {
-  static_cast<Told*>(user)->push_back(std::string(event) + ' ' + data + ' ' + source);
+  static_cast<Calls*>(user)->push_back(std::string(event) + ' ' + data + ' ' + source);
   return 0;
 }
 
@@ -122,41 +122,41 @@ TEST_F(CConfigTest, OtherTypeIsRefused) {
 }
 
 TEST_F(CConfigTest, ObserverIsCalledUntilItIsUnregistered) {
-  Told told;
-  c_cfm_regist_observer(kDevice, keep, &told);
+  Calls calls;
+  c_cfm_regist_observer(kDevice, keep, &calls);
   setText("Device.Str", "str", "other");
   setText("Device.Str", "str", "other");
-  EXPECT_EQ(told, Told{"1 Device. 2 Str"});
+  EXPECT_EQ(calls, Calls{"1 Device. 2 Str"});
   c_cfm_unregist_observer(kDevice, keep);
   setText("Device.Str", "str", "third");
-  EXPECT_EQ(told.size(), 1U);
+  EXPECT_EQ(calls.size(), 1U);
 }
 
 TEST_F(CConfigTest, InstancesAreCreatedAndDeleted) {
-  Told told;
-  c_cfm_regist_observer(kLink, keep, &told);
+  Calls calls;
+  c_cfm_regist_observer(kLink, keep, &calls);
   EXPECT_EQ(setWord("Link.eth0.Mtu", "uint", 9000), C_RESULT_NOT_FOUND);
   EXPECT_EQ(setWord("Link.eth0.Mtu", "uint", 9000, C_CFM_CREATE), C_RESULT_OK);
   EXPECT_EQ(word("Link.eth0.Mtu", "uint"), 9000U);
   EXPECT_EQ(setWord("Link.eth0.Mtu", "uint", 0, C_CFM_DELETE), C_RESULT_OK);
   EXPECT_EQ(word("Link.eth0.Mtu", "uint"), 1500U);
-  EXPECT_EQ(told, (Told{"2 Link.eth0. 1 ", "2 Link.eth0. 2 Mtu", "2 Link.eth0. 3 "}));
+  EXPECT_EQ(calls, (Calls{"2 Link.eth0. 1 ", "2 Link.eth0. 2 Mtu", "2 Link.eth0. 3 "}));
 }
 
 TEST_F(CConfigTest, RegistrationAddsTheInstancesToTheCache) {
   int mine = 0;
-  Told told;
+  Calls calls;
   c_dbc_add_userdata(kLink, "Link.lo.", &mine);
-  c_cfm_regist_observer(kLink, keep, &told);
+  c_cfm_regist_observer(kLink, keep, &calls);
   EXPECT_EQ(c_dbc_get_userdata(kLink, "Link.lo."), nullptr);
 }
 
 TEST_F(CConfigTest, ObserverOfAnUnknownObjectIsNotCalled) {
-  Told told;
-  c_cfm_regist_observer(99, keep, &told);
+  Calls calls;
+  c_cfm_regist_observer(99, keep, &calls);
   setText("Device.Str", "str", "other");
   c_cfm_unregist_observer(99, keep);
-  EXPECT_TRUE(told.empty());
+  EXPECT_TRUE(calls.empty());
 }
 
 TEST_F(CConfigTest, AttributeIsKeptForEachObject) {
@@ -183,15 +183,15 @@ TEST_F(CConfigTest, ComputedLeafIsReadFromItsProvider) {
 }
 
 int keepName(int id, char* name, void*, c_pass_fn3, c_pass_fn4, void* names) {
-  static_cast<Told*>(names)->push_back(std::to_string(id) + ' ' + name);
+  static_cast<std::vector<std::string>*>(names)->push_back(std::to_string(id) + ' ' + name);
   return 0;
 }
 
 TEST_F(CConfigTest, InstancesAreListed) {
-  Told names;
+  std::vector<std::string> names;
   setWord("Link.eth0.Mtu", "uint", 9000, C_CFM_CREATE);
   EXPECT_EQ(c_cfm_lookup_instance(kLink, keepName, nullptr, nullptr, &names), C_RESULT_OK);
-  EXPECT_EQ(names, (Told{"2 Link.eth0.", "2 Link.lo."}));
+  EXPECT_EQ(names, (std::vector<std::string>{"2 Link.eth0.", "2 Link.lo."}));
 }
 
 TEST_F(CConfigTest, RelativeNamesAreResolved) {
@@ -207,19 +207,19 @@ TEST_F(CConfigTest, SaveWithoutAStateFileSucceeds) {
 }
 
 TEST_F(CConfigTest, EventHasTheProgramAsItsSource) {
-  Told told;
-  c_event_regist_observer("up", keepEvent, &told);
+  Calls calls;
+  c_event_regist_observer("up", keepEvent, &calls);
   c_event_notify("up", "eth0");
   c_event_notify("down", "eth0");
-  EXPECT_EQ(told, Told{"up eth0 " + std::string(program_invocation_short_name)});
+  EXPECT_EQ(calls, Calls{"up eth0 " + std::string(program_invocation_short_name)});
 }
 
 TEST_F(CConfigTest, UnregisteredEventObserverIsNotCalled) {
-  Told told;
-  c_event_regist_observer("up", keepEvent, &told);
+  Calls calls;
+  c_event_regist_observer("up", keepEvent, &calls);
   c_event_unregist_observer("up", keepEvent);
   c_event_notify("up", "eth0");
-  EXPECT_TRUE(told.empty());
+  EXPECT_TRUE(calls.empty());
 }
 
 TEST_F(CConfigTest, PasswordIsInNoDiagnostic) {

@@ -38,14 +38,14 @@ const char kTree[] = R"({"objects": [
 class Observer final : public ICfmObserver {
  public:
   int update(int id, std::string instance, int operation, std::string leaf) override {
-    told.push_back(std::to_string(id) + ' ' + instance + ' ' + std::to_string(operation) + ' ' + leaf);
+    calls.push_back(std::to_string(id) + ' ' + instance + ' ' + std::to_string(operation) + ' ' + leaf);
     const std::function<void()> once = std::move(then);
     then = nullptr;
     if (once) once();
     return 0;
   }
 
-  std::vector<std::string> told;
+  std::vector<std::string> calls;
   std::function<void()> then;
 };
 
@@ -54,17 +54,17 @@ class Provider final : public IDyncDataProvider {
   explicit Provider(std::string answer) : answer_(std::move(answer)) {}
 
   std::string dataGet(int id, std::string instance, std::string leaf) override {
-    asked.push_back(std::to_string(id) + ' ' + instance + ' ' + leaf);
+    calls.push_back(std::to_string(id) + ' ' + instance + ' ' + leaf);
     return answer_;
   }
 
-  std::vector<std::string> asked;
+  std::vector<std::string> calls;
 
  private:
   const std::string answer_;
 };
 
-using Told = std::vector<std::string>;
+using Calls = std::vector<std::string>;
 
 class ConfigServiceTest : public testing::Test {
  protected:
@@ -211,7 +211,7 @@ TEST_F(ConfigServiceTest, UnknownOptionIsRefused) {
 TEST_F(ConfigServiceTest, ObserverIsCalledForAChange) {
   config_.registObserver(kPort, &observer_);
   config_.setValue("Port.a.Mtu", "1", 0);
-  EXPECT_EQ(observer_.told, Told{"2 Port.a. 2 Mtu"});
+  EXPECT_EQ(observer_.calls, Calls{"2 Port.a. 2 Mtu"});
 }
 
 TEST_F(ConfigServiceTest, ObserverReadsTheNewValue) {
@@ -225,26 +225,26 @@ TEST_F(ConfigServiceTest, ObserverReadsTheNewValue) {
 TEST_F(ConfigServiceTest, ObserverIsNotCalledForAnEqualValue) {
   config_.registObserver(kPort, &observer_);
   EXPECT_EQ(config_.setValue("Port.a.Mtu", "9000", 0), C_RESULT_OK);
-  EXPECT_EQ(observer_.told, Told{});
+  EXPECT_EQ(observer_.calls, Calls{});
 }
 
 TEST_F(ConfigServiceTest, ObserverIsNotCalledForARefusedValue) {
   config_.registObserver(kPort, &observer_);
   config_.setValue("Port.a.Mtu", "much", 0);
-  EXPECT_EQ(observer_.told, Told{});
+  EXPECT_EQ(observer_.calls, Calls{});
 }
 
 TEST_F(ConfigServiceTest, ObserverIsNotCalledForOtherObjects) {
   config_.registObserver(kPort, &observer_);
   config_.setValue("Time.Server", "other", 0);
-  EXPECT_EQ(observer_.told, Told{});
+  EXPECT_EQ(observer_.calls, Calls{});
 }
 
 TEST_F(ConfigServiceTest, UnregisteredObserverIsNotCalled) {
   config_.registObserver(kPort, &observer_);
   EXPECT_EQ(config_.unregistObserver(kPort, &observer_), C_RESULT_OK);
   config_.setValue("Port.a.Mtu", "1", 0);
-  EXPECT_EQ(observer_.told, Told{});
+  EXPECT_EQ(observer_.calls, Calls{});
 }
 
 TEST_F(ConfigServiceTest, ObserverOfAnUnknownObjectIsRefused) {
@@ -261,7 +261,7 @@ TEST_F(ConfigServiceTest, ObserverMayWrite) {
   observer_.then = [&] { config_.setValue("Port.b.Mtu", "2", 0); };
   config_.registObserver(kPort, &observer_);
   config_.setValue("Port.a.Mtu", "1", 0);
-  EXPECT_EQ(observer_.told, (Told{"2 Port.a. 2 Mtu", "2 Port.b. 2 Mtu"}));
+  EXPECT_EQ(observer_.calls, (Calls{"2 Port.a. 2 Mtu", "2 Port.b. 2 Mtu"}));
 }
 
 TEST_F(ConfigServiceTest, ObserverMayUnregisterItselfAndOthers) {
@@ -273,8 +273,8 @@ TEST_F(ConfigServiceTest, ObserverMayUnregisterItselfAndOthers) {
   config_.registObserver(kPort, &observer_);
   config_.registObserver(kPort, &other);
   config_.setValue("Port.a.Mtu", "1", 0);
-  EXPECT_EQ(observer_.told.size(), 1U);
-  EXPECT_EQ(other.told, Told{});
+  EXPECT_EQ(observer_.calls.size(), 1U);
+  EXPECT_EQ(other.calls, Calls{});
 }
 
 TEST_F(ConfigServiceTest, LeafOfAMissingInstanceHasItsDefault) {
@@ -290,7 +290,7 @@ TEST_F(ConfigServiceTest, PlainWriteDoesNotCreateAnInstance) {
 TEST_F(ConfigServiceTest, CreatingWriteAddsTheInstance) {
   config_.registObserver(kLink, &observer_);
   EXPECT_EQ(config_.setValue("Link.a.Up", "true", C_CFM_CREATE), C_RESULT_OK);
-  EXPECT_EQ(observer_.told, (Told{"3 Link.a. 1 ", "3 Link.a. 2 Up"}));
+  EXPECT_EQ(observer_.calls, (Calls{"3 Link.a. 1 ", "3 Link.a. 2 Up"}));
   EXPECT_EQ(instancesOf(kLink), std::vector<std::string>{"Link.a."});
   EXPECT_EQ(valueOf("Link.a.Up"), "true");
 }
@@ -298,14 +298,14 @@ TEST_F(ConfigServiceTest, CreatingWriteAddsTheInstance) {
 TEST_F(ConfigServiceTest, CreatingWriteOfTheDefaultOnlyAddsTheInstance) {
   config_.registObserver(kLink, &observer_);
   EXPECT_EQ(config_.setValue("Link.a.Up", "false", C_CFM_CREATE), C_RESULT_OK);
-  EXPECT_EQ(observer_.told, Told{"3 Link.a. 1 "});
+  EXPECT_EQ(observer_.calls, Calls{"3 Link.a. 1 "});
 }
 
 TEST_F(ConfigServiceTest, CreatingWriteToAnExistingInstanceIsAPlainWrite) {
   config_.addInstance("Link.a.");
   config_.registObserver(kLink, &observer_);
   EXPECT_EQ(config_.setValue("Link.a.Up", "true", C_CFM_CREATE), C_RESULT_OK);
-  EXPECT_EQ(observer_.told, Told{"3 Link.a. 2 Up"});
+  EXPECT_EQ(observer_.calls, Calls{"3 Link.a. 2 Up"});
 }
 
 TEST_F(ConfigServiceTest, InvalidValueCreatesNoInstance) {
@@ -317,7 +317,7 @@ TEST_F(ConfigServiceTest, ObserverMayDeleteTheNewInstance) {
   observer_.then = [&] { config_.deleteInstance("Link.a."); };
   config_.registObserver(kLink, &observer_);
   EXPECT_EQ(config_.setValue("Link.a.Up", "true", C_CFM_CREATE), C_RESULT_NOT_FOUND);
-  EXPECT_EQ(observer_.told, (Told{"3 Link.a. 1 ", "3 Link.a. 3 "}));
+  EXPECT_EQ(observer_.calls, (Calls{"3 Link.a. 1 ", "3 Link.a. 3 "}));
 }
 
 TEST_F(ConfigServiceTest, InstanceMayNotHaveTheNameOfAnObject) {
@@ -329,7 +329,7 @@ TEST_F(ConfigServiceTest, DeletingWriteRemovesTheInstance) {
   config_.setValue("Link.a.Up", "true", C_CFM_CREATE);
   config_.registObserver(kLink, &observer_);
   EXPECT_EQ(config_.setValue("Link.a.Up", "not looked at", C_CFM_DELETE), C_RESULT_OK);
-  EXPECT_EQ(observer_.told, Told{"3 Link.a. 3 "});
+  EXPECT_EQ(observer_.calls, Calls{"3 Link.a. 3 "});
   EXPECT_EQ(config_.instanceIterator(kLink), nullptr);
 }
 
@@ -369,7 +369,7 @@ TEST_F(ConfigServiceTest, ComputedLeafIsReadFromItsProvider) {
   Provider provider("2024-02-29T12:00:00");
   EXPECT_EQ(config_.registDataProvider(kTime, &provider), C_RESULT_OK);
   EXPECT_EQ(valueOf("Time.Now"), "2024-02-29T12:00:00");
-  EXPECT_EQ(provider.asked, std::vector<std::string>{"1 Time. Now"});
+  EXPECT_EQ(provider.calls, std::vector<std::string>{"1 Time. Now"});
 }
 
 TEST_F(ConfigServiceTest, ProviderIsCalledForEveryRead) {
@@ -377,7 +377,7 @@ TEST_F(ConfigServiceTest, ProviderIsCalledForEveryRead) {
   config_.registDataProvider(kTime, &provider);
   valueOf("Time.Now");
   valueOf("Time.Now");
-  EXPECT_EQ(provider.asked.size(), 2U);
+  EXPECT_EQ(provider.calls.size(), 2U);
 }
 
 TEST_F(ConfigServiceTest, ProviderIsCalledOnceForANode) {
@@ -387,7 +387,7 @@ TEST_F(ConfigServiceTest, ProviderIsCalledOnceForANode) {
   EXPECT_EQ(node->getLength(), 3U);
   EXPECT_EQ(node->getValue(), "abc");
   config_.releaseNode(node);
-  EXPECT_EQ(provider.asked.size(), 1U);
+  EXPECT_EQ(provider.calls.size(), 1U);
 }
 
 TEST_F(ConfigServiceTest, ProviderIsNotCalledForTheType) {
@@ -396,7 +396,7 @@ TEST_F(ConfigServiceTest, ProviderIsNotCalledForTheType) {
   ICfmNode* node = config_.getNode("Time.Now");
   EXPECT_EQ(node->getType(), "datetime");
   config_.releaseNode(node);
-  EXPECT_TRUE(provider.asked.empty());
+  EXPECT_TRUE(provider.calls.empty());
 }
 
 TEST_F(ConfigServiceTest, ProviderIsNotCalledForStoredLeaves) {
@@ -409,7 +409,7 @@ TEST_F(ConfigServiceTest, ProviderIsNotCalledForAMissingInstance) {
   Provider provider("abc");
   config_.registDataProvider(kLink, &provider);
   EXPECT_EQ(valueOf("Link.a.Speed"), "10");
-  EXPECT_TRUE(provider.asked.empty());
+  EXPECT_TRUE(provider.calls.empty());
 }
 
 TEST_F(ConfigServiceTest, ComputedLeafWithoutProviderHasItsDefault) {

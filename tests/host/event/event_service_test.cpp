@@ -14,14 +14,14 @@
 namespace host {
 namespace {
 
-using Told = std::vector<std::string>;
+using Calls = std::vector<std::string>;
 
 class Observer final : public IEventObserver {
  public:
-  Observer(std::string name, Told& told) : name_(std::move(name)), told_(told) {}
+  Observer(std::string name, Calls& calls) : name_(std::move(name)), calls_(calls) {}
 
   int update(std::string event, std::string data, std::string source) override {
-    told_.push_back(name_ + ": " + event + ' ' + data + ' ' + source);
+    calls_.push_back(name_ + ": " + event + ' ' + data + ' ' + source);
     if (then) then();
     return -1;
   }
@@ -30,36 +30,36 @@ class Observer final : public IEventObserver {
 
  private:
   const std::string name_;
-  Told& told_;
+  Calls& calls_;
 };
 
 class EventServiceTest : public testing::Test {
  protected:
   Services services_;
   EventService events_{"program", services_.registry};
-  Told told_;
-  Observer a_{"a", told_};
-  Observer b_{"b", told_};
+  Calls calls_;
+  Observer a_{"a", calls_};
+  Observer b_{"b", calls_};
 };
 
 TEST_F(EventServiceTest, ObserversAreCalledInOrderOfRegistration) {
   EXPECT_EQ(events_.registObserver("up", &b_), C_RESULT_OK);
   EXPECT_EQ(events_.registObserver("up", &a_), C_RESULT_OK);
   EXPECT_EQ(events_.notify("up", "eth0", 0), C_RESULT_OK);
-  EXPECT_EQ(told_, (Told{"b: up eth0 program", "a: up eth0 program"}));
+  EXPECT_EQ(calls_, (Calls{"b: up eth0 program", "a: up eth0 program"}));
 }
 
 TEST_F(EventServiceTest, ObserversOfOtherEventsAreNotCalled) {
   events_.registObserver("up", &a_);
   EXPECT_EQ(events_.notify("down", "eth0", 0), C_RESULT_OK);
-  EXPECT_EQ(told_, Told{});
+  EXPECT_EQ(calls_, Calls{});
 }
 
 TEST_F(EventServiceTest, ObserverRegisteredTwiceIsCalledTwice) {
   events_.registObserver("up", &a_);
   events_.registObserver("up", &a_);
   events_.notify("up", "", 0);
-  EXPECT_EQ(told_.size(), 2U);
+  EXPECT_EQ(calls_.size(), 2U);
 }
 
 TEST_F(EventServiceTest, UnregisteringRemovesOneRegistration) {
@@ -67,7 +67,7 @@ TEST_F(EventServiceTest, UnregisteringRemovesOneRegistration) {
   events_.registObserver("up", &a_);
   EXPECT_EQ(events_.unregistObserver("up", &a_), C_RESULT_OK);
   events_.notify("up", "", 0);
-  EXPECT_EQ(told_.size(), 1U);
+  EXPECT_EQ(calls_.size(), 1U);
 }
 
 TEST_F(EventServiceTest, UnknownObserverIsNotFound) {
@@ -81,7 +81,7 @@ TEST_F(EventServiceTest, NullObserverAndUnknownFlagsAreRefused) {
   EXPECT_EQ(events_.registObserver("up", nullptr), C_RESULT_PARAM);
   events_.registObserver("up", &a_);
   EXPECT_EQ(events_.notify("up", "", 1), C_RESULT_PARAM);
-  EXPECT_EQ(told_, Told{});
+  EXPECT_EQ(calls_, Calls{});
 }
 
 TEST_F(EventServiceTest, ObserverMayUnregisterItself) {
@@ -90,7 +90,7 @@ TEST_F(EventServiceTest, ObserverMayUnregisterItself) {
   events_.registObserver("up", &b_);
   events_.notify("up", "1", 0);
   events_.notify("up", "2", 0);
-  EXPECT_EQ(told_, (Told{"a: up 1 program", "b: up 1 program", "b: up 2 program"}));
+  EXPECT_EQ(calls_, (Calls{"a: up 1 program", "b: up 1 program", "b: up 2 program"}));
 }
 
 TEST_F(EventServiceTest, ObserverUnregisteredDuringAnEventIsNotCalled) {
@@ -98,7 +98,7 @@ TEST_F(EventServiceTest, ObserverUnregisteredDuringAnEventIsNotCalled) {
   events_.registObserver("up", &a_);
   events_.registObserver("up", &b_);
   events_.notify("up", "", 0);
-  EXPECT_EQ(told_, Told{"a: up  program"});
+  EXPECT_EQ(calls_, Calls{"a: up  program"});
 }
 
 TEST_F(EventServiceTest, ObserverRegisteredDuringAnEventIsCalledForTheNext) {
@@ -109,7 +109,7 @@ TEST_F(EventServiceTest, ObserverRegisteredDuringAnEventIsCalledForTheNext) {
   events_.registObserver("up", &a_);
   events_.notify("up", "1", 0);
   events_.notify("up", "2", 0);
-  EXPECT_EQ(told_, (Told{"a: up 1 program", "a: up 2 program", "b: up 2 program"}));
+  EXPECT_EQ(calls_, (Calls{"a: up 1 program", "a: up 2 program", "b: up 2 program"}));
 }
 
 TEST_F(EventServiceTest, ObserverReregisteredDuringAnEventIsCalledForTheNext) {
@@ -121,7 +121,7 @@ TEST_F(EventServiceTest, ObserverReregisteredDuringAnEventIsCalledForTheNext) {
   events_.registObserver("up", &a_);
   events_.registObserver("up", &b_);
   events_.notify("up", "1", 0);
-  EXPECT_EQ(told_, Told{"a: up 1 program"});
+  EXPECT_EQ(calls_, Calls{"a: up 1 program"});
 }
 
 TEST_F(EventServiceTest, ObserverMaySendAnEvent) {
@@ -129,7 +129,7 @@ TEST_F(EventServiceTest, ObserverMaySendAnEvent) {
   events_.registObserver("up", &a_);
   events_.registObserver("down", &b_);
   events_.notify("up", "eth0", 0);
-  EXPECT_EQ(told_, (Told{"a: up eth0 program", "b: down eth1 program"}));
+  EXPECT_EQ(calls_, (Calls{"a: up eth0 program", "b: down eth1 program"}));
 }
 
 }  // namespace

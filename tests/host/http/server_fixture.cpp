@@ -15,6 +15,7 @@ void ServerFixture::publish(const std::string& text) {
   }
 }
 
+// Each connection has one descriptor of the client and one of the server.
 void ServerFixture::expectConnections(std::size_t count) {
   until([&] { return openDescriptors() == descriptors_ + 2 * count; }, "the server to close connections");
   EXPECT_EQ(server_.clients(), count);

@@ -24,22 +24,18 @@ class ServerFixture : public HttpFixture {
 
   void expectOthersAreAnswered() { EXPECT_EQ(get("/other"), "200 GET /other"); }
 
-  // Waits until the server has closed the connections of all clients but these.
+  // Waits until so many connections are left.
   void expectConnections(std::size_t count);
 
   Client followEvents() { return follow("/stream"); }
 
+  std::vector<std::weak_ptr<Stream>> streams_;
+  HttpServer server_;
+  const std::size_t descriptors_ = openDescriptors();  // without connections
+
  private:
   void answer(HttpExchange& exchange);
   void openStream(HttpExchange& exchange);
-
-  std::vector<std::weak_ptr<Stream>> streams_;
-
- protected:
-  HttpServer server_;
-
- private:
-  const std::size_t descriptors_ = openDescriptors();
 };
 
 }  // namespace host

@@ -107,9 +107,9 @@ class InterruptedProcessesTest : public ProcessesTest {
  protected:
   InterruptedProcessesTest() {
     struct sigaction interrupting = {};
-    interrupting.sa_handler = [](int) { unlink(g_file.c_str()); };
+    interrupting.sa_handler = [](int) { unlink(removed_file_.c_str()); };
     sigaction(SIGUSR1, &interrupting, &before_);
-    g_file = folder_.write("file", "");
+    removed_file_ = folder_.write("file", "");
   }
   ~InterruptedProcessesTest() override { sigaction(SIGUSR1, &before_, nullptr); }
 
@@ -119,7 +119,7 @@ class InterruptedProcessesTest : public ProcessesTest {
   }
 
  private:
-  static inline std::string g_file;
+  static inline std::string removed_file_;
   TemporaryFolder folder_;
   struct sigaction before_ = {};
 };

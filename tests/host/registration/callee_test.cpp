@@ -64,11 +64,11 @@ TEST_F(CModuleCalleeTest, EachStepHasItsFunction) {
   EXPECT_EQ(functionFor("recvDependence"), addressOf(receive));
 }
 
-TEST_F(CModuleCalleeTest, StopHasNobody) {
+TEST_F(CModuleCalleeTest, StopHasNoFunction) {
   EXPECT_TRUE(calleeOf(*static_cast<IModule*>(handle_), "onStop").isEmpty());
 }
 
-TEST_F(CModuleCalleeTest, StepWithoutAFunctionHasNobody) {
+TEST_F(CModuleCalleeTest, EmptyEntryHasNoFunction) {
   table_.onRun = nullptr;
   EXPECT_TRUE(calleeOf(*static_cast<IModule*>(handle_), "onRun").isEmpty());
 }
@@ -78,7 +78,7 @@ TEST(CalleeTest, ParticipantInCxxIsNamedByItsType) {
   EXPECT_EQ(symbolOf(calleeOf(participant, "onLoad")).name, "IBootContext");
 }
 
-TEST(CalleeTest, NobodyHasAName) {
+TEST(CalleeTest, EmptyCalleeIsNamedNobody) {
   EXPECT_EQ(symbolOf(Callee()).name, "nobody");
 }
 

@@ -29,8 +29,8 @@ class RegistryTest : public testing::Test {
  protected:
   Texts keys() const {
     Texts keys;
-    for (const auto& callback : registry_.registrations()) {
-      keys.push_back(nameOf(callback->kind) + (' ' + callback->key));
+    for (const auto& registration : registry_.registrations()) {
+      keys.push_back(nameOf(registration->kind) + (' ' + registration->key));
     }
     return keys;
   }
@@ -139,12 +139,12 @@ TEST_F(RegistryTest, SlowModuleStepIsNotReported) {
 }
 
 TEST_F(RegistryTest, ListenersSeeEachAdditionAndEachCall) {
-  Texts told;
-  registry_.onAdded([&](const Registration& callback) { told.push_back("added " + callback.key); });
-  registry_.onCalled([&](const Call& call) { told.push_back("called " + call.registration->key); });
+  Texts seen;
+  registry_.onAdded([&](const Registration& added) { seen.push_back("added " + added.key); });
+  registry_.onCalled([&](const Call& call) { seen.push_back("called " + call.registration->key); });
   const RegistrationHandle registration = registry_.add(RegistrationKind::kFd, "1", kNobody);
   registration.call([] { return 0; });
-  EXPECT_EQ(told, (Texts{"added 1", "called 1"}));
+  EXPECT_EQ(seen, (Texts{"added 1", "called 1"}));
 }
 
 TEST_F(RegistryTest, HistoryKeepsTheLatestCalls) {

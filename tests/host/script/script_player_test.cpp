@@ -129,12 +129,12 @@ TEST_F(ScriptPlayerTest, SecretValueIsNotLogged) {
 }
 
 TEST_F(ScriptPlayerTest, EventReachesItsObserversAtItsTime) {
-  std::vector<std::pair<std::string, long>> told;
-  EventObserver observer([&](const std::string& text) { told.emplace_back(text, elapsed()); });
+  std::vector<std::pair<std::string, long>> calls;
+  EventObserver observer([&](const std::string& text) { calls.emplace_back(text, elapsed()); });
   events_.registObserver("link-up", &observer);
   play(R"({"atMs": 6000, "event": "link-up", "data": "eth0"})");
   runFor(10000);
-  EXPECT_EQ(told, (std::vector<std::pair<std::string, long>>{{"link-up eth0 service", 6000}}));
+  EXPECT_EQ(calls, (std::vector<std::pair<std::string, long>>{{"link-up eth0 service", 6000}}));
   EXPECT_EQ(log_.records, Records{"6 script: sends event link-up"});
 }
 

@@ -15,7 +15,7 @@
 
 namespace host {
 
-// The time by which calls are measured in tests: it moves only when a test lets it pass.
+// The time by which calls are measured in tests. It moves only when a test calls pass().
 class CallTime {
  public:
   static Heartbeat::TimePoint now() { return now_; }
@@ -25,7 +25,7 @@ class CallTime {
   static inline Heartbeat::TimePoint now_;
 };
 
-// What every service that calls its users depends on.
+// The services that most other services depend on.
 struct Services {
   explicit Services(std::chrono::milliseconds heartbeat_limit = std::chrono::hours(1),
                     Registry::WallTime wall_time = std::chrono::system_clock::now)

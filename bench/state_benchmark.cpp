@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What saved state costs: the start of a process, and a save of one leaf.
+// Measures the cost of saved state: restoring it at start, and saving one leaf.
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -17,9 +17,11 @@
 #include "host/state/state_file.h"
 #include "include_c"
 
+using namespace host;
+
 namespace {
 
-constexpr int kLeavesOfAnInstance = 100;
+constexpr int kLeavesPerInstance = 100;
 
 class SilentLog final : public ILog {
  public:
@@ -39,25 +41,25 @@ std::vector<Object> objects(int leaves) {
   Object& object = objects.front();
   object.number = 1;
   object.name = "Device.Rows.";
-  for (int i = 0; i < kLeavesOfAnInstance; i++) {
+  for (int i = 0; i < kLeavesPerInstance; i++) {
     object.leaves.emplace(leafName(i), Leaf{findValueType("str"), ""});
   }
-  for (int i = 0; i < leaves / kLeavesOfAnInstance; i++) object.instances.emplace(instanceName(i), Values());
+  for (int i = 0; i < leaves / kLeavesPerInstance; i++) object.instances.emplace(instanceName(i), Values());
   return objects;
 }
 
-// A state file in which every leaf has been saved.
+// A state file that contains a value for every leaf.
 class FullState {
  public:
   explicit FullState(int leaves) : leaves_(leaves) {
-    if (mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    if (mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("cannot create a temporary folder");
     StateFile state(file(), "benchmark", log_);
-    ConfigService config = configOver(state);
+    ConfigService config = openConfig(state);
     for (int i = 0; i < leaves; i++) {
-      config.setValue(instanceName(i / kLeavesOfAnInstance) + leafName(i % kLeavesOfAnInstance),
+      config.setValue(instanceName(i / kLeavesPerInstance) + leafName(i % kLeavesPerInstance),
                       "value " + std::to_string(i), 0);
     }
-    if (config.save(1) != C_RESULT_OK) throw std::runtime_error("nothing saved");
+    if (config.save(1) != C_RESULT_OK) throw std::runtime_error("cannot save");
   }
   ~FullState() { std::filesystem::remove_all(folder_); }
   FullState(const FullState&) = delete;
@@ -67,10 +69,10 @@ class FullState {
   Tree tree() const { return Tree(objects(leaves_)); }
   ILog& log() { return log_; }
 
-  ConfigService configOver(StateFile& state) {
-    Tree laid_over = tree();
-    state.layOver(laid_over);
-    return ConfigService(std::move(laid_over), registry_, [&state](Tree& changed, const Changes& changes) {
+  ConfigService openConfig(StateFile& state) {
+    Tree restored = tree();
+    state.restore(restored);
+    return ConfigService(std::move(restored), registry_, [&state](Tree& changed, const Changes& changes) {
       return state.save(changed, changes);
     });
   }
@@ -90,19 +92,20 @@ void start(benchmark::State& run) {
     Tree tree = full.tree();
     run.ResumeTiming();
     StateFile state(full.file(), "benchmark", full.log());
-    state.layOver(tree);
-    if (tree.find("Device.Rows.0.Leaf1")->value() != "value 1") run.SkipWithError("nothing laid over");
+    state.restore(tree);
+    if (tree.find("Device.Rows.0.Leaf1")->value() != "value 1")
+      run.SkipWithError("the state was not restored");
   }
 }
 
 void saveOneLeaf(benchmark::State& run) {
   FullState full(static_cast<int>(run.range(0)));
   StateFile state(full.file(), "benchmark", full.log());
-  ConfigService config = full.configOver(state);
+  ConfigService config = full.openConfig(state);
   int value = 0;
   for (auto _ : run) {
     config.setValue("Device.Rows.0.Leaf1", std::to_string(++value), 0);
-    if (config.save(1) != C_RESULT_OK) run.SkipWithError("nothing saved");
+    if (config.save(1) != C_RESULT_OK) run.SkipWithError("cannot save");
   }
 }
 

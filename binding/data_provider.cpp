@@ -29,5 +29,5 @@ void c_cfm_data_provider_set(void* handle, const char* type, char* data) {
   // A flag is answered as its number, unlike a flag that is written with c_cfm_set_value().
   const ValueKind kind = valueKind(type);
   const bool is_number = kind == ValueKind::kWord || kind == ValueKind::kFlag;
-  static_cast<__DataProvider*>(handle)->result = is_number ? wordText(loadWord(data)) : data;
+  static_cast<__DataProvider*>(handle)->result = is_number ? WordText(loadWord(data)).c_str() : data;
 }

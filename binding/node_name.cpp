@@ -38,26 +38,35 @@ int copyOut(const std::string& prefix, char* buf, unsigned int buf_len, const ch
   return C_RESULT_OK;
 }
 
-// Makes the full name of leaf `name`, reached from `base` by `relpath`.
+// The two blocks of a relative access. Both are held until the typed function has returned.
+struct Blocks {
+  Block resolved;  // the full name of the leaf
+  Block object;    // the object that the path leads to
+};
+
+// Makes the full name of the leaf `name` that `relpath` reaches from `base`.
 int resolve(const char* function, const char* base, const char* relpath, const char* name, const char* type,
-            Block& resolved) {
+            Blocks& blocks) {
   if (base == nullptr || relpath == nullptr || name == nullptr || type == nullptr) {
     return leave(C_RESULT_PARAM, function);
   }
-  resolved = newBlock();
-  if (resolved == nullptr) return leave(C_RESULT_NO_MEMORY, function);
-  const Block object = newBlock();
-  if (object == nullptr) return leave(C_RESULT_NO_MEMORY, function);
+  blocks.resolved = newBlock();
+  if (blocks.resolved == nullptr) return leave(C_RESULT_NO_MEMORY, function);
+  blocks.object = newBlock();
+  if (blocks.object == nullptr) {
+    blocks.resolved.reset();  // before the diagnostic, whose formatting may need the memory
+    return leave(C_RESULT_NO_MEMORY, function);
+  }
 
   // Names of 512 bytes and more are not supported; they are cut, so that the block always has an end.
-  std::strncpy(object.get(), base, kBlockSize - 1);
+  std::strncpy(blocks.object.get(), base, kBlockSize - 1);
   for (const char* up = std::strstr(relpath, kUp); up != nullptr;
        up = std::strstr(up + sizeof kUp - 1, kUp)) {
-    c_cfm_parent_fullname(object.get());  // at the top it says so and stays there
+    c_cfm_parent_fullname(blocks.object.get());  // at the top it says so and stays there
   }
   // An empty path adds no dot: a base that brings its own is joined as it stands.
   const char* separator = *relpath != '\0' ? "." : "";
-  std::snprintf(resolved.get(), kBlockSize, "%s%s%s", object.get(), separator, name);
+  std::snprintf(blocks.resolved.get(), kBlockSize, "%s%s%s", blocks.object.get(), separator, name);
   return C_RESULT_OK;
 }
 
@@ -73,16 +82,17 @@ int c_cfm_get_grand_name(const char* fullname, char* buf, unsigned int buf_len) 
 
 int c_cfm_set_value_v2(const char* fullname, const char* relpath, const char* name, const char* type,
                        const void* data, unsigned int data_len, int option) {
-  Block resolved;
-  const int result = resolve("c_cfm_set_value_v2", fullname, relpath, name, type, resolved);
-  return result == C_RESULT_OK ? c_cfm_set_value(resolved.get(), option, type, data, data_len) : result;
+  Blocks blocks;
+  const int result = resolve("c_cfm_set_value_v2", fullname, relpath, name, type, blocks);
+  return result == C_RESULT_OK ? c_cfm_set_value(blocks.resolved.get(), option, type, data, data_len)
+                               : result;
 }
 
 int c_cfm_get_value_v2(const char* fullname, const char* relpath, const char* name, const char* type,
                        void* data, unsigned int data_len) {
-  Block resolved;
-  const int result = resolve("c_cfm_get_value_v2", fullname, relpath, name, type, resolved);
-  return result == C_RESULT_OK ? c_cfm_get_value(resolved.get(), type, data, data_len) : result;
+  Blocks blocks;
+  const int result = resolve("c_cfm_get_value_v2", fullname, relpath, name, type, blocks);
+  return result == C_RESULT_OK ? c_cfm_get_value(blocks.resolved.get(), type, data, data_len) : result;
 }
 
 int c_cfm_lookup_instance(int id, c_visit_callback visit, c_pass_fn3 pass_fn3, c_pass_fn4 pass_fn4,

@@ -3,12 +3,13 @@
 #include <cstdlib>
 
 #include "binding/bounded_text.h"
+#include "binding/limits.h"
 #include "binding/services.h"
 
 namespace {
 
-using CommandText = BoundedText<1024>;
-using RecordText = BoundedText<80>;
+using CommandText = BoundedText<kCommandBuffer>;
+using RecordText = BoundedText<kRecordBuffer>;
 
 }  // namespace
 

@@ -32,7 +32,7 @@ const char* errorText(int code) {
 int c_debug_out(const char* file, int line, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  const BoundedText<1024> text(format, arguments);
+  const BoundedText<kDiagnosticBuffer> text(format, arguments);
   va_end(arguments);
 
   IContext* context = currentContext();

@@ -3,6 +3,7 @@
 #ifndef CPP2C_BINDING_RESULT_H
 #define CPP2C_BINDING_RESULT_H
 
+#include "binding/limits.h"
 #include "include_c"
 
 // The text of a result code; never null.
@@ -18,8 +19,5 @@ int failed(int code, const char* operation, int line = __builtin_LINE());
 
 // "<function>: Leave: <text of the code>" and a line feed.
 int leave(int code, const char* function, int line = __builtin_LINE());
-
-// The source that diagnostics name: fixed, whatever the file is called and wherever it was built.
-constexpr const char* kTraceFile = "cpp2c";
 
 #endif

@@ -39,15 +39,8 @@ int openLeaf(const char* fullname, const char* type, const void* data, unsigned 
   // always been reported with this text and this code.
   leaf.node = {leaf.cfm->getNode(fullname), ReleaseNode{leaf.cfm}};
   if (leaf.node == nullptr) return refuse(C_RESULT_NOT_INIT, "malloc memory failed!");
-  if (leaf.node->getType() != type) return refuse(C_RESULT_PARAM, "data type error!");
+  if (leaf.node->getType() != type) return refuse(C_RESULT_PARAM, kTypeMismatch);
   return C_RESULT_OK;
-}
-
-std::string textOf(ValueKind kind, const void* data) {
-  if (kind == ValueKind::kText) return static_cast<const char*>(data);
-  const std::int32_t word = loadWord(data);
-  if (kind == ValueKind::kWord) return wordText(word);
-  return word != 0 ? "true" : "false";
 }
 
 int readText(ICfmNode& node, void* data, unsigned int data_len) {
@@ -80,12 +73,24 @@ int c_cfm_set_value(const char* fullname, int option, const char* type, const vo
   const int opened = openLeaf(fullname, type, data, data_len, leaf);
   if (opened != C_RESULT_OK) return opened;
 
-  const ValueKind kind = valueKind(type);
-  if (kind == ValueKind::kUnknown) return C_RESULT_OK;
-
-  const std::string text = textOf(kind, data);
-  leaf.node.reset();  // the service takes the node back before it accepts a write
-  return leaf.cfm->setValue(fullname, text, option);
+  // The service gets the node back before the write. A word becomes text before that, as always; texts and
+  // flags are read after it.
+  switch (valueKind(type)) {
+    case ValueKind::kText:
+      leaf.node.reset();
+      return leaf.cfm->setValue(fullname, static_cast<const char*>(data), option);
+    case ValueKind::kWord: {
+      const WordText text(loadWord(data));
+      leaf.node.reset();
+      return leaf.cfm->setValue(fullname, text.c_str(), option);
+    }
+    case ValueKind::kFlag:
+      leaf.node.reset();
+      return leaf.cfm->setValue(fullname, loadWord(data) != 0 ? "true" : "false", option);
+    case ValueKind::kUnknown:
+      break;  // a type of the service's own: nothing to write, and no failure
+  }
+  return C_RESULT_OK;
 }
 
 int c_cfm_get_value(const char* fullname, const char* type, void* data, unsigned int data_len) {

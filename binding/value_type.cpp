@@ -40,16 +40,17 @@ void storeWord(void* data, std::int32_t word) {
   std::memcpy(data, &word, sizeof word);
 }
 
-std::string wordText(std::int32_t word) {
-  char text[sizeof "-2147483648"];
-  return {text, std::to_chars(text, text + sizeof text, word).ptr};
+WordText::WordText(std::int32_t word) {
+  std::to_chars(text_, text_ + sizeof text_ - 1, word);
 }
 
 int c_cfm_str2bool(const char* text, int* flag) {
+  // Both comparisons come before the flag is stored: the caller may keep text and flag in the same storage.
   const std::string_view given(text);
   const bool is_true = given == "true";
+  const bool is_known = is_true || given == "false";
   *flag = is_true ? 1 : 0;
-  if (is_true || given == "false") return C_RESULT_OK;
+  if (is_known) return C_RESULT_OK;
 
   refuse(C_RESULT_PARAM, text);
   return leave(C_RESULT_PARAM, "c_cfm_str2bool");

@@ -4,7 +4,6 @@
 #define CPP2C_BINDING_VALUE_TYPE_H
 
 #include <cstdint>
-#include <string>
 
 // How C code holds a value of a type.
 enum class ValueKind {
@@ -22,7 +21,16 @@ std::int32_t loadWord(const void* data);
 void storeWord(void* data, std::int32_t word);
 
 // A word as signed decimal text, for "uint" as well: C programs and the tree agree on the bits, and
-// 4294967295 stands in the tree as "-1".
-std::string wordText(std::int32_t word);
+// 4294967295 is
+// "-1" in the tree.
+class WordText {
+ public:
+  explicit WordText(std::int32_t word);
+
+  const char* c_str() const { return text_; }
+
+ private:
+  char text_[sizeof "-2147483648"] = {};
+};
 
 #endif

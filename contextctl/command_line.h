@@ -2,9 +2,13 @@
 #ifndef CPP2C_CONTEXTCTL_COMMAND_LINE_H
 #define CPP2C_CONTEXTCTL_COMMAND_LINE_H
 
-#include "contextctl/failure.h"
+#include "contextctl/system/failure.h"
 
-// Reads the command line and does what it asks for. Throws Failure.
+namespace contextctl {
+
+// Parses the command line and runs its command. Throws Failure.
 ExitStatus runCommandLine(int argc, const char* const* argv);
+
+}  // namespace contextctl
 
 #endif

@@ -3,9 +3,10 @@
 #include <iostream>
 
 #include "contextctl/command_line.h"
-#include "contextctl/failure.h"
+#include "contextctl/system/failure.h"
 #include "util/text.h"
 
+namespace contextctl {
 namespace {
 
 int complain(const char* reason, ExitStatus status) {
@@ -14,13 +15,14 @@ int complain(const char* reason, ExitStatus status) {
 }
 
 }  // namespace
+}  // namespace contextctl
 
 int main(int argc, char** argv) {
   try {
-    return runCommandLine(argc, argv);
-  } catch (const Failure& failure) {
-    return complain(failure.what(), failure.status());
+    return contextctl::runCommandLine(argc, argv);
+  } catch (const contextctl::Failure& failure) {
+    return contextctl::complain(failure.what(), failure.status());
   } catch (const std::exception& error) {
-    return complain(error.what(), kExitNoAnswer);
+    return contextctl::complain(error.what(), contextctl::kExitNoAnswer);
   }
 }

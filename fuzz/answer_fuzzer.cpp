@@ -1,23 +1,24 @@
 // SPDX-License-Identifier: MIT
-// Whatever a socket answers, the client takes it apart or refuses it.
+// The client parses or rejects any answer.
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "contextctl/event_stream.h"
-#include "contextctl/failure.h"
-#include "contextctl/message.h"
+#include "contextctl/connection/event_stream.h"
+#include "contextctl/connection/message.h"
+#include "contextctl/system/failure.h"
 #include "fuzz/harness.h"
 
+namespace contextctl {
 namespace {
 
 void checkAnswer(const std::string& text) {
   try {
     require(!readAnswer(text).json.empty(), "an answer can be printed");
   } catch (const Failure& failure) {
-    require(failure.status() == kExitNoAnswer, "what is no answer is no answer");
+    require(failure.status() == kExitNoAnswer, "an invalid answer has its exit status");
   }
   readRefusal(text);
 }
@@ -30,12 +31,14 @@ std::vector<std::string> itemsOf(const std::string& text, std::size_t part) {
 }
 
 }  // namespace
+}  // namespace contextctl
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(data, data + size);
-  checkAnswer(text);
-  const std::vector<std::string> items = itemsOf(text, text.size() + 1);
-  require(items == itemsOf(text, 1) && items == itemsOf(text, 3), "a stream may be cut anywhere");
-  for (const std::string& item : items) checkAnswer(item);
+  contextctl::checkAnswer(text);
+  const std::vector<std::string> items = contextctl::itemsOf(text, text.size() + 1);
+  require(items == contextctl::itemsOf(text, 1) && items == contextctl::itemsOf(text, 3),
+          "pieces of a stream may end anywhere");
+  for (const std::string& item : items) contextctl::checkAnswer(item);
   return 0;
 }

@@ -1,41 +1,43 @@
 // SPDX-License-Identifier: MIT
-// Any text is a configuration that holds together, or is refused in one message that names its source.
+// Any text is read as a consistent configuration, or refused with one message that names its source.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <utility>
 
-#include "host/config/configuration.h"
+#include "fuzz/harness.h"
 #include "host/config/name.h"
 #include "host/config/tree.h"
-#include "host/start_error.h"
-#include "fuzz/harness.h"
+#include "host/start/configuration_file.h"
 #include "include_c"
+#include "util/error.h"
+
+using namespace host;
 
 namespace {
 
 const char kSource[] = "config.json";
 
 void checkObject(const Object& object) {
-  require(isObjectName(object.name), "the name of an object is components");
+  require(isObjectName(object.name), "the name of an object consists of components");
   for (const auto& [name, leaf] : object.leaves) {
     require(isComponent(name), "the name of a leaf is a component");
     require(fits(*leaf.type, leaf.default_value), "a default fits its type");
   }
   for (const auto& [instance, values] : object.instances) {
-    require(isObjectName(instance), "the name of an instance is components");
+    require(isObjectName(instance), "the name of an instance consists of components");
     for (const auto& [name, value] : values) {
-      require(object.leaves.count(name) == 1, "a value is that of a leaf");
+      require(object.leaves.count(name) == 1, "a value belongs to a leaf");
       require(fits(*object.leaves.at(name).type, value), "a value fits its type");
     }
   }
 }
 
 void checkTree(Tree tree, std::size_t objects) {
-  require(tree.objects().size() == objects, "no number stands twice");
+  require(tree.objects().size() == objects, "all numbers are unique");
   for (const auto& [number, object] : tree.objects()) {
-    require(tree.named(object.name) == tree.find(number), "no name stands twice");
+    require(tree.named(object.name) == tree.find(number), "all names are unique");
     for (const auto& [instance, values] : object.instances) {
       require(tree.ownerOf(instance) == &object, "an instance has one owner");
       for (const auto& [leaf, declaration] : object.leaves) {
@@ -46,8 +48,8 @@ void checkTree(Tree tree, std::size_t objects) {
   }
 }
 
-void checkMessage(const StartError& error) {
-  require(error.code() == C_RESULT_PARAM, "what is refused is a parameter");
+void checkMessage(const util::Error& error) {
+  require(error.code() == C_RESULT_PARAM, "a refused text has the code for a bad parameter");
   require(std::strncmp(error.what(), kSource, std::strlen(kSource)) == 0, "a message names its source");
 }
 
@@ -60,7 +62,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     for (const Object& object : configuration.objects) checkObject(object);
     const std::size_t objects = configuration.objects.size();
     checkTree(Tree(std::move(configuration.objects)), objects);
-  } catch (const StartError& error) {
+  } catch (const util::Error& error) {
     checkMessage(error);
   }
   return 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whatever a client of the control socket sends, and whenever it goes: it gets HTTP or nothing, sees no
-// secret that it has not asked for, and the next client is answered.
+// Whatever a client of the control socket sends, and whenever it disconnects: it receives HTTP or nothing,
+// and no secret unless it asks for one, and the next client gets its response.
 #include <event2/event.h>
 #include <stdlib.h>
 #include <sys/socket.h>
@@ -12,9 +12,9 @@
 #include <cstdint>
 #include <string>
 
+#include "fuzz/harness.h"
 #include "host/clock/clock.h"
 #include "host/config/config_service.h"
-#include "host/config/configuration.h"
 #include "host/control/control.h"
 #include "host/event/event_service.h"
 #include "host/heartbeat/heartbeat.h"
@@ -25,7 +25,9 @@
 #include "host/loop/event_loop.h"
 #include "host/registration/call_history.h"
 #include "host/registration/registry.h"
-#include "fuzz/harness.h"
+#include "host/start/configuration_file.h"
+
+using namespace host;
 
 namespace {
 
@@ -36,10 +38,10 @@ constexpr char kConfiguration[] = R"({"objects": [
   {"number": 2, "name": "I.", "dynamic": true, "leaves": {"M": {"type": "uint"}}, "instances": {"I.a.": {}}}
 ]})";
 
-// A folder for the socket, as long as the process.
+// A temporary folder for the socket. It is removed when the process ends.
 class Folder {
  public:
-  Folder() { require(mkdtemp(path_.data()) != nullptr, "a folder can be made"); }
+  Folder() { require(mkdtemp(path_.data()) != nullptr, "a temporary folder can be created"); }
   ~Folder() { rmdir(path_.c_str()); }
 
   std::string socket() const { return path_ + "/control"; }
@@ -55,20 +57,20 @@ class Client {
     address.sun_family = AF_UNIX;
     path.copy(address.sun_path, sizeof address.sun_path - 1);
     require(connect(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0,
-            "one may connect");
+            "a client can connect");
   }
   ~Client() { leave(); }
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
 
-  // What does not fit into the socket is left out.
+  // Drops the bytes that do not fit into the socket's buffer.
   void send(const std::string& bytes) const { ::send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL); }
   void leave() {
     if (fd_ >= 0) close(fd_);
     fd_ = -1;
   }
 
-  // Whether there was anything.
+  // Returns whether there were bytes to read.
   bool read() {
     char bytes[16384];
     const ssize_t size = recv(fd_, bytes, sizeof bytes, 0);
@@ -85,7 +87,8 @@ class Client {
 struct Service {
   explicit Service(const std::string& path)
       : config(Tree(parseConfiguration(kConfiguration, "fuzz").objects), registry),
-        control(Controlled{clock, config, events, log, lifecycle, registry, history, loop}, base, path) {}
+        control(ControlledServices{clock, config, events, log, lifecycle, registry, history, loop}, base,
+                path) {}
 
   Clock clock;
   LogService log{C_LOG_DEBUG, "/dev/null", clock};
@@ -100,7 +103,7 @@ struct Service {
   Control control;
 };
 
-// Until neither side has anything to do.
+// Runs the loop and the client until neither has anything left to do.
 void serve(Service& service, Client& client) {
   event_base* base = service.base.get();
   int idle = 0;
@@ -111,19 +114,19 @@ void serve(Service& service, Client& client) {
   }
 }
 
-void makeNews(Service& service) {
+void notifyFollowers(Service& service) {
   service.events.notify("event", "data", 0);
   service.config.setValue("T.P", "secret of later", 0);
   service.config.setValue("T.S", "text", 0);
   service.log.record("module", C_LOG_INFO, "text");
 }
 
-void checkAnswered(Service& service, const std::string& path) {
+void checkNextClient(Service& service, const std::string& path) {
   Client client(path);
   client.send("GET /modules HTTP/1.1\r\n\r\n");
   serve(service, client);
   require(client.received().find(R"({"modules":[],"state":"idle"})") != std::string::npos,
-          "the next client is answered");
+          "the next client gets its response");
 }
 
 }  // namespace
@@ -137,18 +140,18 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Client stays(path);
   stays.send(bytes);
   serve(service, stays);
-  makeNews(service);
+  notifyFollowers(service);
   serve(service, stays);
   const std::string& received = stays.received();
-  require(received.empty() || received.rfind("HTTP/", 0) == 0, "what is answered is HTTP");
+  require(received.empty() || received.rfind("HTTP/", 0) == 0, "a response is HTTP");
   require(received.find("secret") == std::string::npos || bytes.find("reveal") != std::string::npos ||
               bytes.find("secret") != std::string::npos,
-          "a secret is shown only to who asks for it");
+          "a secret is sent only on request");
 
   Client leaves(path);
   leaves.send(bytes);
   leaves.leave();
-  makeNews(service);
-  checkAnswered(service, path);
+  notifyFollowers(service);
+  checkNextClient(service, path);
   return 0;
 }

@@ -7,13 +7,13 @@
 #include <cstdio>
 #include <cstdlib>
 
-// What a harness defines: takes any bytes, and returns 0. The name is libFuzzer's.
+// Each harness defines it: runs the code under test on any bytes and returns 0. The name is libFuzzer's.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-// Ends the process unless what must hold does, in a build without assertions too.
-inline void require(bool holds, const char* what) {
+// Aborts the process unless the property holds, also in a build without assertions.
+inline void require(bool holds, const char* property) {
   if (holds) return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
+  std::fprintf(stderr, "does not hold: %s\n", property);
   std::abort();
 }
 

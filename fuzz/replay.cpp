@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs a harness over the files of the folders that are given, where there is no libFuzzer.
+// Runs a harness on every file of the given folders, without libFuzzer.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -22,7 +22,7 @@ std::vector<std::filesystem::path> filesIn(const char* folder) {
 
 bool replay(const std::filesystem::path& file) {
   std::printf("%s\n", file.c_str());
-  std::fflush(stdout);  // if the harness ends the process, this is the file at fault
+  std::fflush(stdout);  // the last file printed is the culprit if the harness aborts
   std::ifstream stream(file, std::ios::binary);
   const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
   if (!stream) return false;

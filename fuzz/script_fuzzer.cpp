@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
-// Any text is a script that can be played, or is refused in one message that names its source.
+// Any text is read as a valid script, or refused with one message that names its source.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <variant>
 
-#include "host/script/script.h"
-#include "host/start_error.h"
 #include "fuzz/harness.h"
+#include "host/script/script.h"
 #include "include_c"
+#include "util/error.h"
+
+using namespace host;
 
 namespace {
 
@@ -20,19 +22,19 @@ void checkWhen(const AtTime& when) {
 }
 
 void checkWhen(const AtCall& when) {
-  require(when.first >= 1 && when.times >= 1, "calls are counted from one");
+  require(when.first >= 1 && when.times >= 1, "calls are counted from 1");
 }
 
 void checkStep(const Step& step) {
   std::visit([](const auto& when) { checkWhen(when); }, step.when);
-  if (std::holds_alternative<Answer>(step.what)) {
-    require(std::holds_alternative<AtCall>(step.when), "an answer is that of a call");
+  if (std::holds_alternative<Answer>(step.action)) {
+    require(std::holds_alternative<AtCall>(step.when), "an answer belongs to a call");
   }
-  if (const auto* outage = std::get_if<UnavailableFor>(&step.what)) {
-    require(outage->duration.count() > 0, "an outage takes time");
+  if (const auto* outage = std::get_if<UnavailableFor>(&step.action)) {
+    require(outage->duration.count() > 0, "the duration of an outage is positive");
   }
-  if (const auto* outage = std::get_if<UnavailableCalls>(&step.what)) {
-    require(outage->number > 0, "an outage takes calls");
+  if (const auto* outage = std::get_if<UnavailableCalls>(&step.action)) {
+    require(outage->number > 0, "the number of calls of an outage is positive");
   }
 }
 
@@ -41,8 +43,8 @@ void checkStep(const Step& step) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {
     for (const Step& step : parseScript(std::string(data, data + size), kSource)) checkStep(step);
-  } catch (const StartError& error) {
-    require(error.code() == C_RESULT_PARAM, "what is refused is a parameter");
+  } catch (const util::Error& error) {
+    require(error.code() == C_RESULT_PARAM, "a refused text has the code for a bad parameter");
     require(std::strncmp(error.what(), kSource, std::strlen(kSource)) == 0, "a message names its source");
   }
   return 0;

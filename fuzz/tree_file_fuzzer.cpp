@@ -1,21 +1,22 @@
 // SPDX-License-Identifier: MIT
-// Any text is a file of leaves that is written again with the same leaves, or is refused in one message.
+// Any text is either a file of leaves, which can be written again with the same leaves, or is rejected.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
 
-#include "contextctl/failure.h"
-#include "contextctl/tree_file.h"
+#include "contextctl/leaves/leaf_file.h"
+#include "contextctl/system/failure.h"
 #include "fuzz/harness.h"
 
+namespace contextctl {
 namespace {
 
 const char kSource[] = "tree.json";
 
 void checkWrittenAgain(const std::vector<Leaf>& leaves) {
-  const std::vector<Leaf> again = readTree(writeTree(leaves), kSource);
+  const std::vector<Leaf> again = parseLeaves(formatLeaves(leaves), kSource);
   require(again.size() == leaves.size(), "no leaf is lost");
   for (std::size_t i = 0; i < leaves.size(); i++) {
     require(again[i].name == leaves[i].name, "a name is kept");
@@ -25,13 +26,16 @@ void checkWrittenAgain(const std::vector<Leaf>& leaves) {
 }
 
 }  // namespace
+}  // namespace contextctl
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {
-    checkWrittenAgain(readTree(std::string(data, data + size), kSource));
-  } catch (const Failure& failure) {
-    require(failure.status() == kExitNoAnswer, "a file that cannot be read is no answer");
-    require(std::strncmp(failure.what(), kSource, std::strlen(kSource)) == 0, "a message names its source");
+    contextctl::checkWrittenAgain(
+        contextctl::parseLeaves(std::string(data, data + size), contextctl::kSource));
+  } catch (const contextctl::Failure& failure) {
+    require(failure.status() == contextctl::kExitNoAnswer, "an invalid file has its exit status");
+    require(std::strncmp(failure.what(), contextctl::kSource, std::strlen(contextctl::kSource)) == 0,
+            "a message begins with its source");
   }
   return 0;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The two entry points by which the context library is entered.
+// The two functions through which the library libcpp2c opens the host context.
 #include "host/host_context.h"
 
 extern "C" {
@@ -9,12 +9,12 @@ __attribute__((visibility("default"))) void relInstance(void* instance);
 
 }  // extern "C"
 
-// Each call makes a new context, which the caller gives back to relInstance(). Who calls does not matter.
+// Creates a context, which the caller passes to relInstance() when it is done. The argument is not used.
 void* getInstance(void* /*caller*/) {
-  return static_cast<IContext*>(new HostContext);
+  return static_cast<IContext*>(new host::HostContext);
 }
 
-// Takes null as well.
+// Accepts null.
 void relInstance(void* instance) {
   delete static_cast<IContext*>(instance);
 }

@@ -7,19 +7,20 @@
 #include <string>
 #include <utility>
 
-#include "host/config/configuration.h"
 #include "host/guard/guard.h"
 #include "host/host_services.h"
-#include "host/options/options.h"
-#include "host/start_error.h"
+#include "host/start/configuration_file.h"
+#include "host/start/options.h"
 #include "include_c"
+#include "util/error.h"
 #include "util/text.h"
 
+namespace host {
 namespace {
 
 constexpr int kOk = C_RESULT_OK;
 
-// The word is a pointer that has come through the C interface.
+// The C interface passes pointers as integers.
 const char* const* pointerOf(std::uintptr_t word) {
   const char* const* pointer = nullptr;
   std::memcpy(&pointer, &word, sizeof pointer);
@@ -33,7 +34,7 @@ Configuration configurationFor(const Options& options) {
   return configuration;
 }
 
-// Has a call to the services pass their guard. Before init() there are neither.
+// Makes a call to the services through their guard. Refuses it before init(), when there are none.
 template <typename Function>
 auto enter(const std::unique_ptr<HostServices>& services, const OperationCall& call, Function function) {
   if (services == nullptr) return refusal<decltype(function(*services))>(C_RESULT_NOT_INIT);
@@ -44,7 +45,8 @@ auto enter(const std::unique_ptr<HostServices>& services, const OperationCall& c
 
 HostContext::HostContext() = default;
 
-// Modules are closed now and may still call: they find no services, of which some are gone.
+// Modules are closed with the services and may still call the context. reset() clears the pointer first, so
+// such a call finds no services instead of partly destroyed ones.
 HostContext::~HostContext() {
   services_.reset();
 }
@@ -52,12 +54,12 @@ HostContext::~HostContext() {
 int HostContext::init(std::uintptr_t argc, std::uintptr_t argv) {
   try {
     if (services_ != nullptr) {
-      throw StartError(C_RESULT_REDUNDANT, "the context has been initialised already");
+      throw util::Error(C_RESULT_REDUNDANT, "the context is already initialised");
     }
     const Options options = readOptions(static_cast<int>(argc), pointerOf(argv));
     services_ = std::make_unique<HostServices>(this, options, configurationFor(options));
     return C_RESULT_OK;
-  } catch (const StartError& error) {
+  } catch (const util::Error& error) {
     std::fprintf(stderr, "%s\n", util::oneLine(error.what()).c_str());
     return error.code();
   }
@@ -131,3 +133,5 @@ int HostContext::notifyDepends(std::string name) {
     return kOk;
   });
 }
+
+}  // namespace host

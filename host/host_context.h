@@ -7,19 +7,21 @@
 
 #include "binding/context.h"
 
+namespace host {
+
 struct HostServices;
 
-// The context on a Linux machine. Its services exist once init() has succeeded; before, there are none, and
-// every operation answers C_RESULT_NOT_INIT.
+// The context on a Linux host. Its services exist once init() has succeeded. Until then, every operation
+// returns C_RESULT_NOT_INIT or null.
 //
-// What was registered is deleted before the context is, so its destructor touches none of it.
+// The library deletes all registered objects before the context, so the destructor must not access them.
 class HostContext final : public IContext {
  public:
   HostContext();
   ~HostContext() override;
 
-  // The words are `argc` and `argv` of main(), or 0 and 0. A failure is told in one line on standard error
-  // and leaves nothing behind: init() may be called again.
+  // The arguments are `argc` and `argv` of main(), or 0 and 0. On failure, prints one line to standard error
+  // and releases everything: init() can be called again.
   int init(std::uintptr_t argc, std::uintptr_t argv) override;
   int load() override;
 
@@ -49,5 +51,7 @@ class HostContext final : public IContext {
  private:
   std::unique_ptr<HostServices> services_;
 };
+
+}  // namespace host
 
 #endif

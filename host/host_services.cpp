@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+namespace host {
 namespace {
 
 std::unique_ptr<StateFile> stateFor(const Options& options, ILog& log) {
@@ -16,7 +17,7 @@ std::unique_ptr<StateFile> stateFor(const Options& options, ILog& log) {
 ConfigService configFor(std::vector<Object> objects, StateFile* state, Registry& registry) {
   Tree tree(std::move(objects));
   if (state == nullptr) return ConfigService(std::move(tree), registry);
-  state->layOver(tree);
+  state->restore(tree);
   return ConfigService(std::move(tree), registry, [state](Tree& changed, const Changes& changes) {
     return state->save(changed, changes);
   });
@@ -40,25 +41,27 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
       timers(deadlines, clock, registry),
       lifecycle(context, std::move(configuration.modules), log, registry) {
   log.debugSwitch(options.debug);
-  loop.callWhenStopped([this] { stop(); });
+  loop.callWhenStopped([this] { unload(); });
   if (options.strictness != Strictness::kOff) {
-    strict = std::make_unique<Strict>(log, options.strictness == Strictness::kFatal, guard, event_base,
-                                      config, heartbeat, registry);
+    strict = std::make_unique<StrictMode>(log, options.strictness == Strictness::kFatal, guard, event_base,
+                                          config, heartbeat, registry);
     lifecycle.callWhenUnloaded([this] { strict->checkUnloaded(); });
   }
   if (!options.script.empty()) {
     script_player = std::make_unique<ScriptPlayer>(
         readScript(options.script), guard,
-        ScriptPlayer::Stage{clock, deadlines, log, config, events, [this] { loop.stop(); }});
+        ScriptPlayer::Services{clock, deadlines, log, config, events, [this] { loop.stop(); }});
   }
   if (!options.control.empty()) {
-    control =
-        std::make_unique<Control>(Controlled{clock, config, events, log, lifecycle, registry, history, loop},
-                                  event_base, options.control);
+    control = std::make_unique<Control>(
+        ControlledServices{clock, config, events, log, lifecycle, registry, history, loop}, event_base,
+        options.control);
   }
 }
 
-void HostServices::stop() {
+void HostServices::unload() {
   lifecycle.unload();
   if (strict != nullptr) strict->listRemaining();
 }
+
+}  // namespace host

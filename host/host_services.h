@@ -6,35 +6,33 @@
 
 #include "host/clock/clock.h"
 #include "host/config/config_service.h"
-#include "host/config/configuration.h"
 #include "host/control/control.h"
 #include "host/event/event_service.h"
 #include "host/guard/guard.h"
-#include "host/guard/guarded_cfm.h"
-#include "host/guard/guarded_event.h"
-#include "host/guard/guarded_heartbeat.h"
-#include "host/guard/guarded_log.h"
-#include "host/guard/guarded_loop.h"
+#include "host/guard/guarded_services.h"
 #include "host/heartbeat/heartbeat.h"
 #include "host/lifecycle/lifecycle.h"
 #include "host/log/log_service.h"
 #include "host/loop/event_base.h"
 #include "host/loop/event_loop.h"
-#include "host/options/options.h"
 #include "host/process/processes.h"
 #include "host/registration/call_history.h"
 #include "host/registration/registry.h"
 #include "host/script/script_player.h"
+#include "host/start/configuration_file.h"
+#include "host/start/options.h"
 #include "host/state/state_file.h"
-#include "host/strict/strict.h"
+#include "host/strict/strict_mode.h"
 #include "host/timer/deadlines.h"
 #include "host/timer/timers.h"
 
 class IContext;
 
-// The services of one context, in the order in which they need one another.
+namespace host {
+
+// The services of one context. Each service depends only on those before it.
 struct HostServices {
-  // Throws StartError for the first thing that cannot be had.
+  // Throws util::Error if a service cannot be created.
   HostServices(IContext* context, const Options& options, Configuration configuration);
 
   Clock clock;
@@ -43,7 +41,7 @@ struct HostServices {
   Heartbeat heartbeat;
   Registry registry;
   CallHistory history;
-  std::unique_ptr<StateFile> state;  // null: nothing outlasts the process
+  std::unique_ptr<StateFile> state;  // null: nothing is saved
   ConfigService config;
   EventService events;
   EventBase event_base;
@@ -52,7 +50,7 @@ struct HostServices {
   Timers timers;
   Lifecycle lifecycle;
 
-  // What is handed out in the services' place.
+  // The program receives these instead of the services themselves.
   Guard guard;
   GuardedLog guarded_log{guard, log};
   GuardedCfm guarded_config{guard, config};
@@ -60,13 +58,15 @@ struct HostServices {
   GuardedHeartbeat guarded_heartbeat{guard, heartbeat};
   GuardedLoop guarded_loop{guard, loop};
 
-  // What is there only if it has been asked for.
-  std::unique_ptr<Strict> strict;
+  // Null unless an option requests them.
+  std::unique_ptr<StrictMode> strict;
   std::unique_ptr<ScriptPlayer> script_player;
   std::unique_ptr<Control> control;
 
  private:
-  void stop();
+  void unload();
 };
+
+}  // namespace host
 
 #endif

@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: MIT
+#include "contextctl/commands/commands.h"
+
 #include <unistd.h>
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <ostream>
 
-#include "contextctl/commands/commands.h"
-#include "contextctl/durations.h"
-#include "contextctl/interrupt.h"
-#include "contextctl/table.h"
+#include "contextctl/commands/command_set.h"
+#include "contextctl/output/durations.h"
+#include "contextctl/output/table.h"
+#include "contextctl/system/interrupt.h"
 #include "util/text.h"
 
+namespace contextctl {
 namespace {
 
 struct Cost {
@@ -20,19 +24,19 @@ struct Cost {
 
 struct Line {
   Record registration;
-  Cost recent;  // since the sample before
+  Cost recent;  // since the previous sample
 };
 
-// Remembers from sample to sample what each registration had cost.
+// Computes what each registration has cost since the previous sample.
 class Sampler {
  public:
   std::vector<Line> update(const std::vector<Record>& registrations);
 
  private:
-  std::map<std::string, Cost> before_;
+  std::map<std::string, Cost> previous_;
 };
 
-// The parts are parted by what no text of a registration holds.
+// The separator occurs in no text of a registration.
 std::string identityOf(const Record& r) {
   return r.text("kind") + '\n' + r.text("key") + '\n' + r.text("function") + '\n' + r.text("since");
 }
@@ -42,11 +46,11 @@ std::vector<Line> Sampler::update(const std::vector<Record>& registrations) {
   std::map<std::string, Cost> now;
   for (const Record& registration : registrations) {
     const Cost cost{registration.number("count"), registration.number("totalMs")};
-    const Cost& before = before_[identityOf(registration)];
+    const Cost& previous = previous_[identityOf(registration)];
     now[identityOf(registration)] = cost;
-    lines.push_back({registration, {cost.count - before.count, cost.total_ms - before.total_ms}});
+    lines.push_back({registration, {cost.count - previous.count, cost.total_ms - previous.total_ms}});
   }
-  before_ = std::move(now);
+  previous_ = std::move(now);
   std::stable_sort(lines.begin(), lines.end(),
                    [](const Line& a, const Line& b) { return a.recent.total_ms > b.recent.total_ms; });
   return lines;
@@ -55,19 +59,20 @@ std::vector<Line> Sampler::update(const std::vector<Record>& registrations) {
 void printSample(const Session& session, const Record& statistics, const std::vector<Line>& lines) {
   std::ostream& out = session.out();
   out << util::printable(statistics.text("program")) << " (" << statistics.text("pid") << "), running for "
-      << uptime(statistics.number("uptimeMs")) << ", " << statistics.text("callbacks")
-      << " callbacks, busy for " << milliseconds(statistics.number("busyMs")) << " ms\n";
+      << uptimeText(statistics.number("uptimeMs")) << ", " << statistics.text("calls") << " calls, busy for "
+      << millisecondsText(statistics.number("busyMs")) << " ms\n";
   Table table({"RECENT MS", "RECENT COUNT", "TOTAL MS", "COUNT", "LONGEST MS", "KIND", "KEY", "FUNCTION"});
   for (const Line& line : lines) {
     const Record& r = line.registration;
-    table.add({milliseconds(line.recent.total_ms), std::to_string(static_cast<long long>(line.recent.count)),
-               milliseconds(r.number("totalMs")), r.text("count"), milliseconds(r.number("longestMs")),
-               r.text("kind"), r.text("key"), r.text("function")});
+    table.add({millisecondsText(line.recent.total_ms),
+               std::to_string(static_cast<long long>(line.recent.count)),
+               millisecondsText(r.number("totalMs")), r.text("count"),
+               millisecondsText(r.number("longestMs")), r.text("kind"), r.text("key"), r.text("function")});
   }
   table.print(out);
 }
 
-// A terminal shows one sample in place of the other, a file holds them one below the other.
+// On a terminal, each sample replaces the previous one; in a file, they follow each other.
 void separate(const Session& session, bool first) {
   if (session.json()) return;
   if (isatty(STDOUT_FILENO) == 1) {
@@ -77,20 +82,39 @@ void separate(const Session& session, bool first) {
   }
 }
 
-}  // namespace
-
 void showTop(const Session& session, double interval, int count) {
   const Interrupt interrupt;
   Sampler sampler;
   for (int i = 0; count == 0 || i < count; i++) {
     if (i > 0 && interrupt.wait(interval)) return;
-    const Answer statistics = session.get("/statistics"), registrations = session.get("/registrations");
+    const Answer statistics = session.connection().get("/statistics");
+    const Answer registrations = session.connection().get("/registrations");
     separate(session, i == 0);
     if (session.json()) {
       session.out() << "{\"statistics\":" << statistics.json << ',' << registrations.json.substr(1) << '\n';
     } else {
-      printSample(session, statistics.record, sampler.update(registrations.list("registrations")));
+      printSample(session, statistics.record, sampler.update(registrations.objectArray("registrations")));
     }
     flush(session.out());
   }
 }
+
+}  // namespace
+
+void addTopCommand(CommandSet& commands) {
+  struct Arguments {
+    double interval = 2;
+    int count = 0;
+  };
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App* top =
+      commands.add(commands.app(), "top", "Show periodically which calls take most time",
+                   "  contextctl top --interval 1\n  contextctl top --count 1",
+                   [=](const Session& session) { showTop(session, arguments->interval, arguments->count); });
+  top->add_option("--interval", arguments->interval, "Seconds between two samples; default: 2")
+      ->type_name("S")
+      ->check(isPositive());
+  addCount(top, arguments->count, "samples");
+}
+
+}  // namespace contextctl

@@ -10,10 +10,14 @@ namespace CLI {
 class App;
 }
 
-// What may stand in place of the last of the words, which may be empty: commands and options as `app` defines
-// them, names of leaves, instances and objects as the context knows them that the words speak of. None
-// without such a context. Nothing at all: the name of a file.
+namespace contextctl {
+
+// The completions of the last word, which may be empty: commands and options of `app`, and names of leaves,
+// instances and objects of the context that the words select; no names if it does not answer. Returns nullopt
+// if the word is a file name.
 std::optional<std::vector<std::string>> findCandidates(const CLI::App& app,
                                                        const std::vector<std::string>& words);
+
+}  // namespace contextctl
 
 #endif

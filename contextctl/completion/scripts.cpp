@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "contextctl/completion/scripts.h"
 
+namespace contextctl {
 namespace {
 
-// The names come from a running context: the shell is to expand none of them.
+// Names come from a running context: the shell must not expand them.
 constexpr const char* kBash = R"sh(_contextctl() {
   local name names word=${COMP_WORDS[COMP_CWORD]}
   COMPREPLY=()
@@ -19,7 +20,7 @@ constexpr const char* kBash = R"sh(_contextctl() {
 complete -F _contextctl contextctl
 )sh";
 
-// Either loaded by name when it is needed first, or read by "source".
+// Loaded automatically by its name, or read by "source".
 constexpr const char* kZsh = R"sh(#compdef contextctl
 _contextctl() {
   local names
@@ -51,3 +52,5 @@ std::string completionScript(const std::string& shell) {
   if (shell == "bash") return kBash;
   return shell == "zsh" ? kZsh : kFish;
 }
+
+}  // namespace contextctl

@@ -4,9 +4,13 @@
 
 #include <string>
 
-// What makes "bash", "zsh" or "fish" complete command lines. The scripts know nothing themselves: they hand
-// the words to `contextctl complete`, which prints what may stand in place of the last one, or ends with
-// status 1 where the shell is to complete names of files.
+namespace contextctl {
+
+// The completion script of "bash", "zsh" or "fish". The scripts pass the words of the command line to
+// `contextctl complete`, which prints the completions of the last word, or exits with status 1 if the shell
+// is to complete a file name.
 std::string completionScript(const std::string& shell);
+
+}  // namespace contextctl
 
 #endif

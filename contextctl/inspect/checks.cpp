@@ -4,11 +4,13 @@
 #include <algorithm>
 #include <string>
 
-#include "contextctl/inspect/demangle.h"
 #include "contextctl/inspect/dependencies.h"
 #include "contextctl/inspect/library.h"
 #include "contextctl/inspect/string_abi.h"
+#include "contextctl/inspect/symbol_names.h"
+#include "util/text.h"
 
+namespace contextctl {
 namespace {
 
 const DynamicSymbol* findSymbol(const Library& library, const std::string& name) {
@@ -17,10 +19,10 @@ const DynamicSymbol* findSymbol(const Library& library, const std::string& name)
   return symbol == library.symbols.end() ? nullptr : &*symbol;
 }
 
-// A usual mistake: the function is there, but without C linkage.
+// A common mistake: the function exists, but without C linkage.
 bool hasCppFunction(const Library& library, const std::string& name) {
   return std::any_of(library.symbols.begin(), library.symbols.end(), [&](const DynamicSymbol& symbol) {
-    return symbol.defined && demangle(symbol.name).compare(0, name.size() + 1, name + '(') == 0;
+    return symbol.defined && util::startsWith(demangle(symbol.name), name + '(');
   });
 }
 
@@ -30,7 +32,7 @@ Finding checkEntryPoint(const Library& library, const std::string& name) {
   if (symbol == nullptr && hasCppFunction(library, name))
     return {Verdict::kNo, subject, name + " has C++ linkage; declare it extern \"C\""};
   if (symbol == nullptr) return {Verdict::kNo, subject, name + " is missing"};
-  if (!symbol->defined) return {Verdict::kNo, subject, name + " is used, but not defined"};
+  if (!symbol->defined) return {Verdict::kNo, subject, name + " is undefined"};
   if (!symbol->function) return {Verdict::kNo, subject, name + " is not a function"};
   return {Verdict::kOk, subject, name};
 }
@@ -71,13 +73,14 @@ void checkDependencies(const std::vector<Dependency>& dependencies, std::vector<
       continue;
     }
     std::string text = dependency.name + ": not found, needed by " + dependency.needed_by;
-    if (!dependency.trouble.empty()) text += "; " + dependency.trouble;
+    if (!dependency.problem.empty()) text += "; " + dependency.problem;
     findings.push_back({Verdict::kNo, "needs", text});
   }
 }
 
 void noteUncheckedDependencies(const Library& library, std::vector<Finding>& findings) {
-  const std::string text = joined(library.needed) + ": not checked; name that machine's root with --sysroot";
+  const std::string text =
+      joined(library.needed) + ": not checked; give the root folder of the other machine with --sysroot";
   if (!library.needed.empty()) findings.push_back({Verdict::kNote, "needs", text});
 }
 
@@ -85,10 +88,11 @@ void checkUnloading(const Library& library, std::vector<Finding>& findings) {
   std::vector<std::string> unique;
   for (const DynamicSymbol& symbol : library.symbols)
     if (symbol.unique) unique.push_back(demangle(symbol.name));
-  if (library.no_delete) findings.push_back({Verdict::kWarning, "unloading", "marked never to be unloaded"});
+  if (library.no_delete)
+    findings.push_back({Verdict::kWarning, "unloading", "marked as never to be unloaded"});
   if (!unique.empty()) {
     findings.push_back({Verdict::kWarning, "unloading",
-                        "stays in the process once opened, for its unique symbols: " + joined(unique)});
+                        "stays in the process once loaded because of unique symbols: " + joined(unique)});
   }
   if (unique.empty() && !library.no_delete)
     findings.push_back({Verdict::kOk, "unloading", "nothing keeps it in the process"});
@@ -96,6 +100,8 @@ void checkUnloading(const Library& library, std::vector<Finding>& findings) {
 
 void checkStack(const Library& library, std::vector<Finding>& findings) {
   findings.push_back(library.executable_stack
-                         ? Finding{Verdict::kWarning, "stack", "makes the process's stack executable"}
+                         ? Finding{Verdict::kWarning, "stack", "makes the stack of the process executable"}
                          : Finding{Verdict::kOk, "stack", "not executable"});
 }
+
+}  // namespace contextctl

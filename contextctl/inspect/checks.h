@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
-// What can be said of a library without running any of it. Each check adds its findings.
+// Checks that do not run any code of the library. Each adds its findings.
 #ifndef CPP2C_CONTEXTCTL_INSPECT_CHECKS_H
 #define CPP2C_CONTEXTCTL_INSPECT_CHECKS_H
 
 #include <vector>
 
 #include "contextctl/inspect/report.h"
+
+namespace contextctl {
 
 struct Dependency;
 struct Library;
@@ -17,7 +19,9 @@ void checkDependencies(const std::vector<Dependency>& dependencies, std::vector<
 void checkUnloading(const Library& library, std::vector<Finding>& findings);
 void checkStack(const Library& library, std::vector<Finding>& findings);
 
-// For another machine's library, when it is not known where that machine's libraries are.
+// For a library of another machine whose root folder is unknown.
 void noteUncheckedDependencies(const Library& library, std::vector<Finding>& findings);
+
+}  // namespace contextctl
 
 #endif

@@ -7,10 +7,11 @@
 #include <optional>
 #include <set>
 
-#include "contextctl/failure.h"
 #include "contextctl/inspect/library.h"
 #include "contextctl/inspect/search_path.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
 using Folders = std::vector<std::string>;
@@ -19,11 +20,11 @@ void append(Folders& folders, const Folders& more) {
   folders.insert(folders.end(), more.begin(), more.end());
 }
 
-class Finder {
+class DependencyFinder {
  public:
-  Finder(const Library& ours, const SearchPath& search) : ours_(ours), search_(search) {}
+  DependencyFinder(const Library& ours, const SearchPath& search) : ours_(ours), search_(search) {}
 
-  // `inherited` are the RPATH folders of those on whose behalf the library is loaded.
+  // `inherited` are the RPATH folders of the libraries that need this one.
   void visit(const Library& library, const Folders& inherited);
 
   std::vector<Dependency> found() { return std::move(found_); }
@@ -40,7 +41,7 @@ class Finder {
   std::vector<Dependency> found_;
 };
 
-void Finder::visit(const Library& library, const Folders& inherited) {
+void DependencyFinder::visit(const Library& library, const Folders& inherited) {
   Folders rpaths;
   if (library.runpath.empty()) rpaths = expand(library.rpath, library);
   append(rpaths, inherited);
@@ -53,8 +54,8 @@ void Finder::visit(const Library& library, const Folders& inherited) {
   }
 }
 
-// The dynamic string token names the folder of the library that uses it.
-Folders Finder::expand(const std::string& folders, const Library& library) const {
+// $ORIGIN is the folder of the library.
+Folders DependencyFinder::expand(const std::string& folders, const Library& library) const {
   const std::string origin = std::filesystem::absolute(library.path).parent_path();
   Folders expanded;
   for (std::string folder : splitFolders(folders)) {
@@ -70,8 +71,8 @@ Folders Finder::expand(const std::string& folders, const Library& library) const
   return expanded;
 }
 
-// A RUNPATH takes the RPATHs out of force.
-Folders Finder::foldersFor(const Library& library, const Folders& rpaths) const {
+// A RUNPATH disables the RPATHs.
+Folders DependencyFinder::foldersFor(const Library& library, const Folders& rpaths) const {
   Folders folders;
   if (library.runpath.empty()) folders = rpaths;
   append(folders, search_.named);
@@ -80,7 +81,7 @@ Folders Finder::foldersFor(const Library& library, const Folders& rpaths) const 
   return folders;
 }
 
-std::optional<Library> Finder::locate(Dependency& dependency, const Folders& folders) const {
+std::optional<Library> DependencyFinder::locate(Dependency& dependency, const Folders& folders) const {
   if (dependency.name == ours_.soname) return tryFile(dependency, ours_.path);
   if (dependency.name.find('/') != std::string::npos)
     return tryFile(dependency, search_.root + dependency.name);
@@ -89,8 +90,8 @@ std::optional<Library> Finder::locate(Dependency& dependency, const Folders& fol
   return std::nullopt;
 }
 
-// The loader, too, passes over files that do not fit and goes on looking.
-std::optional<Library> Finder::tryFile(Dependency& dependency, const std::string& file) const {
+// Like the loader, skips files for other machines and continues the search.
+std::optional<Library> DependencyFinder::tryFile(Dependency& dependency, const std::string& file) const {
   if (access(file.c_str(), F_OK) != 0) return std::nullopt;
   try {
     Library library = readLibrary(file);
@@ -98,9 +99,9 @@ std::optional<Library> Finder::tryFile(Dependency& dependency, const std::string
       dependency.path = file;
       return library;
     }
-    dependency.trouble = file + " is for another machine";
+    dependency.problem = file + " is for another machine";
   } catch (const Failure& failure) {
-    dependency.trouble = failure.what();
+    dependency.problem = failure.what();
   }
   return std::nullopt;
 }
@@ -109,7 +110,9 @@ std::optional<Library> Finder::tryFile(Dependency& dependency, const std::string
 
 std::vector<Dependency> findDependencies(const Library& library, const Library& ours,
                                          const SearchPath& search) {
-  Finder finder(ours, search);
+  DependencyFinder finder(ours, search);
   finder.visit(library, {});
   return finder.found();
 }
+
+}  // namespace contextctl

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 struct Library;
 struct SearchPath;
 
@@ -13,12 +15,14 @@ struct Dependency {
   std::string name;
   std::string needed_by;  // path
   std::string path;       // empty: not found
-  std::string trouble;    // why a file of that name was passed over; may be empty
+  std::string problem;    // why a file of that name was skipped; empty: none was
 };
 
-// Finds everything that `library` needs, directly or not, as the loader would in a process that has `ours`
-// loaded. What a library needs stands before the library.
+// Finds the direct and indirect dependencies of `library`, as the loader does in a process that has loaded
+// `ours`. The dependencies of a library precede it.
 std::vector<Dependency> findDependencies(const Library& library, const Library& ours,
                                          const SearchPath& search);
+
+}  // namespace contextctl
 
 #endif

@@ -5,6 +5,8 @@
 
 #include "contextctl/inspect/elf_image.h"
 
+namespace contextctl {
+
 DynamicSection::DynamicSection(const ElfImage& image) : image_(image) {
   const GElf_Phdr* segment = image.findSegment(PT_DYNAMIC);
   if (segment == nullptr) image.fail("not linked dynamically");
@@ -33,7 +35,7 @@ std::vector<std::uint64_t> DynamicSection::values(std::int64_t tag) const {
 std::string DynamicSection::name(std::uint64_t offset) const {
   const std::optional<std::uint64_t> table = value(DT_STRTAB);
   const std::uint64_t size = value(DT_STRSZ).value_or(0);
-  if (!table || offset >= size) image_.fail("a name lies outside of the string table");
+  if (!table || offset >= size) image_.fail("a name lies outside the string table");
   return image_.text(image_.offsetOf(*table) + offset);
 }
 
@@ -50,7 +52,7 @@ std::vector<GElf_Sym> DynamicSection::symbols() const {
   return found;
 }
 
-// The table does not state its own length; what the loader searches it by does.
+// The symbol table has no length of its own; the hash table that the loader uses has.
 std::uint64_t DynamicSection::symbolCount() const {
   if (image_.header().e_machine == EM_MIPS) return value(DT_MIPS_SYMTABNO).value_or(0);
   if (const auto hash = value(DT_GNU_HASH)) return countByGnuHash(image_.offsetOf(*hash));
@@ -58,7 +60,7 @@ std::uint64_t DynamicSection::symbolCount() const {
   return 0;
 }
 
-// The last symbol is the end of the chain that begins last; an odd word ends a chain.
+// The last symbol is at the end of the last chain. An odd word ends a chain.
 std::uint64_t DynamicSection::countByGnuHash(std::uint64_t offset) const {
   const std::uint64_t bucket_count = image_.word(offset), first = image_.word(offset + 4);
   const std::uint64_t filter_size = image_.word(offset + 8);
@@ -73,3 +75,5 @@ std::uint64_t DynamicSection::countByGnuHash(std::uint64_t offset) const {
   while ((image_.word(chains + (last - first) * 4) & 1) == 0) last++;
   return last + 1;
 }
+
+}  // namespace contextctl

@@ -9,9 +9,11 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 class ElfImage;
 
-// What a file tells the loader about linking it. Throws Failure for what is damaged.
+// The information of a file for the dynamic loader. Throws Failure if it is damaged.
 class DynamicSection {
  public:
   explicit DynamicSection(const ElfImage& image);  // `image` must outlive it
@@ -28,5 +30,7 @@ class DynamicSection {
   const ElfImage& image_;
   std::vector<GElf_Dyn> entries_;
 };
+
+}  // namespace contextctl
 
 #endif

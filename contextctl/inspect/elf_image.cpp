@@ -3,8 +3,10 @@
 
 #include <utility>
 
-#include "contextctl/failure.h"
-#include "contextctl/files.h"
+#include "contextctl/system/failure.h"
+#include "contextctl/system/files.h"
+
+namespace contextctl {
 
 ElfImage::ElfImage(const std::string& path) : ElfImage(path, readFile(path)) {}
 
@@ -42,7 +44,7 @@ std::uint64_t ElfImage::offsetOf(std::uint64_t address) const {
                        address - segment.p_vaddr < segment.p_filesz;
     if (holds) return segment.p_offset + (address - segment.p_vaddr);
   }
-  fail("an address lies outside of every segment");
+  fail("an address lies outside all segments");
 }
 
 std::uint32_t ElfImage::word(std::uint64_t offset) const {
@@ -59,7 +61,7 @@ std::uint32_t ElfImage::word(std::uint64_t offset) const {
 std::string ElfImage::text(std::uint64_t offset) const {
   requireInside(offset, 1);
   const size_t end = content_.find('\0', offset);
-  if (end == std::string::npos) fail("a name has no end");
+  if (end == std::string::npos) fail("a name is not terminated");
   return content_.substr(offset, end - offset);
 }
 
@@ -83,3 +85,5 @@ void ElfImage::requireInside(std::uint64_t offset, std::uint64_t size) const {
 void ElfImage::fail(const std::string& reason) const {
   throw Failure(kExitNoAnswer, path_ + ": " + reason);
 }
+
+}  // namespace contextctl

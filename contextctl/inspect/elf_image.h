@@ -9,12 +9,14 @@
 #include <string>
 #include <vector>
 
-// One ELF file, read as the loader reads it: by its segments, which are there even when the sections have
-// been stripped. Every access is checked against the file's end; a damaged file makes it throw Failure.
+namespace contextctl {
+
+// An ELF file, read by its segments as the loader does: segments exist even if the sections are stripped.
+// Throws Failure if the file is damaged; every access is checked against the end of the file.
 class ElfImage {
  public:
   explicit ElfImage(const std::string& path);       // reads the file
-  ElfImage(std::string path, std::string content);  // `path` names it in messages
+  ElfImage(std::string path, std::string content);  // `path` is for messages
   ElfImage(const ElfImage&) = delete;
   ElfImage& operator=(const ElfImage&) = delete;
 
@@ -23,14 +25,14 @@ class ElfImage {
   const std::vector<GElf_Phdr>& segments() const { return segments_; }
   Elf* elf() const { return elf_.get(); }
 
-  const GElf_Phdr* findSegment(std::uint32_t type) const;  // null: there is none
+  const GElf_Phdr* findSegment(std::uint32_t type) const;  // null: none
 
-  std::uint64_t offsetOf(std::uint64_t address) const;  // of a byte that the loader maps at `address`
+  std::uint64_t offsetOf(std::uint64_t address) const;  // of the byte that the loader maps at `address`
   std::uint32_t word(std::uint64_t offset) const;       // 32 bits in the file's byte order
   std::string text(std::uint64_t offset) const;         // up to its NUL
   std::string bytes(std::uint64_t offset, std::uint64_t size) const;
 
-  // `count` records of `type`, translated into this machine's form, for the gelf_ functions.
+  // `count` records of `type` in the byte order of this machine, for the gelf_ functions.
   Elf_Data* records(std::uint64_t offset, std::uint64_t count, Elf_Type type) const;
 
   [[noreturn]] void fail(const std::string& reason) const;
@@ -49,5 +51,7 @@ class ElfImage {
   GElf_Ehdr header_ = {};
   std::vector<GElf_Phdr> segments_;
 };
+
+}  // namespace contextctl
 
 #endif

@@ -10,6 +10,7 @@
 #include "contextctl/inspect/gnu_attributes.h"
 #include "contextctl/inspect/platform.h"
 
+namespace contextctl {
 namespace {
 
 constexpr const char* kMipsFloats[] = {
@@ -58,15 +59,15 @@ bool is64(int mips_float) {
   return mips_float == Val_GNU_MIPS_ABI_FP_64 || mips_float == Val_GNU_MIPS_ABI_FP_64A;
 }
 
-// The kind called "xx" was made to run beside either width of the registers.
-bool runsBesideXx(int mips_float) {
+// The convention "xx" works with both widths of the registers.
+bool fitsXx(int mips_float) {
   return is64(mips_float) || mips_float == Val_GNU_MIPS_ABI_FP_DOUBLE;
 }
 
 bool mipsFloatsFit(int one, int other) {
   if (!isStated(one) || !isStated(other) || one == other) return true;
-  if (one == Val_GNU_MIPS_ABI_FP_XX) return runsBesideXx(other);
-  if (other == Val_GNU_MIPS_ABI_FP_XX) return runsBesideXx(one);
+  if (one == Val_GNU_MIPS_ABI_FP_XX) return fitsXx(other);
+  if (other == Val_GNU_MIPS_ABI_FP_XX) return fitsXx(one);
   return is64(one) && is64(other);
 }
 
@@ -103,3 +104,5 @@ bool floatingPointFits(const Platform& one, const Platform& other) {
   return mipsFloatsFit(one.mips_float, other.mips_float) &&
          (one.flags & EF_MIPS_NAN2008) == (other.flags & EF_MIPS_NAN2008);
 }
+
+}  // namespace contextctl

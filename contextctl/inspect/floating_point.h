@@ -1,22 +1,27 @@
 // SPDX-License-Identifier: MIT
-// How floating-point numbers are passed and computed: code of two kinds must not meet in one process.
+// Conventions of floating-point code. Code of different conventions must not share a process.
 #ifndef CPP2C_CONTEXTCTL_INSPECT_FLOATING_POINT_H
 #define CPP2C_CONTEXTCTL_INSPECT_FLOATING_POINT_H
 
 #include <string>
+
+namespace contextctl {
 
 class ElfImage;
 struct Platform;
 
 constexpr int kFloatNotStated = -1;
 
-// What a MIPS file states in its flags segment or, as older tools make it, in its build attributes.
+// The Val_GNU_MIPS_ABI_FP_ number in the flags segment of a MIPS file or, from older tools, in its build
+// attributes.
 int mipsFloat(const ElfImage& image);
 
-// In words; empty where the machine has but one kind.
+// A description; empty if the machine has only one convention.
 std::string floatingPoint(const Platform& platform);
 
-// Whether code of the two kinds can share a process; what is not stated is taken to fit.
+// Whether code of both conventions can share a process. A convention that is not stated fits all.
 bool floatingPointFits(const Platform& one, const Platform& other);
+
+}  // namespace contextctl
 
 #endif

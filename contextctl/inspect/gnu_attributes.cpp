@@ -5,18 +5,19 @@
 
 #include "contextctl/inspect/elf_image.h"
 
+namespace contextctl {
 namespace {
 
-// Reads on from one place in the file.
+// Reads consecutive values from a place in the file.
 class Reader {
  public:
   Reader(const ElfImage& image, std::uint64_t at) : image_(image), at_(at) {}
 
   std::uint64_t at() const { return at_; }
-  std::uint64_t number();  // seven bits a byte, the lowest first
+  std::uint64_t number();  // seven bits per byte, lowest first
   std::string text();
 
-  // Of a block that begins at `begin` and is preceded by its size here.
+  // The end of the block at `begin`, whose size is read here.
   std::uint64_t endOfBlock(std::uint64_t begin);
 
  private:
@@ -47,7 +48,7 @@ std::uint64_t Reader::endOfBlock(std::uint64_t begin) {
   return end;
 }
 
-// Numbers have even tags, texts odd ones.
+// Even tags have numbers, odd tags strings.
 std::optional<std::uint64_t> findInList(Reader reader, std::uint64_t end, std::uint64_t wanted) {
   while (reader.at() < end) {
     const std::uint64_t tag = reader.number();
@@ -61,7 +62,7 @@ std::optional<std::uint64_t> findInList(Reader reader, std::uint64_t end, std::u
   return std::nullopt;
 }
 
-// One vendor's lists, of which that of the whole file counts.
+// Searches the lists of one vendor for the one of the whole file.
 std::optional<std::uint64_t> findInBlock(const ElfImage& image, std::uint64_t begin, std::uint64_t end,
                                          std::uint64_t wanted) {
   constexpr std::uint64_t kWholeFile = 1;
@@ -98,3 +99,5 @@ std::optional<std::uint64_t> gnuAttribute(const ElfImage& image, std::uint64_t t
   }
   return std::nullopt;
 }
+
+}  // namespace contextctl

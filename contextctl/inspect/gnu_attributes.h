@@ -5,10 +5,14 @@
 #include <cstdint>
 #include <optional>
 
+namespace contextctl {
+
 class ElfImage;
 
-// The number that the section of GNU build attributes gives to an even tag for the whole file; nothing if it
-// does not stand there. Throws Failure if the section is damaged.
+// The value of an even tag in the section of GNU build attributes, for the whole file; nullopt if it is
+// missing. Throws Failure if the section is damaged.
 std::optional<std::uint64_t> gnuAttribute(const ElfImage& image, std::uint64_t tag);
+
+}  // namespace contextctl
 
 #endif

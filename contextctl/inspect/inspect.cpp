@@ -5,21 +5,22 @@
 
 #include <filesystem>
 
-#include "contextctl/failure.h"
 #include "contextctl/inspect/checks.h"
 #include "contextctl/inspect/dependencies.h"
 #include "contextctl/inspect/elf_image.h"
 #include "contextctl/inspect/library.h"
 #include "contextctl/inspect/live.h"
 #include "contextctl/inspect/search_path.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
 constexpr const char* kOurLibrary = "libcpp2c.so.1";
 constexpr const char* kThisProgram = "/proc/self/exe";
 
-// Beside this program's own folder stands the library of the same build or installation.
-std::string findOurs(SearchPath search) {
+// The library of the same build or installation is in a folder beside the folder of this program.
+std::string findLibcpp2c(SearchPath search) {
   const std::filesystem::path home = std::filesystem::read_symlink(kThisProgram).parent_path().parent_path();
   search.named.push_back(home / "lib");
   search.named.push_back(home / CPP2C_LIBDIR);
@@ -28,7 +29,7 @@ std::string findOurs(SearchPath search) {
     std::string path = folder + '/' + kOurLibrary;
     if (access(path.c_str(), R_OK) == 0) return path;
   }
-  throw Failure(kExitNoAnswer, std::string("no ") + kOurLibrary + " found; name one with --against");
+  throw Failure(kExitNoAnswer, std::string("no ") + kOurLibrary + " found; give its path with --against");
 }
 
 bool isForeign(const Library& library) {
@@ -40,7 +41,7 @@ bool isForeign(const Library& library) {
 Report inspect(const InspectOptions& options) {
   const SearchPath search = makeSearchPath(options.library_path, options.sysroot);
   const Library library = readLibrary(options.library);
-  const Library ours = readLibrary(options.against.empty() ? findOurs(search) : options.against);
+  const Library ours = readLibrary(options.against.empty() ? findLibcpp2c(search) : options.against);
   const bool foreign = isForeign(library);
   if (options.live && foreign) {
     throw Failure(kExitUsage, "--live needs a library for this machine: " + options.library + " is " +
@@ -62,3 +63,5 @@ Report inspect(const InspectOptions& options) {
   if (options.live) inspectLive(dependencies, options.kind, options.seconds, report);
   return report;
 }
+
+}  // namespace contextctl

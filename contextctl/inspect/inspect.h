@@ -7,17 +7,21 @@
 #include "contextctl/inspect/operations.h"
 #include "contextctl/inspect/report.h"
 
+namespace contextctl {
+
 struct InspectOptions {
   std::string library;
-  std::string against;       // the libcpp2c.so that it is to fit; empty: the one that programs here get
-  std::string library_path;  // colon-separated folders, looked through first
-  std::string sysroot;       // where another machine's folders stand; empty: this machine
-  Kind kind = Kind::kContext;
+  std::string against;       // the libcpp2c.so to fit; empty: the one on this machine
+  std::string library_path;  // colon-separated folders to search first
+  std::string sysroot;       // root folder of another machine's file system; empty: this machine
+  LibraryKind kind = LibraryKind::kContext;
   bool live = false;
-  double seconds = 10;  // that the live part may take
+  double seconds = 10;  // time limit of the live part
 };
 
-// Says whether a context or module library fits libcpp2c. Throws Failure if one of them cannot be read.
+// Checks whether a context or module library fits libcpp2c. Throws Failure if one of the two cannot be read.
 Report inspect(const InspectOptions& options);
+
+}  // namespace contextctl
 
 #endif

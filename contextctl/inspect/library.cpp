@@ -6,6 +6,7 @@
 #include "contextctl/inspect/dynamic_section.h"
 #include "contextctl/inspect/elf_image.h"
 
+namespace contextctl {
 namespace {
 
 std::string textOf(const DynamicSection& dynamic, std::int64_t tag) {
@@ -17,7 +18,7 @@ bool hasFlag(const DynamicSection& dynamic, std::uint64_t flag) {
   return (dynamic.value(DT_FLAGS_1).value_or(0) & flag) != 0;
 }
 
-// Without a word on it the loader takes the machine's old default, which is executable.
+// Without the segment, the loader uses the old default of the machine: executable.
 bool wantsExecutableStack(const ElfImage& image) {
   const GElf_Phdr* stack = image.findSegment(PT_GNU_STACK);
   return stack == nullptr || (stack->p_flags & PF_X) != 0;
@@ -66,3 +67,5 @@ Library readLibrary(const ElfImage& image) {
   library.executable_stack = wantsExecutableStack(image);
   return library;
 }
+
+}  // namespace contextctl

@@ -14,18 +14,20 @@
 #include <filesystem>
 #include <sstream>
 
-#include "contextctl/deadline.h"
-#include "contextctl/durations.h"
-#include "contextctl/failure.h"
 #include "contextctl/inspect/live_child.h"
+#include "contextctl/output/durations.h"
+#include "contextctl/system/deadline.h"
+#include "contextctl/system/failure.h"
 
+namespace contextctl {
 namespace {
 
+// The report of the child.
 struct Visit {
-  std::string stage;
-  std::string trouble;
+  std::string step;   // the last one
+  std::string error;  // empty: none
   bool done = false;
-  std::vector<std::vector<std::string>> slots;  // the names of what stands there; none: no code
+  std::vector<std::vector<std::string>> slots;  // names of each function; none: no code
 };
 
 class Child {
@@ -38,10 +40,10 @@ class Child {
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
 
-  // All that it wrote; false if it was still at work after so many seconds.
+  // Reads everything that it writes. Returns false if it still runs after `seconds`.
   bool read(double seconds, std::string& text);
 
-  // Ends it if need be; its wait status.
+  // Ends it if it still runs. Returns its wait status.
   int stop();
 
  private:
@@ -53,7 +55,7 @@ class Child {
 Child::Child(const std::string& path, const std::vector<Dependency>& dependencies, size_t positions) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) throw Failure(kExitNoAnswer, std::string("pipe: ") + strerror(errno));
-  std::fflush(nullptr);  // what waits to be printed is not to be printed by both
+  std::fflush(nullptr);  // buffered output must not be written by both processes
   process_ = fork();
   if (process_ == 0) runLiveChild(ends[1], path, dependencies, positions);
   close(ends[1]);
@@ -78,7 +80,7 @@ bool Child::read(double seconds, std::string& text) {
 
 int Child::stop() {
   if (process_ <= 0) return status_;
-  kill(process_, SIGKILL);  // of no effect on one that has ended
+  kill(process_, SIGKILL);  // has no effect if it has ended
   waitpid(process_, &status_, 0);
   process_ = -1;
   return status_;
@@ -98,8 +100,8 @@ Visit readVisit(const std::string& text) {
     std::vector<std::string> parts = splitAtTabs(line);
     const std::string word = parts[0], rest = parts.size() > 1 ? parts[1] : "";
     if (word == "done") visit.done = true;
-    if (word == "stage") visit.stage = rest;
-    if (word == "trouble") visit.trouble = rest;
+    if (word == "step") visit.step = rest;
+    if (word == "error") visit.error = rest;
     if (word != "slot") continue;
     parts.erase(parts.begin());
     visit.slots.push_back(std::move(parts));
@@ -120,9 +122,9 @@ Visit visitLibrary(const std::string& library, const std::vector<Dependency>& de
   const int status = child.stop();
   Visit visit = readVisit(text);
   if (!ended) {
-    visit.trouble = visit.stage + " takes longer than " + secondsText(seconds);
-  } else if (!visit.done && visit.trouble.empty()) {
-    visit.trouble = visit.stage + ' ' + describeEnd(status);
+    visit.error = visit.step + " takes longer than " + secondsText(seconds);
+  } else if (!visit.done && visit.error.empty()) {
+    visit.error = visit.step + ' ' + describeEnd(status);
   }
   return visit;
 }
@@ -132,7 +134,7 @@ bool isNamed(const std::string& symbol, const std::string& operation) {
   return symbol.find("::" + operation + '(') != std::string::npos;
 }
 
-// Of the names of one function, the one that is looked for, if it is among them.
+// The name of the operation if it is among the names of a function, otherwise the first name.
 std::string bestName(const std::vector<std::string>& names, const std::string& operation) {
   if (names.empty()) return "";
   const auto named = std::find_if(names.begin(), names.end(),
@@ -140,8 +142,8 @@ std::string bestName(const std::vector<std::string>& names, const std::string& o
   return named == names.end() ? names.front() : *named;
 }
 
-// Stripped code has a place instead of a name.
-bool hasName(const std::string& symbol) {
+// Stripped code has a place instead of a name, a C function a name without a class.
+bool isMemberFunction(const std::string& symbol) {
   return symbol.find("::") != std::string::npos;
 }
 
@@ -152,14 +154,15 @@ void checkSlot(const Slot& slot, std::vector<Finding>& findings) {
     findings.push_back({Verdict::kNo, "live", place + "holds no code"});
   } else if (slot.symbol == "__cxa_pure_virtual") {
     findings.push_back({Verdict::kNo, "live", place + "is not implemented"});
-  } else if (hasName(slot.symbol) && !isNamed(slot.symbol, slot.operation)) {
+  } else if (isMemberFunction(slot.symbol) && !isNamed(slot.symbol, slot.operation)) {
     findings.push_back({Verdict::kWarning, "live", place + "holds " + slot.symbol});
   }
 }
 
 }  // namespace
 
-void inspectLive(const std::vector<Dependency>& dependencies, Kind kind, double seconds, Report& report) {
+void inspectLive(const std::vector<Dependency>& dependencies, LibraryKind kind, double seconds,
+                 Report& report) {
   const std::vector<std::string>& operations = operationsOf(kind);
   const Visit visit = visitLibrary(report.library, dependencies, operations.size(), seconds);
   const size_t findings_before = report.findings.size();
@@ -167,7 +170,9 @@ void inspectLive(const std::vector<Dependency>& dependencies, Kind kind, double 
     report.slots.push_back({static_cast<int>(i) + 1, operations[i], bestName(visit.slots[i], operations[i])});
     checkSlot(report.slots.back(), report.findings);
   }
-  if (!visit.trouble.empty()) report.findings.push_back({Verdict::kNo, "live", visit.trouble});
+  if (!visit.error.empty()) report.findings.push_back({Verdict::kNo, "live", visit.error});
   if (report.findings.size() == findings_before)
     report.findings.push_back({Verdict::kOk, "live", "every operation is where libcpp2c calls it"});
 }
+
+}  // namespace contextctl

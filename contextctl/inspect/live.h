@@ -8,9 +8,15 @@
 #include "contextctl/inspect/operations.h"
 #include "contextctl/inspect/report.h"
 
+namespace contextctl {
+
 struct Dependency;
 
-// Opens the library in a process of its own, for at most so many seconds, and adds what it met to the report.
-void inspectLive(const std::vector<Dependency>& dependencies, Kind kind, double seconds, Report& report);
+// Opens the library in a separate process, for at most `seconds`, and adds the findings and slots to the
+// report.
+void inspectLive(const std::vector<Dependency>& dependencies, LibraryKind kind, double seconds,
+                 Report& report);
+
+}  // namespace contextctl
 
 #endif

@@ -6,18 +6,22 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 struct Dependency;
 
-// Opens the library in this process, which it may crash or hang, asks it for its instance and writes what it
-// meets to `pipe`, a line each, its parts parted by tabs:
+// Opens the library in this process, which it may crash or hang, obtains its instance and reports to `pipe`
+// in lines of fields, separated by tabs:
 //
-//   stage <what is tried next>
-//   slot <each name of the function that stands there; none if there is no code>   from position 1 on
-//   trouble <why it ends here>
+//   step <what follows>
+//   slot <names of the function at the next position, from 1; none: no code>
+//   error <why it ends here>
 //   done
 //
-// Then ends the process.
+// Then exits.
 [[noreturn]] void runLiveChild(int pipe, const std::string& path, const std::vector<Dependency>& dependencies,
                                size_t positions) noexcept;
+
+}  // namespace contextctl
 
 #endif

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "contextctl/inspect/operations.h"
 
-const std::vector<std::string>& operationsOf(Kind kind) {
+namespace contextctl {
+
+const std::vector<std::string>& operationsOf(LibraryKind kind) {
   static const std::vector<std::string> context = {
       "~IContext",
       "~IContext",
@@ -32,5 +34,7 @@ const std::vector<std::string>& operationsOf(Kind kind) {
       "~IModule", "~IModule",   "onLoad", "onStart",  "onConfig",
       "onRun",    "onUnconfig", "onStop", "onUnload", "recvDependence",
   };
-  return kind == Kind::kContext ? context : module;
+  return kind == LibraryKind::kContext ? context : module;
 }
+
+}  // namespace contextctl

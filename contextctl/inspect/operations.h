@@ -5,11 +5,14 @@
 #include <string>
 #include <vector>
 
-// What a library is to be.
-enum class Kind { kContext, kModule };
+namespace contextctl {
 
-// The operations of IContext or IModule, the first one standing at position 1 of the virtual table. A
-// destructor begins with "~"; a position that libcpp2c never calls has an empty name.
-const std::vector<std::string>& operationsOf(Kind kind);
+enum class LibraryKind { kContext, kModule };
+
+// The operations of IContext or IModule in the order of the virtual table. A destructor begins with "~"; a
+// position that libcpp2c never calls has an empty name.
+const std::vector<std::string>& operationsOf(LibraryKind kind);
+
+}  // namespace contextctl
 
 #endif

@@ -6,6 +6,7 @@
 #include "contextctl/inspect/elf_image.h"
 #include "contextctl/inspect/floating_point.h"
 
+namespace contextctl {
 namespace {
 
 struct Name {
@@ -56,7 +57,7 @@ std::string machine(const Platform& platform) {
   return nameOf(static_cast<std::uint32_t>(platform.machine), kMachines, "machine");
 }
 
-// Release 6 took old instructions away, so that its code and older code cannot share a processor.
+// Release 6 removed old instructions: its code and older code do not run on the same processor.
 std::string mipsRelease(const Platform& platform) {
   return (platform.flags & EF_MIPS_ARCH) >= 0x90000000 ? "release 6" : "a release before 6";
 }
@@ -102,3 +103,5 @@ std::vector<std::string> differences(const Platform& theirs, const Platform& our
   if (!floatingPointFits(theirs, ours)) compare(floatingPoint(theirs), floatingPoint(ours));
   return found;
 }
+
+}  // namespace contextctl

@@ -4,8 +4,17 @@
 #include <algorithm>
 #include <ostream>
 
-#include "contextctl/table.h"
+#include <nlohmann/json.hpp>
+
+#include "contextctl/output/table.h"
 #include "util/text.h"
+
+namespace contextctl {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+}  // namespace
 
 bool fits(const Report& report) {
   return std::none_of(report.findings.begin(), report.findings.end(),
@@ -42,3 +51,21 @@ void print(const Report& report, std::ostream& out) {
   }
   out << '\n' << (fits(report) ? "It fits.\n" : "It does not fit.\n");
 }
+
+void printJson(const Report& report, std::ostream& out) {
+  Json findings = Json::array(), slots = Json::array();
+  for (const Finding& finding : report.findings) {
+    findings.push_back(
+        {{"verdict", nameOf(finding.verdict)}, {"subject", finding.subject}, {"text", finding.text}});
+  }
+  for (const Slot& slot : report.slots)
+    slots.push_back({{"position", slot.position}, {"operation", slot.operation}, {"symbol", slot.symbol}});
+  const Json all = {{"library", report.library},
+                    {"against", report.against},
+                    {"fits", fits(report)},
+                    {"findings", findings},
+                    {"slots", slots}};
+  out << all.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+}  // namespace contextctl

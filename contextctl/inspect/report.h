@@ -6,34 +6,38 @@
 #include <string>
 #include <vector>
 
+namespace contextctl {
+
 enum class Verdict { kOk, kNote, kWarning, kNo };
 
-// One thing that was looked at.
+// The result of one check.
 struct Finding {
   Verdict verdict;
   std::string subject;
   std::string text;
 };
 
-// One position of an instance's virtual table.
+// One entry of the virtual table of an instance.
 struct Slot {
   int position;           // from 1
-  std::string operation;  // expected there; empty: libcpp2c never calls it
-  std::string symbol;     // what stands there; empty: no code
+  std::string operation;  // expected; empty: libcpp2c never calls it
+  std::string symbol;     // found; empty: no code
 };
 
-// All that is known of one library.
+// The results of all checks of one library.
 struct Report {
   std::string library;
-  std::string against;  // the libcpp2c.so that it is to fit
+  std::string against;  // the libcpp2c.so to fit
   std::vector<Finding> findings;
-  std::vector<Slot> slots;  // empty: it was not opened
+  std::vector<Slot> slots;  // empty: it was not loaded
 };
 
-bool fits(const Report& report);  // no finding says no
+bool fits(const Report& report);  // no verdict is kNo
 const char* nameOf(Verdict verdict);
 
 void print(const Report& report, std::ostream& out);
 void printJson(const Report& report, std::ostream& out);
+
+}  // namespace contextctl
 
 #endif

@@ -8,6 +8,7 @@
 #include <set>
 #include <sstream>
 
+namespace contextctl {
 namespace {
 
 std::vector<std::string> matchingFiles(const std::string& pattern) {
@@ -19,7 +20,7 @@ std::vector<std::string> matchingFiles(const std::string& pattern) {
   return files;
 }
 
-// Lines are folders or "include PATTERN". Files that include each other are read once.
+// Lines are folders or "include PATTERN". Each file is read once, even if files include each other.
 void readLoaderConfiguration(const std::string& file, const std::string& root, std::set<std::string>& seen,
                              std::vector<std::string>& folders) {
   if (!seen.insert(file).second) return;
@@ -66,3 +67,5 @@ SearchPath makeSearchPath(const std::string& folders, const std::string& root) {
   search.standard = standardFolders(root);
   return search;
 }
+
+}  // namespace contextctl

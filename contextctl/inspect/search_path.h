@@ -5,16 +5,20 @@
 #include <string>
 #include <vector>
 
-// Where the loader looks for libraries, apart from what the libraries themselves say.
+namespace contextctl {
+
+// The folders where the loader searches for libraries, without those that libraries specify.
 struct SearchPath {
-  std::string root;                   // that absolute folders stand under; empty: this machine's own
-  std::vector<std::string> named;     // by the user and by LD_LIBRARY_PATH: looked through first
-  std::vector<std::string> standard;  // by ld.so.conf and by custom: looked through last
+  std::string root;                   // of the file system; empty: this machine
+  std::vector<std::string> named;     // from the user and LD_LIBRARY_PATH; searched first
+  std::vector<std::string> standard;  // from ld.so.conf and built in; searched last
 };
 
-// `folders` is colon-separated. LD_LIBRARY_PATH counts for this machine's own root only.
+// `folders` is colon-separated. LD_LIBRARY_PATH applies to this machine only.
 SearchPath makeSearchPath(const std::string& folders, const std::string& root);
 
 std::vector<std::string> splitFolders(const std::string& folders);
+
+}  // namespace contextctl
 
 #endif

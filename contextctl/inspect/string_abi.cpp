@@ -3,9 +3,10 @@
 
 #include <cctype>
 
-#include "contextctl/inspect/demangle.h"
 #include "contextctl/inspect/library.h"
+#include "contextctl/inspect/symbol_names.h"
 
+namespace contextctl {
 namespace {
 
 bool namesNewString(const std::string& name) {
@@ -16,7 +17,7 @@ bool isNamePart(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == ':';
 }
 
-// Finds `type` as a whole name: not "mystd::string", not "std::string_view".
+// Whether `type` occurs as a whole name: not in "mystd::string", not in "std::string_view".
 bool namesType(const std::string& name, const std::string& type) {
   for (size_t at = name.find(type); at != std::string::npos; at = name.find(type, at + 1)) {
     const size_t end = at + type.size();
@@ -58,3 +59,5 @@ std::string describe(StringAbi abi) {
   }
   return "no std::string";
 }
+
+}  // namespace contextctl

@@ -75,7 +75,7 @@ static int set(const char* name, const char* type, const char* value) {
   return result;
 }
 
-// Ends the first word of the text and gives what stands behind it, empty at the end of the text.
+// Terminates the first word of the text and returns the rest, which is empty after the last word.
 static char* rest_of(char* text) {
   char* end = text + strcspn(text, " ");
   if (*end != '\0') *end++ = '\0';

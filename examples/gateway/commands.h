@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What can be asked of the product on its console:
+// The commands of the product's console:
 //
 //   get NAME TYPE         prints the value of a leaf of the configuration tree
 //   set NAME TYPE VALUE   changes it and saves the configuration
 #ifndef GATEWAY_COMMANDS_H
 #define GATEWAY_COMMANDS_H
 
-// Carries out one line, and overwrites it.
+// Executes one line; modifies it.
 void commands_obey(char* line);
 
 #endif

@@ -19,12 +19,11 @@ static int on_changed(void* user, int id, const char* instance, int operation, c
   int32_t on = 0;
   int result = read_setting(&on);
   if (result == C_RESULT_OK) result = c_context_debug_switch(on);
-  printf("settings: told that %s%s changed: diagnostics are %s\n", instance, leaf,
-         on ? "shown" : "not shown");
+  printf("settings: %s%s changed: diagnostics are %s\n", instance, leaf, on ? "logged" : "not logged");
   return result;
 }
 
-// At the start the setting can only switch diagnostics on: the command line may ask for them as well.
+// At the start, the setting can only switch diagnostics on, because --debug may have done so already.
 int debug_start(void) {
   int32_t on = 0;
   int result = read_setting(&on);

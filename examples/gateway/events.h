@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The events that the modules raise. The data of each begins with the name of the interface.
+// The events that the modules send. Their data begins with the name of the interface.
 #ifndef GATEWAY_EVENTS_H
 #define GATEWAY_EVENTS_H
 

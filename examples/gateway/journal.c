@@ -16,7 +16,8 @@ void journal_start(void) {
   for (size_t i = 0; i < EVENT_COUNT; i++) c_event_regist_observer(kEvents[i], print_event, NULL);
 }
 
-// In the order of registration: the function alone decides which observation ends, the oldest first.
+// Unregisters in the order of registration: only the function identifies a registration, and the oldest one
+// is removed first.
 void journal_stop(void) {
   for (size_t i = 0; i < EVENT_COUNT; i++) c_event_unregist_observer(kEvents[i], print_event);
 }

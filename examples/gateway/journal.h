@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Prints every event of the product, one line each: gateway-report reads them.
+// Prints each event of the product in one line, which gateway-report can read.
 #ifndef GATEWAY_JOURNAL_H
 #define GATEWAY_JOURNAL_H
 

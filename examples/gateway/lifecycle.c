@@ -26,7 +26,7 @@ static int on_run(void) {
   return tell("running");
 }
 
-// The main program goes first on the way back.
+// The master observer comes before the modules when the steps are reversed.
 static int on_unconfig(const char* name, int arg) {
   (void)name, (void)arg;
   return tell("stopping");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The service linkwatch as a module.
+// linkwatch as a module.
 #include <stddef.h>
 
 #include "linkwatch.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where linkwatch's words go when it is a module: a program prints, a module hands its text to the log.
+// The output of linkwatch as a module: the program prints it, the module writes it to the log.
 #include <stdarg.h>
 #include <stdio.h>
 
@@ -7,7 +7,7 @@
 #include "include_c"
 #include "say.h"
 
-enum { LINE_SIZE = 128 };  // more than the log takes of a record
+enum { LINE_SIZE = 128 };  // longer than a log record
 
 static enum say_level g_limit = SAY_NEWS;
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The main program of the product: what it does is done by its modules, which the configuration names.
+// The main program of the product. Its modules, listed in the configuration file, do the work.
 #include <stdint.h>
 #include <stdio.h>
 
@@ -41,7 +41,7 @@ static void stop(void) {
 }
 
 int main(int argc, char** argv) {
-  setvbuf(stdout, NULL, _IOLBF, 0);  // lines appear at once, and in order with those of the log
+  setvbuf(stdout, NULL, _IOLBF, 0);  // print lines at once, in order with those of the log
   int result = c_context_init((uintptr_t)argc, (uintptr_t)argv);
   if (result == C_RESULT_OK) result = start();
   if (result == C_RESULT_OK) result = run();

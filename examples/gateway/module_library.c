@@ -8,10 +8,10 @@
 #include "include_c"
 #include "tree.h"
 
-// The framework's answer to a configuration that is another participant's.
+// The framework's result code for a configuration call that is meant for another participant.
 enum { NOT_FOR_ME = 100 };
 
-// Logs a step that has been taken. One that has failed is reported by the framework.
+// Logs a completed step. The framework reports failed steps.
 static int done(const char* step, int result) {
   if (result == C_RESULT_OK) c_log_record(g_service.name, C_LOG_INFO, "%s", step);
   return result;
@@ -42,7 +42,7 @@ static int on_unconfig(const char* name, int arg) {
   return done("unconfigured", C_RESULT_OK);
 }
 
-// Stops as well: a framework need not take a configuration back if that of another module failed.
+// Also stops the service: a framework may omit onUnconfig if the configuration of another module failed.
 static int on_unload(void) {
   g_service.stop();
   return done("unloaded", C_RESULT_OK);
@@ -51,7 +51,7 @@ static int on_unload(void) {
 static int on_notice(const char* name) {
   if (strcmp(name, INTERFACES_NOTICE) != 0) return C_RESULT_OK;
   g_service.refresh();
-  return done("told of \"" INTERFACES_NOTICE "\"", C_RESULT_OK);
+  return done("notified of \"" INTERFACES_NOTICE "\"", C_RESULT_OK);
 }
 
 static ModuleCallbacks g_callbacks = {
@@ -64,16 +64,16 @@ static ModuleCallbacks g_callbacks = {
     .recvDependence = on_notice,
 };
 
-// There is one module however often its library is listed: it must not be configured twice.
+// There is only one module, even if its library is listed twice, because it must not be configured twice.
 static void* g_module;
 
 void* getInstance(void* context) {
-  (void)context;  // it is reached through the C interface
+  (void)context;  // the C interface gives access to it
   if (g_module == NULL) g_module = c_module_regist(&g_callbacks);
   return g_module;
 }
 
-// Called twice when the library is closed, first with the module, then with NULL.
+// Called twice when the library is closed: with the module, then with NULL.
 void relInstance(void* module) {
   c_module_unregist(module);
   g_module = NULL;

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
-// Makes a service a module library. Each is built with module_library.c, which has the two functions by which
-// the framework enters it, takes the service through its lifecycle and logs each step.
+// Turns a service into a module library. module_library.c is a part of each of these libraries: it defines
+// the two functions that the framework calls, takes the service through the lifecycle and logs each step.
 #ifndef GATEWAY_MODULE_LIBRARY_H
 #define GATEWAY_MODULE_LIBRARY_H
 
 struct service {
-  const char* name;       // in the log
-  int (*prepare)(void);   // what needs no configuration; may be NULL
-  int (*start)(void);     // reads the configuration; on failure nothing need be left to stop
-  int (*run)(void);       // everything is configured; may be NULL
-  void (*stop)(void);     // takes start() and run() back, done or not
-  void (*refresh)(void);  // the interfaces must be looked at anew
+  const char* name;       // used in the log
+  int (*prepare)(void);   // does what needs no configuration; may be NULL
+  int (*start)(void);     // reads the configuration; stop() is called even after a failure
+  int (*run)(void);       // starts work when all modules are configured; may be NULL
+  void (*stop)(void);     // reverses start() and run(), whether they were called or not
+  void (*refresh)(void);  // checks all interfaces again
 };
 
-// The service of this library.
+// The service in this library.
 extern const struct service g_service;
 
 __attribute__((visibility("default"))) void* getInstance(void* context);

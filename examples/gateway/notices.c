@@ -13,13 +13,13 @@
 #include "include_c"
 #include "tree.h"
 
-// The loop watches descriptors, not signals: the handler writes into a pipe.
+// The loop watches descriptors, not signals, so the signal handler writes to a pipe.
 static int g_pipe[2] = {-1, -1};
 
 static void on_signal(int number) {
   int error = errno;
   const unsigned char byte = (unsigned char)number;
-  // A full pipe holds a notice already.
+  // A full pipe needs no further byte: the loop will read it.
   if (write(g_pipe[1], &byte, 1) < 0) errno = error;
 }
 
@@ -31,7 +31,7 @@ static void on_readable(void* user, short events, int fd) {
 
 static int open_pipe(void) {
   if (pipe2(g_pipe, O_CLOEXEC | O_NONBLOCK) == 0) return C_RESULT_OK;
-  fprintf(stderr, "gateway: no pipe: %s\n", strerror(errno));
+  fprintf(stderr, "gateway: cannot create a pipe: %s\n", strerror(errno));
   return C_RESULT_SYSTEM_CALL;
 }
 
@@ -39,7 +39,7 @@ static int catch_signal(void) {
   struct sigaction action = {.sa_handler = on_signal, .sa_flags = SA_RESTART};
   sigemptyset(&action.sa_mask);
   if (sigaction(SIGHUP, &action, NULL) == 0) return C_RESULT_OK;
-  fprintf(stderr, "gateway: SIGHUP cannot be caught: %s\n", strerror(errno));
+  fprintf(stderr, "gateway: cannot catch SIGHUP: %s\n", strerror(errno));
   return C_RESULT_SYSTEM_CALL;
 }
 
@@ -48,7 +48,7 @@ int notices_start(void) {
   if (result != C_RESULT_OK) return result;
   result = c_loop_add_fd(g_pipe[0], C_LOOP_READ, on_readable, NULL);
   if (result == C_RESULT_OK) return catch_signal();
-  fprintf(stderr, "gateway: the pipe cannot be watched: result %d\n", result);
+  fprintf(stderr, "gateway: cannot watch the pipe: result %d\n", result);
   return result;
 }
 

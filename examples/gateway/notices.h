@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Tells the modules to look at the interfaces anew when the program receives SIGHUP.
+// Notifies the modules when the program receives SIGHUP; they then check all interfaces again.
 #ifndef GATEWAY_NOTICES_H
 #define GATEWAY_NOTICES_H
 
-// Returns 0, or a result code after saying why.
+// On failure, prints the reason and returns a result code. Returns 0 otherwise.
 int notices_start(void);
 void notices_stop(void);
 

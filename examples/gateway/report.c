@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Counts the events in what gateway has printed, which comes from standard input, and prints one line for
-// each interface, in the order of their names. Needs no context: the instance-name cache works without one.
+// Reads the output of gateway from standard input, counts the events and prints one line for each interface,
+// in the order of their names. Needs no context: the instance-name cache works without one.
 #include <net/if.h>
 #include <stdio.h>
 #include <string.h>
@@ -70,7 +70,7 @@ static int free_tally(int db, char* interface, void* userdata, c_pass_fn3 fn3, c
 }
 
 int main(void) {
-  c_dbc_create();  // c_context_init() is not there to do it
+  c_dbc_create();  // otherwise c_context_init() creates the cache
   int result = count_lines(stdin);
   c_dbc_lookup(INTERFACES, print, NULL, NULL, NULL);
   c_dbc_lookup(INTERFACES, free_tally, NULL, NULL, NULL);

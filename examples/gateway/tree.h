@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Numbers and names of the product's objects in the configuration tree. make-config declares the same ones.
+// Numbers and names of the product's objects in the configuration tree, as declared by make-config.
 #ifndef GATEWAY_TREE_H
 #define GATEWAY_TREE_H
 
@@ -12,14 +12,14 @@
 enum {
   GATEWAY_OBJECT = 110,
   TRAFFIC_OBJECT = 120,
-  TRAFFIC_LINK_OBJECT = 121,  // one instance for each interface, named after the kernel's number of it
+  TRAFFIC_LINK_OBJECT = 121,  // one instance for each interface, named by its index
   ADDRESS_OBJECT = 130,
-  ADDRESS_LINK_OBJECT = 131,  // one instance for each interface in use, named likewise
+  ADDRESS_LINK_OBJECT = 131,  // one instance for each interface in use, named by its index
 
   NAME_SIZE = 64
 };
 
-// The dependency that the main program sends a notice of when the interfaces must be looked at anew.
+// The notice with which the main program makes all modules check the interfaces again.
 #define INTERFACES_NOTICE "interfaces"
 
 #endif

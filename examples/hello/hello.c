@@ -1,4 +1,4 @@
-// A smallest whole service: each line typed becomes an event, and the observer of that event prints it.
+// A minimal complete service: each line of standard input becomes an event, and an observer prints it.
 #include <signal.h>
 #include <stdint.h>
 #include <stdio.h>
@@ -20,7 +20,7 @@ static void read_line(void* user, short events, int fd) {
   ssize_t size = read(fd, line, sizeof line - 1);
   if (size <= 0) {
     c_loop_del_fd(fd);
-    raise(SIGTERM);  // as Ctrl-C does, it ends the loop
+    raise(SIGTERM);  // ends the loop, as Ctrl-C does
     return;
   }
   line[size] = '\0';
@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
   c_event_regist_observer("line", print_line, NULL);
   int result = c_loop_add_fd(STDIN_FILENO, C_LOOP_READ, read_line, NULL);
   if (result == C_RESULT_OK) result = c_context_load();
-  if (result == C_RESULT_OK) result = c_loop_run();  // until the input ends, or Ctrl-C
+  if (result == C_RESULT_OK) result = c_loop_run();  // until the input ends or Ctrl-C
   c_context_deinit();
   return result == C_RESULT_OK ? 0 : 1;
 }

@@ -11,7 +11,7 @@
 #include "say.h"
 
 static struct {
-  char text[512];  // what of a line has come so far
+  char text[512];  // the incomplete line received so far
   size_t length;
   void (*obey)(char* line);
   bool watching;
@@ -30,8 +30,8 @@ static void obey_complete_lines(void) {
   memmove(g_console.text, line, g_console.length);
 }
 
-// One read each time the descriptor is ready does not block, so it need not be made non-blocking, which would
-// also change it for everyone who shares it.
+// A single read of a ready descriptor does not block. O_NONBLOCK is not set, because it would also affect the
+// processes that share the descriptor.
 static void on_readable(void* user, short events, int fd) {
   (void)user, (void)events;
   ssize_t size = read(fd, g_console.text + g_console.length, sizeof g_console.text - g_console.length);
@@ -43,7 +43,7 @@ static void on_readable(void* user, short events, int fd) {
   g_console.length += (size_t)size;
   obey_complete_lines();
   if (g_console.length < sizeof g_console.text) return;
-  say(SAY_PROBLEM, "console: a line is too long, no more are read");
+  say(SAY_PROBLEM, "console: line too long; the console is closed");
   console_stop();
 }
 

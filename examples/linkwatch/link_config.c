@@ -69,7 +69,7 @@ void link_config_write(const struct link* link) {
   write_text(link->instance, kLastChange, changed);
 }
 
-// Any leaf stands for its instance here, and the value is not looked at.
+// Writing any leaf with C_CFM_DELETE deletes its instance; the value is ignored.
 void link_config_remove(const struct link* link) {
   const int32_t ignored = 0;
   write_value(link->instance, kUp, C_CFM_DELETE, &ignored, sizeof ignored);
@@ -84,7 +84,7 @@ static int read_number(const char* name, const char* type, char* text, unsigned 
 
 static int read_value(const char* name, const char* type, char* text, unsigned int size) {
   if (strcmp(type, "uint") == 0 || strcmp(type, "bool") == 0) return read_number(name, type, text, size);
-  memset(text, 0, size);  // the last byte is never written
+  memset(text, 0, size);  // c_cfm_get_value() never writes the last byte
   return c_cfm_get_value(name, type, text, size);
 }
 
@@ -101,7 +101,7 @@ static int say_value(const struct link* link, const char* instance, const char* 
   return result;
 }
 
-// Reads back what has changed, and finds the interface that stands behind the instance.
+// Reads the changed value back and finds the interface of the instance.
 static int on_link_object_changed(void* user, int id, const char* instance, int operation, const char* leaf) {
   (void)user;
   if (operation == C_CFM_CHANGED) return say_value(c_dbc_get_userdata(id, instance), instance, leaf);

@@ -20,8 +20,8 @@ void link_events_start(void) {
   c_event_regist_observer(kLinkDown, on_link_event, NULL);
 }
 
-// In the order of registration: the function alone decides which observation ends, the oldest first. The
-// library keeps the memory of an ended observation until the process ends.
+// Unregisters in the order of registration: only the function identifies a registration, and the oldest one
+// is removed first. The library keeps the memory of a removed registration until the process ends.
 void link_events_stop(void) {
   c_event_unregist_observer(kLinkUp, on_link_event);
   c_event_unregist_observer(kLinkDown, on_link_event);

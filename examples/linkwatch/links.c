@@ -11,8 +11,8 @@
 #include "link_events.h"
 #include "say.h"
 
-// The kernel's numbers lead to an interface through this list. Instance names, which are what observers are
-// told, lead to it through the instance-name cache.
+// This list finds an interface by the kernel's index. The instance-name cache finds it by the instance name,
+// which is what observers receive.
 static struct link* g_links;
 
 static struct link** place_of(int index) {

@@ -8,7 +8,7 @@
 #include "monitor.h"
 #include "settings.h"
 
-// What is asked of the context comes before what makes use of it: the first news must find every observer.
+// The monitor starts last: all observers must be registered before the first message arrives.
 static int start_all(void) {
   int result = settings_start(monitor_resync);
   if (result != C_RESULT_OK) return result;

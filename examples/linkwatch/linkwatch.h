@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
-// A service that keeps one configuration object up to date for each network interface of the machine.
+// A service that keeps one instance in the configuration tree for each network interface of the machine.
 #ifndef LINKWATCH_LINKWATCH_H
 #define LINKWATCH_LINKWATCH_H
 
-// Starts the service. Comes after c_context_init(); the work is done on the loop. Returns 0, or a negative
-// result code after saying why: then nothing has been started.
+// Starts the service, which then runs on the loop. Call it after c_context_init(). On failure, prints the
+// reason, leaves nothing started and returns a negative result code.
 int linkwatch_start(void);
 
-// Stops the service and frees all it has, started or not. Comes before c_context_deinit().
+// Stops the service and frees its memory; allowed even if it was not started. Call it before
+// c_context_deinit().
 void linkwatch_stop(void);
 
 #endif

@@ -9,17 +9,17 @@
 #include "say.h"
 #include "settings.h"
 
-// A line is a setting's name and its new value.
+// A line is the name of a setting, a space and its new value.
 static void obey(char* line) {
   char* value = strchr(line, ' ');
   if (value == NULL) {
-    say(SAY_PROBLEM, "console: \"%s\" is not NAME VALUE", line);
+    say(SAY_PROBLEM, "console: \"%s\": expected NAME VALUE", line);
     return;
   }
   *value++ = '\0';
   int result = settings_change(line, value);
   if (result != C_RESULT_OK)
-    say(SAY_PROBLEM, "console: %s cannot become \"%s\": result %d", line, value, result);
+    say(SAY_PROBLEM, "console: cannot set %s to \"%s\": result %d", line, value, result);
 }
 
 static int start(void) {
@@ -29,7 +29,7 @@ static int start(void) {
 
 static int run(void) {
   int result = c_context_load();
-  if (result == C_RESULT_OK) result = c_loop_run();  // until the context is told to stop
+  if (result == C_RESULT_OK) result = c_loop_run();  // until SIGINT or SIGTERM
   return result;
 }
 

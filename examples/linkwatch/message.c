@@ -9,8 +9,8 @@
 #include <stdio.h>
 #include <string.h>
 
-// A run of bytes from the datagram. Nothing in it is read in place: a device that faults on unaligned access
-// gets a copy of every word.
+// A range of bytes in the datagram. Words are copied before use, because some devices fault on unaligned
+// access.
 struct bytes {
   const unsigned char* start;
   size_t size;
@@ -27,7 +27,7 @@ static size_t min_size(size_t a, size_t b) {
   return a < b ? a : b;
 }
 
-// Copies the first `size` bytes out and drops them, padding included.
+// Copies the first `size` bytes to `to` and removes them and their padding from `from`.
 static bool take(struct bytes* from, void* to, size_t size) {
   if (from->size < size) return false;
   memcpy(to, from->start, size);
@@ -82,7 +82,7 @@ static bool read_link_attribute(struct link_state* link, struct attribute attrib
 static enum message_kind read_link(struct bytes rest, enum message_kind kind, struct link_state* link) {
   struct ifinfomsg info;
   if (!take(&rest, &info, sizeof info) || info.ifi_index <= 0) return MESSAGE_MALFORMED;
-  // A bridge tells of its ports by these same messages: leaving a bridge is not vanishing.
+  // Bridges send the same messages for their ports; a port that leaves its bridge has not vanished.
   if (info.ifi_family != AF_UNSPEC) return MESSAGE_OTHER;
 
   const unsigned up = IFF_UP | IFF_RUNNING;
@@ -94,7 +94,7 @@ static enum message_kind read_link(struct bytes rest, enum message_kind kind, st
     if (!read_link_attribute(link, attribute)) return MESSAGE_MALFORMED;
   }
   if (result == ATTRIBUTE_MALFORMED) return MESSAGE_MALFORMED;
-  // Wireless drivers send their own news as a link message that holds nothing else, not even a name.
+  // Wireless drivers send link messages with only their own attributes and without a name.
   return kind == MESSAGE_LINK && link->name[0] == '\0' ? MESSAGE_OTHER : kind;
 }
 
@@ -108,7 +108,7 @@ static enum message_kind read_address(struct bytes rest, enum message_kind kind,
   struct attribute attribute;
   enum attribute_result result;
   while ((result = next_attribute(&rest, &attribute)) == ATTRIBUTE_FOUND) {
-    // On a point-to-point link IFA_ADDRESS is the other end; the own one is always IFA_LOCAL.
+    // On a point-to-point link, IFA_ADDRESS is the peer's address; IFA_LOCAL is always the own address.
     if (attribute.type != IFA_LOCAL) continue;
     struct in_addr local;
     if (!take(&attribute.value, &local, sizeof local)) return MESSAGE_MALFORMED;
@@ -119,7 +119,7 @@ static enum message_kind read_address(struct bytes rest, enum message_kind kind,
   return kind;
 }
 
-// A dump ends in either of two messages: both begin with 0 or a negative errno value.
+// A dump ends with NLMSG_DONE or NLMSG_ERROR; both begin with 0 or a negative errno value.
 static enum message_kind read_end(struct bytes rest, struct message* message) {
   int error;
   if (!take(&rest, &error, sizeof error) || error > 0 || error == INT_MIN) return MESSAGE_MALFORMED;
@@ -153,7 +153,7 @@ enum message_kind message_next(struct message_reader* reader, struct message* me
   size_t size = reader->size;
   if (size >= sizeof head) memcpy(&head, reader->bytes, sizeof head);
   if (size < sizeof head || head.nlmsg_len < sizeof head || head.nlmsg_len > size) {
-    reader->size = 0;  // where a next message would begin cannot be known
+    reader->size = 0;  // the start of the next message is unknown
     return MESSAGE_MALFORMED;
   }
   struct bytes payload = {reader->bytes + sizeof head, head.nlmsg_len - sizeof head};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reads the kernel's routing messages out of a datagram, one at a time.
+// Parses the kernel's routing messages in a datagram, one at a time.
 #ifndef LINKWATCH_MESSAGE_H
 #define LINKWATCH_MESSAGE_H
 
@@ -11,43 +11,43 @@
 
 enum { MAC_TEXT_SIZE = sizeof "00:00:00:00:00:00" };
 
-// What a message says, and which members of struct message it fills in.
+// The kinds of messages, and the members of struct message that each kind sets.
 enum message_kind {
-  MESSAGE_END,           // the datagram is used up
-  MESSAGE_LINK,          // an interface as it is now: link
+  MESSAGE_END,           // end of the datagram
+  MESSAGE_LINK,          // the current state of an interface: link
   MESSAGE_LINK_GONE,     // an interface that vanished: link.index
-  MESSAGE_ADDRESS,       // an IPv4 address that an interface has: link.index, address
-  MESSAGE_ADDRESS_GONE,  // an IPv4 address that an interface no longer has: link.index, address
+  MESSAGE_ADDRESS,       // an IPv4 address of an interface: link.index, address
+  MESSAGE_ADDRESS_GONE,  // a removed IPv4 address of an interface: link.index, address
   MESSAGE_DONE,          // the end of a dump: error
-  MESSAGE_OTHER,         // nothing for us
-  MESSAGE_MALFORMED      // cannot be understood
+  MESSAGE_OTHER,         // not relevant
+  MESSAGE_MALFORMED      // not a valid message
 };
 
-// What the kernel tells of an interface in one message.
+// The state of an interface as given in one message.
 struct link_state {
   int index;
   char name[IFNAMSIZ];
   char mac[MAC_TEXT_SIZE];  // empty for an interface without a six-byte hardware address
   uint32_t mtu;
-  bool up;  // switched on, and the link carries data
+  bool up;  // enabled and with a carrier
 };
 
 struct message {
-  uint32_t port;      // the socket that asked; 0 for what the kernel tells of itself
-  uint32_t sequence;  // the request that this answers
-  bool interrupted;   // the dump is inconsistent: something changed while it was made
+  uint32_t port;      // the requesting socket; 0 for a notification
+  uint32_t sequence;  // of the request that this message answers
+  bool interrupted;   // the dump is inconsistent: something changed meanwhile
   struct link_state link;
   char address[INET_ADDRSTRLEN];
   int error;  // 0, or an errno value
 };
 
-// The unread rest of a datagram. The bytes may have any alignment and stay the caller's.
+// The unread rest of a datagram. The bytes may have any alignment; the caller owns them.
 struct message_reader {
   const unsigned char* bytes;
   size_t size;
 };
 
-// Reads the next message, skipping nothing. Only the members that its kind names have a meaning.
+// Reads the next message of any kind. Only the members that belong to its kind are valid.
 enum message_kind message_next(struct message_reader* reader, struct message* message);
 
 #endif

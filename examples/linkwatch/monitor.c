@@ -14,24 +14,24 @@
 #include "settings.h"
 
 enum {
-  BUFFER_SIZE = 32768,     // the kernel makes no datagram of a dump larger than this
-  DATAGRAMS_AT_ONCE = 100  // then everyone else on the loop has a turn
+  BUFFER_SIZE = 32768,     // the kernel sends no larger datagram in a dump
+  DATAGRAMS_AT_ONCE = 100  // then the loop serves other descriptors
 };
 
 static struct {
   int fd;
   uint32_t port;
-  uint32_t sequence;          // of the newest request
-  enum netlink_dump running;  // the dump that the kernel is answering: it allows one at a time
-  bool complete;              // nothing of the running dump was missed
-  bool refused;               // not to be asked again before there is other news
+  uint32_t sequence;          // of the latest request
+  enum netlink_dump running;  // the kernel sends one dump at a time
+  bool complete;              // no message of the running dump was lost
+  bool refused;               // do not send requests before the next message
   bool wanted[DUMP_ADDRESSES + 1];
 } g_monitor = {.fd = -1};
 
 static void begin_dump(enum netlink_dump dump) {
   if (netlink_request(g_monitor.fd, dump, ++g_monitor.sequence) != 0) {
-    say(SAY_PROBLEM, "cannot ask the kernel: %s", strerror(errno));
-    return;  // it stays wanted, and the next message from the kernel is the next occasion
+    say(SAY_PROBLEM, "cannot send a request to the kernel: %s", strerror(errno));
+    return;  // still wanted: the next message from the kernel triggers another attempt
   }
   g_monitor.running = dump;
   g_monitor.complete = true;
@@ -59,7 +59,7 @@ static void take_over(enum netlink_dump dump) {
   }
   links_end_addresses();
   if (!g_monitor.wanted[DUMP_LINKS] && !g_monitor.wanted[DUMP_ADDRESSES]) {
-    say(SAY_NEWS, "in step with the kernel: %u watched", links_count());
+    say(SAY_NEWS, "in sync with the kernel: %u watched", links_count());
   }
 }
 
@@ -67,7 +67,7 @@ static void end_dump(int error) {
   enum netlink_dump dump = g_monitor.running;
   g_monitor.running = DUMP_NONE;
   if (error != 0) {
-    say(SAY_PROBLEM, "the kernel broke off its answer: %s", strerror(error));
+    say(SAY_PROBLEM, "the kernel aborted a dump: %s", strerror(error));
     g_monitor.refused = true;
     g_monitor.wanted[dump] = true;
   } else if (g_monitor.complete) {
@@ -83,7 +83,7 @@ static void handle_link(const struct link_state* state) {
   }
 }
 
-// Which address of an interface is the first is known only from a dump: news of one ask for a dump.
+// Only a dump shows which address of an interface is the first, so each address change requests a dump.
 static void handle_address(const struct message* message, bool answer) {
   if (answer) {
     links_add_address(message->link.index, message->address);
@@ -140,7 +140,7 @@ static void handle_loss(int error) {
     say(SAY_PROBLEM, "ignored a message that is too long");
     return;
   }
-  say(SAY_PROBLEM, "news from the kernel were lost, reading everything anew: %s", strerror(error));
+  say(SAY_PROBLEM, "messages from the kernel were lost, reading everything again: %s", strerror(error));
   want_everything();
 }
 
@@ -150,7 +150,7 @@ static void read_messages(struct message_reader reader) {
   while ((kind = message_next(&reader, &message)) != MESSAGE_END) handle_message(kind, &message);
 }
 
-// Returns false when there is nothing to receive for now.
+// Returns false if no datagram is waiting.
 static bool receive_datagram(int fd) {
   static unsigned char buffer[BUFFER_SIZE];
   ssize_t size = netlink_receive(fd, buffer, sizeof buffer);
@@ -163,8 +163,8 @@ static bool receive_datagram(int fd) {
   return true;
 }
 
-// Asks for a dump only once all that waits has been read: the kernel cannot answer into a full queue, and
-// news older than the dump must not count as part of it.
+// Requests a dump only after all waiting datagrams were read: the kernel cannot answer into a full queue, and
+// messages older than the dump must not be taken for a part of it.
 static void on_readable(void* user, short events, int fd) {
   (void)user, (void)events;
   g_monitor.refused = false;

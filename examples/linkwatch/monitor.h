@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-// Keeps the table of interfaces in step with the kernel.
+// Keeps the table of interfaces in sync with the kernel.
 //
-// The kernel tells of each change. Whatever cannot be known from one message alone is read anew in a dump of
-// all links or all addresses: the state at the start, news that were lost, which address is the first.
+// The kernel sends a message for each change. A dump of all links or all addresses gives what a single
+// message does not: the state at the start, lost messages, and which address of an interface is the first.
 #ifndef LINKWATCH_MONITOR_H
 #define LINKWATCH_MONITOR_H
 
-// Opens the socket, watches it on the loop and asks for everything. Returns 0 or a result code.
+// Opens the socket, watches it on the loop and requests all links and addresses. Returns 0 or a result code.
 int monitor_start(void);
 void monitor_stop(void);
 
-// Reads everything anew, for example because other interfaces are to be watched.
+// Reads all links and addresses again, for example because other interfaces are to be watched.
 void monitor_resync(void);
 
 #endif

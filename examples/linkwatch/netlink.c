@@ -50,7 +50,7 @@ ssize_t netlink_receive(int fd, void* buffer, size_t size) {
   socklen_t sender_size = sizeof sender;
   ssize_t received = recvfrom(fd, buffer, size, MSG_TRUNC, (struct sockaddr*)&sender, &sender_size);
   if (received < 0) return errno == EAGAIN || errno == EINTR ? 0 : -1;
-  if (sender.nl_pid != 0) return 0;  // any process may send to this socket; only the kernel is believed
+  if (sender.nl_pid != 0) return 0;  // any process can send to this socket; accept only the kernel's messages
   if ((size_t)received <= size) return received;
 
   errno = EMSGSIZE;

@@ -34,14 +34,14 @@ static int read_setting(const char* name, const char* type, void* data, unsigned
 }
 
 static int read_interfaces(char* list) {
-  memset(list, 0, LIST_SIZE);  // the last byte is never written
+  memset(list, 0, LIST_SIZE);  // c_cfm_get_value() never writes the last byte
   int result = read_setting(kInterfaces, "str", list, LIST_SIZE);
   if (result != C_RESULT_OK || strlen(list) < LIST_SIZE - 1) return result;
   say(SAY_PROBLEM, "%s is too long", kInterfaces);
   return C_RESULT_PARAM;
 }
 
-// Takes over all settings or none.
+// Replaces all settings or none.
 static int load_settings(void) {
   struct settings fresh;
   int result = read_interfaces(fresh.interfaces);
@@ -58,7 +58,7 @@ static int load_settings(void) {
 
 static int on_setting_changed(void* user, int id, const char* instance, int operation, const char* leaf) {
   (void)user, (void)id, (void)operation;
-  say(SAY_NEWS, "settings: told that %s%s changed", instance, leaf);
+  say(SAY_NEWS, "settings: %s%s changed", instance, leaf);
   struct settings before = g_settings;
   int result = load_settings();
   if (strcmp(before.interfaces, g_settings.interfaces) != 0) g_changed();

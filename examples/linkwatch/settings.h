@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
-// The service's own settings, kept in the configuration tree.
+// The service's settings in the configuration tree.
 #ifndef LINKWATCH_SETTINGS_H
 #define LINKWATCH_SETTINGS_H
 
 #include <stdbool.h>
 
-// Reads the settings and follows their changes. `changed` is called after each change of the interfaces to
-// watch. Returns 0 or a result code; on failure nothing is followed.
+// Reads the settings and observes them. `changed` is called after each change of the interfaces to watch.
+// Returns 0 or a result code; on failure nothing is observed.
 int settings_start(void (*changed)(void));
 void settings_stop(void);
 
-// Whether the interface of that name is to be watched.
+// Returns whether the interface with this name is to be watched.
 bool settings_watch(const char* name);
 
-// Whether settings are to be read from standard input; has an effect at the start only.
+// Returns whether settings are to be read from standard input. Only the value at the start matters.
 bool settings_console(void);
 
-// Changes one setting in the tree: "Interfaces" or "LogLevel". Returns 0 or a result code.
+// Writes a setting to the tree, "Interfaces" or "LogLevel". Returns 0 or a result code.
 int settings_change(const char* leaf, const char* text);
 
 #endif

@@ -3,9 +3,12 @@
 #define CPP2C_HOST_CLOCK_CLOCK_H
 
 #include <chrono>
+#include <string>
 
-// The time by which the loop's deadlines and the log go: the machine's, or a virtual one, which stands still
-// until it is sent to the next deadline.
+namespace host {
+
+// The clock of the loop's deadlines and of the log: the machine's clock, or a virtual clock, which stands
+// still until it is advanced to the next deadline.
 class Clock {
  public:
   using TimePoint = std::chrono::steady_clock::time_point;
@@ -17,16 +20,17 @@ class Clock {
   bool isVirtual() const { return kind_ == Kind::kVirtual; }
   TimePoint now() const;
 
-  // Virtual: the date and time at the start, and what has passed since.
+  // The date and time. On a virtual clock: those of the start plus the virtual time since then.
   std::chrono::system_clock::time_point wallTime() const;
 
-  // `delay` after `time`, but never so late that a sum of times could overflow: virtual years pass quickly.
+  // Returns `time` plus `delay`, but at most 100 years after the start, so that no sum of times overflows.
+  // Virtual time can reach this limit.
   TimePoint later(TimePoint time, Duration delay) const;
 
-  // How long to wait for a time. A virtual clock need not wait.
+  // The real time to wait until `time`. Zero on a virtual clock.
   Duration waitFor(TimePoint time) const;
 
-  // Whether the time has come. To a virtual clock it comes by asking.
+  // Returns whether `time` has come. A virtual clock first advances to `time`.
   bool reach(TimePoint time);
 
  private:
@@ -35,5 +39,10 @@ class Clock {
   const std::chrono::system_clock::time_point wall_start_;
   TimePoint virtual_now_;
 };
+
+// Formats a time as ISO 8601 in UTC with milliseconds: "2026-01-31T12:00:00.250Z".
+std::string isoTime(std::chrono::system_clock::time_point time);
+
+}  // namespace host
 
 #endif

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/config/changes.h"
 
+namespace host {
+
 void Changes::leafChanged(const std::string& instance, const std::string& leaf) {
   if (instances_.count(instance) == 0) leaves_[instance].insert(leaf);
 }
@@ -12,5 +14,7 @@ void Changes::instanceAdded(const std::string& instance) {
 void Changes::instanceDeleted(const std::string& instance) {
   leaves_.erase(instance);
   const auto [change, was_saved] = instances_.emplace(instance, true);
-  if (!was_saved && !change->second) instances_.erase(change);  // come and gone: as if it had never been
+  if (!was_saved && !change->second) instances_.erase(change);  // added and deleted since the last save
 }
+
+}  // namespace host

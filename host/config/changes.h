@@ -6,7 +6,9 @@
 #include <set>
 #include <string>
 
-// What of a tree has changed since it was last saved. It keeps names only: the values are those of the tree.
+namespace host {
+
+// The changes of a tree since the last save. Contains names only; the values are in the tree.
 class Changes {
  public:
   void attributeChanged(const std::string& object) { attributes_.insert(object); }
@@ -20,11 +22,11 @@ class Changes {
   // Full names of objects.
   const std::set<std::string>& attributes() const { return attributes_; }
 
-  // Full names of instances that have come, or gone, or gone and come anew; and for each whether there was
-  // one when the tree was last saved. Nothing of that one is left.
+  // By full name: the instances that were added, deleted, or deleted and added again. The value tells whether
+  // the instance existed at the last save; everything saved for it is then obsolete.
   const std::map<std::string, bool>& instances() const { return instances_; }
 
-  // By full name of the instance, for instances that have neither come nor gone.
+  // By full name of the instance: the changed leaves of instances that were neither added nor deleted.
   const std::map<std::string, std::set<std::string>>& leaves() const { return leaves_; }
 
  private:
@@ -32,5 +34,7 @@ class Changes {
   std::map<std::string, bool> instances_;
   std::map<std::string, std::set<std::string>> leaves_;
 };
+
+}  // namespace host
 
 #endif

@@ -10,6 +10,7 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 
+namespace host {
 namespace {
 
 bool isOption(int option) {
@@ -42,7 +43,8 @@ int ConfigService::registObserver(int number, ICfmObserver* observer) {
   if (observer == nullptr) return C_RESULT_PARAM;
   const Object* object = tree_.find(number);
   if (object == nullptr) return C_RESULT_NOT_FOUND;
-  observers_.add(number, observer, registry_.add(Kind::kChange, object->name, calleeOf(*observer)));
+  observers_.add(number, observer,
+                 registry_.add(RegistrationKind::kChange, object->name, calleeOf(*observer)));
   return C_RESULT_OK;
 }
 
@@ -54,7 +56,8 @@ int ConfigService::registDataProvider(int number, IDyncDataProvider* provider) {
   if (provider == nullptr) return C_RESULT_PARAM;
   const Object* object = tree_.find(number);
   if (object == nullptr) return C_RESULT_NOT_FOUND;
-  providers_[number] = {provider, registry_.add(Kind::kProvider, object->name, calleeOf(*provider))};
+  providers_[number] = {provider,
+                        registry_.add(RegistrationKind::kProvider, object->name, calleeOf(*provider))};
   return C_RESULT_OK;
 }
 
@@ -66,7 +69,7 @@ ICfmNode* ConfigService::getNode(std::string fullname) {
 }
 
 int ConfigService::releaseNode(ICfmNode* node) {
-  return nodes_.takeBack(node) ? C_RESULT_OK : C_RESULT_PARAM;
+  return nodes_.release(node) ? C_RESULT_OK : C_RESULT_PARAM;
 }
 
 ICfmIterator* ConfigService::instanceIterator(int number) {
@@ -78,10 +81,10 @@ ICfmIterator* ConfigService::instanceIterator(int number) {
 }
 
 int ConfigService::releaseIterator(ICfmIterator* iterator) {
-  return iterators_.takeBack(iterator) ? C_RESULT_OK : C_RESULT_PARAM;
+  return iterators_.release(iterator) ? C_RESULT_OK : C_RESULT_PARAM;
 }
 
-// The leaf is found again, even if its instance has gone meanwhile: objects and their leaves stay.
+// Finds the leaf even if its instance was deleted meanwhile: objects and their leaves are never deleted.
 std::string ConfigService::value(const std::string& fullname) {
   const Tree::Place place = tree_.find(fullname).value();
   auto provider = providers_.find(place.object->number);
@@ -106,7 +109,7 @@ int ConfigService::setValue(std::string fullname, std::string value, int option)
   if (option != C_CFM_CREATE) return C_RESULT_NOT_FOUND;
 
   addInstance(place->instance);
-  return setValue(std::move(fullname), std::move(value), 0);  // looks anew: an observer may have deleted it
+  return setValue(std::move(fullname), std::move(value), 0);  // looks again: an observer may have deleted it
 }
 
 int ConfigService::write(const Tree::Place& place, const std::string& value) {
@@ -144,7 +147,7 @@ int ConfigService::save(int scope) {
   return result;
 }
 
-int ConfigService::keepNothing(Tree& /*tree*/, const Changes& /*changes*/) {
+int ConfigService::saveNothing(Tree& /*tree*/, const Changes& /*changes*/) {
   return C_RESULT_OK;
 }
 
@@ -155,3 +158,5 @@ void ConfigService::notify(const Object& object, const std::string& instance, in
     return observer.update(object.number, instance, operation, leaf);
   });
 }
+
+}  // namespace host

@@ -9,26 +9,26 @@
 
 #include "binding/context.h"
 #include "host/config/changes.h"
-#include "host/config/config_node.h"
-#include "host/config/instance_iterator.h"
+#include "host/config/loans.h"
 #include "host/config/tree.h"
-#include "host/loans.h"
 #include "host/registration/observer_list.h"
 
-// The configuration tree as its users see it: with checked writes, observers and computed values. Observers
-// and providers may call every operation. Numbers are those of objects.
+namespace host {
+
+// The configuration tree with checked writes, observers and computed values. Observers and providers may call
+// every operation. `number` is the number of an object.
 class ConfigService final : public ICfm {
  public:
-  // Makes the changes of a tree outlast the process, all or none, and gives a result code.
+  // Saves the changes of a tree permanently, all or none. Returns a result code.
   using Store = std::function<int(Tree& tree, const Changes& changes)>;
 
-  ConfigService(Tree tree, Registry& registry, Store store = keepNothing);
+  ConfigService(Tree tree, Registry& registry, Store store = saveNothing);
 
-  int getAttr(int number, void* out) override;  // a 32-bit word
+  int getAttr(int number, void* out) override;  // `out`: a 32-bit word
   int setAttr(int number, int value) override;
   int registObserver(int number, ICfmObserver* observer) override;
   int unregistObserver(int number, ICfmObserver* observer) override;
-  int registDataProvider(int number, IDyncDataProvider* provider) override;  // in place of an earlier one
+  int registDataProvider(int number, IDyncDataProvider* provider) override;  // replaces the earlier one
 
   ICfmNode* getNode(std::string fullname) override;
   int releaseNode(ICfmNode* node) override;
@@ -37,21 +37,21 @@ class ConfigService final : public ICfm {
 
   int setValue(std::string fullname, std::string value, int option) override;  // a c_cfm_option, or 0
   int addInstance(const std::string& instance);                                // of a dynamic object
-  int deleteInstance(const std::string& instance);                             // likewise
-  int save(int scope) override;  // 1, for everything that has changed, is the only scope
+  int deleteInstance(const std::string& instance);                             // of a dynamic object
+  int save(int scope) override;  // `scope` must be 1: all changes
 
   const Tree& tree() const { return tree_; }
-  const Leaf* findLeaf(const std::string& fullname);  // null if there is none
-  std::string value(const std::string& fullname);     // of a leaf that there is
+  const Leaf* findLeaf(const std::string& fullname);  // null if it does not exist
+  std::string value(const std::string& fullname);     // of an existing leaf
 
-  // Has each change told, before its observers are.
+  // Sets the function to call with each change, before its observers are called.
   struct Change {
     const Object& object;
     const std::string& instance;
     int operation;            // a c_cfm_operation
-    const std::string& leaf;  // "", unless a leaf has changed
+    const std::string& leaf;  // "" unless a leaf has changed
   };
-  void onChange(std::function<void(const Change&)> tell) { on_change_ = std::move(tell); }
+  void onChange(std::function<void(const Change&)> callback) { on_change_ = std::move(callback); }
 
   int reserved4() override { return 0; }
   int reserved6() override { return 0; }
@@ -61,14 +61,14 @@ class ConfigService final : public ICfm {
   int reserved16() override { return 0; }
 
  private:
-  static int keepNothing(Tree& tree, const Changes& changes);
+  static int saveNothing(Tree& tree, const Changes& changes);
 
   int write(const Tree::Place& place, const std::string& value);
   void notify(const Object& object, const std::string& instance, int operation, const std::string& leaf);
 
   struct Provider {
     IDyncDataProvider* provider;
-    Registration registration;
+    RegistrationHandle registration;
   };
 
   Tree tree_;
@@ -81,5 +81,7 @@ class ConfigService final : public ICfm {
   Loans<ICfmIterator> iterators_;
   std::function<void(const Change&)> on_change_ = [](const Change&) {};
 };
+
+}  // namespace host
 
 #endif

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
+namespace host {
 namespace {
 
-// The length of the parent's name.
-std::string::size_type parentLength(const std::string& name) {
+std::string::size_type parentNameLength(const std::string& name) {
   if (name.size() < 2) return 0;
   const auto dot = name.rfind('.', name.size() - 2);
   return dot == std::string::npos ? 0 : dot + 1;
@@ -34,5 +34,7 @@ bool isObjectName(const std::string& text) {
 }
 
 std::string parentName(const std::string& name) {
-  return name.substr(0, parentLength(name));
+  return name.substr(0, parentNameLength(name));
 }
+
+}  // namespace host

@@ -5,6 +5,8 @@
 
 #include "host/config/name.h"
 
+namespace host {
+
 const std::string& Tree::Place::value() const {
   if (values == nullptr) return leaf->default_value;
   auto value = values->find(leaf_name);
@@ -29,7 +31,7 @@ Object* Tree::named(const std::string& name) {
 }
 
 Object* Tree::ownerOf(const std::string& instance) {
-  // An object of this very name leaves no room for an instance of another.
+  // The name of an object cannot be the name of another object's instance.
   Object* object = named(instance);
   if (object != nullptr) return object->instances.count(instance) != 0 ? object : nullptr;
 
@@ -51,3 +53,5 @@ std::optional<Tree::Place> Tree::find(const std::string& fullname) {
   Values* existing = values != object->instances.end() ? &values->second : nullptr;
   return Place{object, std::move(instance), std::move(leaf_name), &leaf->second, existing};
 }
+
+}  // namespace host

@@ -2,17 +2,38 @@
 #ifndef CPP2C_HOST_CONFIG_TREE_H
 #define CPP2C_HOST_CONFIG_TREE_H
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "host/config/object.h"
+#include "host/config/value_type.h"
 
-// The objects of the configuration, found by number and by name. It checks no values and tells nobody.
+namespace host {
+
+struct Leaf {
+  const ValueType* type;
+  std::string default_value;
+  bool computed = false;  // read from the object's data provider
+};
+
+using Values = std::map<std::string, std::string>;  // by leaf name; a leaf without an entry has its default
+
+// One numbered object of the configuration tree. A single instance has the object's own name.
+struct Object {
+  int number = 0;
+  std::string name;
+  std::int32_t attribute = 0;
+  bool dynamic = false;  // instances are added and deleted at run time
+  std::map<std::string, Leaf> leaves;
+  std::map<std::string, Values> instances;  // by full name
+};
+
+// The objects of the configuration, by number and by name. Neither checks values nor notifies observers.
 class Tree {
  public:
-  // Where a leaf is. Valid until an instance is added or deleted.
+  // The location of a leaf. Valid until an instance is added or deleted.
   struct Place {
     const std::string& value() const;
 
@@ -20,21 +41,25 @@ class Tree {
     std::string instance;  // full name
     std::string leaf_name;
     const Leaf* leaf;
-    Values* values;  // null: the instance does not exist, but may be added
+    Values* values;  // null: the instance does not exist, but can be added
   };
 
-  // Numbers, names of objects and names of instances must all be different.
+  // All numbers, names of objects and names of instances must be unique.
   explicit Tree(std::vector<Object> objects);
 
-  Object* find(int number);                                          // null if there is none
-  Object* named(const std::string& name);                            // likewise
+  Object* find(int number);                                          // null if not found
+  Object* named(const std::string& name);                            // null if not found
   std::optional<Place> find(const std::string& fullname);            // of a leaf
   const std::map<int, Object>& objects() const { return objects_; }  // by number
-  Object* ownerOf(const std::string& instance);  // the object that has this instance or may; or null
+
+  // The object that has this instance or, if it is dynamic, can have it. Null if there is none.
+  Object* ownerOf(const std::string& instance);
 
  private:
   std::map<int, Object> objects_;
   std::map<std::string, Object*> by_name_;
 };
+
+}  // namespace host
 
 #endif

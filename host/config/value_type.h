@@ -4,18 +4,25 @@
 
 #include <string>
 
-// One type of leaf. There is one object for each.
+namespace host {
+
+// A type of leaves. Each type has exactly one object, so pointers to it can be compared.
 struct ValueType {
   const char* name;
-  const char* initial;  // the value of a leaf that is declared without one
+  const char* initial;  // the default of a leaf that is declared without one
   bool (*accepts)(const std::string& text);
-  bool secret;  // values must not be shown
+  bool secret;  // values must not be logged, and are shown only on request
 };
 
-// Null if there is no type of that name.
+// Null if no type has this name.
 const ValueType* findValueType(const std::string& name);
 
-// Whether the text is a value of the type. None holds a NUL character, at which it would end for C.
+// All names, separated by ", ".
+std::string valueTypeNames();
+
+// Whether the text is a value of the type. No value may contain a NUL character, which would end it for C.
 bool fits(const ValueType& type, const std::string& text);
+
+}  // namespace host
 
 #endif

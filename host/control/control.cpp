@@ -2,13 +2,13 @@
 #include "host/control/control.h"
 
 #include "host/clock/clock.h"
-#include "host/control/wall_time.h"
 #include "host/loop/event_loop.h"
 
+namespace host {
 namespace {
 
-// Time for the answer to go out, before nothing goes out any more.
-constexpr timeval kBeforeStop{0, 50000};
+// Lets the answer to the request reach the client before the loop ends.
+constexpr timeval kStopDelay{0, 50000};
 
 void stopLoop(evutil_socket_t /*fd*/, short /*events*/, void* loop) {
   static_cast<EventLoop*>(loop)->stop();
@@ -16,41 +16,48 @@ void stopLoop(evutil_socket_t /*fd*/, short /*events*/, void* loop) {
 
 }  // namespace
 
-Control::Control(const Controlled& controlled, EventBase& base, const std::string& path,
+Control::Control(const ControlledServices& services, EventBase& base, const std::string& path,
                  const Connections::Limits& limits)
-    : controlled_(controlled),
-      started_(controlled.clock.wallTime()),
-      stop_(evtimer_new(base.get(), stopLoop, &controlled.loop)),
+    : services_(services),
+      activity_{services.clock.wallTime()},
+      stop_(evtimer_new(base.get(), stopLoop, &services.loop)),
       server_(
-          base, path, [this](HttpExchange& exchange) { api_.handle(exchange); }, limits) {
-  addConfigRoutes();
-  addServiceRoutes();
-  addDiagnosisRoutes();
-  followNews();
+          base, path, [this](HttpExchange& exchange) { router_.handle(exchange); }, limits) {
+  addRoutes();
+  publishItems();
 }
 
 Control::~Control() {
-  controlled_.events.onEvent([](const EventService::Event&) {});
-  controlled_.config.onChange([](const ConfigService::Change&) {});
-  controlled_.log.onLine([](const LogService::Line&) {});
+  services_.events.onEvent([](const EventService::Event&) {});
+  services_.config.onChange([](const ConfigService::Change&) {});
+  services_.log.onLine([](const LogService::Line&) {});
 }
 
-void Control::followNews() {
-  controlled_.events.onEvent([this](const EventService::Event& event) {
-    event_count_++;
-    events_.publish(event);
-  });
-  controlled_.config.onChange([this](const ConfigService::Change& change) {
-    change_count_++;
-    changes_.publish(change);
-  });
-  controlled_.log.onLine([this](const LogService::Line& line) { lines_.publish(line); });
+void Control::addRoutes() {
+  addConfigRoutes(router_, services_.config);
+  addChangeRoutes(router_, services_.config, change_followers_, services_.clock);
+  addEventRoutes(router_, services_.events, event_followers_, services_.clock);
+  addLogRoutes(router_, log_followers_, services_.clock);
+  addLifecycleRoutes(router_, services_.lifecycle, [this] { stopSoon(); });
+  addRegistrationRoutes(router_, services_.registry, services_.history);
+  addStatisticsRoutes(router_, services_.registry, services_.clock, activity_,
+                      [this] { return server_.clients(); });
 }
 
-std::string Control::now() const {
-  return isoTime(controlled_.clock.wallTime());
+void Control::publishItems() {
+  services_.events.onEvent([this](const EventService::Event& event) {
+    activity_.events++;
+    event_followers_.publish(event);
+  });
+  services_.config.onChange([this](const ConfigService::Change& change) {
+    activity_.changes++;
+    change_followers_.publish(change);
+  });
+  services_.log.onLine([this](const LogService::Line& line) { log_followers_.publish(line); });
 }
 
 void Control::stopSoon() {
-  if (stop_ == nullptr || evtimer_add(stop_.get(), &kBeforeStop) != 0) controlled_.loop.stop();
+  if (stop_ == nullptr || evtimer_add(stop_.get(), &kStopDelay) != 0) services_.loop.stop();
 }
+
+}  // namespace host

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
-// What the program does, by HTTP.
+// Registrations, the trace of calls and statistics.
 #include <errno.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "host/clock/clock.h"
-#include "host/control/control.h"
-#include "host/control/wall_time.h"
+#include "host/control/routes.h"
 #include "host/registration/call_history.h"
 #include "host/registration/registry.h"
 #include "host/symbol/symbol.h"
 
-using nlohmann::json;
-
+namespace host {
 namespace {
 
+using nlohmann::json;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 using Microseconds = std::chrono::duration<double, std::micro>;
 
@@ -28,33 +28,40 @@ double msOf(CallStatistics::Duration duration) {
   return Milliseconds(duration).count();
 }
 
-json describe(const Callback& callback) {
-  const Symbol symbol = symbolOf(callback.callee);
-  const CallStatistics& statistics = callback.statistics;
-  return {{"kind", nameOf(callback.kind)},     {"key", callback.key},
-          {"function", symbol.name},           {"location", symbol.location},
-          {"since", isoTime(callback.since)},  {"count", statistics.count},
-          {"totalMs", msOf(statistics.total)}, {"longestMs", msOf(statistics.longest)},
-          {"lastMs", msOf(statistics.last)},   {"lastResult", orNull(statistics.last_result)}};
+json describeRegistration(const Registration& registration) {
+  const Symbol symbol = symbolOf(registration.callee);
+  const CallStatistics& statistics = registration.statistics;
+  return {{"kind", nameOf(registration.kind)},
+          {"key", registration.key},
+          {"function", symbol.name},
+          {"location", symbol.location},
+          {"since", isoTime(registration.since)},
+          {"count", statistics.count},
+          {"totalMs", msOf(statistics.total)},
+          {"longestMs", msOf(statistics.longest)},
+          {"lastMs", msOf(statistics.last)},
+          {"lastResult", orNull(statistics.last_result)}};
 }
 
 json listRegistrations(const Registry& registry) {
-  json registrations = json::array();
-  for (const auto& callback : registry.callbacks()) registrations.push_back(describe(*callback));
-  return {{"registrations", std::move(registrations)}};
+  json list = json::array();
+  for (const auto& registration : registry.registrations()) {
+    list.push_back(describeRegistration(*registration));
+  }
+  return {{"registrations", std::move(list)}};
 }
 
-// A complete event of the trace-event format.
+// A complete event ("X") of the trace-event format.
 json traceEvent(const Call& call) {
-  const Callback& callback = *call.callback;
-  return {{"name", symbolOf(callback.callee).name},
-          {"cat", nameOf(callback.kind)},
+  const Registration& registration = *call.registration;
+  return {{"name", symbolOf(registration.callee).name},
+          {"cat", nameOf(registration.kind)},
           {"ph", "X"},
           {"ts", Microseconds(call.before.time.time_since_epoch()).count()},
           {"dur", Microseconds(call.after.time - call.before.time).count()},
           {"pid", getpid()},
           {"tid", 1},
-          {"args", {{"key", callback.key}, {"result", orNull(call.result)}}}};
+          {"args", {{"key", registration.key}, {"result", orNull(call.result)}}}};
 }
 
 json traceOf(const CallHistory& history) {
@@ -68,26 +75,34 @@ json traceOf(const CallHistory& history) {
   return {{"displayTimeUnit", "ms"}, {"traceEvents", std::move(events)}};
 }
 
-}  // namespace
-
-json Control::statistics() const {
-  const CallStatistics& calls = controlled_.registry.statistics();
-  const auto uptime = controlled_.clock.wallTime() - started_;
+json describeStatistics(const CallStatistics& calls, const Clock& clock, const Activity& activity,
+                        std::size_t clients) {
+  const auto uptime = clock.wallTime() - activity.start;
   return {{"pid", getpid()},
           {"program", program_invocation_short_name},
           {"uptimeMs", std::chrono::duration_cast<std::chrono::milliseconds>(uptime).count()},
-          {"clock", controlled_.clock.isVirtual() ? "virtual" : "real"},
-          {"callbacks", calls.count},
+          {"clock", clock.isVirtual() ? "virtual" : "real"},
+          {"calls", calls.count},
           {"busyMs", msOf(calls.total)},
           {"longestMs", msOf(calls.longest)},
-          {"events", event_count_},
-          {"changes", change_count_},
-          {"clients", server_.clients()}};
+          {"events", activity.events},
+          {"changes", activity.changes},
+          {"clients", clients}};
 }
 
-void Control::addDiagnosisRoutes() {
-  api_.answer("GET", "/registrations",
-              [this](const ApiRequest&) { return listRegistrations(controlled_.registry); });
-  api_.answer("GET", "/statistics", [this](const ApiRequest&) { return statistics(); });
-  api_.answer("GET", "/trace", [this](const ApiRequest&) { return traceOf(controlled_.history); });
+}  // namespace
+
+void addRegistrationRoutes(Router& router, const Registry& registry, const CallHistory& history) {
+  router.answer("GET", "/registrations", [&](const ControlRequest&) { return listRegistrations(registry); });
+  router.answer("GET", "/trace", [&](const ControlRequest&) { return traceOf(history); });
 }
+
+void addStatisticsRoutes(Router& router, const Registry& registry, const Clock& clock,
+                         const Activity& activity, std::function<std::size_t()> clients) {
+  router.answer("GET", "/statistics",
+                [&registry, &clock, &activity, clients = std::move(clients)](const ControlRequest&) {
+                  return describeStatistics(registry.statistics(), clock, activity, clients());
+                });
+}
+
+}  // namespace host

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
-// Events, the log and the lifecycle by HTTP.
+// Events, the log and the lifecycle.
 #include <nlohmann/json.hpp>
+#include <utility>
 
-#include "host/control/control.h"
+#include "host/clock/clock.h"
+#include "host/control/routes.h"
 #include "host/lifecycle/lifecycle.h"
 
-using nlohmann::json;
-
+namespace host {
 namespace {
+
+using nlohmann::json;
 
 json listModules(const Lifecycle& lifecycle) {
   json modules = json::array();
@@ -17,32 +20,54 @@ json listModules(const Lifecycle& lifecycle) {
   return {{"modules", std::move(modules)}, {"state", nameOf(lifecycle.state())}};
 }
 
-json sendEvent(EventService& events, const ApiRequest& request) {
-  request.expectOnly({"event", "data"});
-  events.notify(request.text("event"), request.text("data"), 0);
+json sendEvent(EventService& events, const ControlRequest& request) {
+  const JsonValue body = request.body();
+  body.allowOnly({"event", "data"});
+  events.notify(body.required("event").string(), body.required("data").string(), 0);
   return {{"result", 0}};
+}
+
+json describeEvent(const EventService::Event& event, const Clock& clock) {
+  return {{"time", isoTime(clock.wallTime())},
+          {"event", event.name},
+          {"data", event.data},
+          {"source", event.source}};
+}
+
+json describeLine(const LogService::Line& line, const Clock& clock) {
+  return {{"time", isoTime(clock.wallTime())},
+          {"level", line.level},
+          {"module", line.module},
+          {"text", line.text}};
 }
 
 }  // namespace
 
-void Control::addServiceRoutes() {
-  api_.answer("POST", "/events",
-              [this](const ApiRequest& request) { return sendEvent(controlled_.events, request); });
-  api_.follow("/events", [this](const ApiRequest& request, const auto& open) {
-    const std::string wanted = request.parameterOr("event", "");
-    events_.add(open(), [this, wanted](const EventService::Event& event) {
-      if (!wanted.empty() && event.name != wanted) return std::string();
-      return lineOf({{"time", now()}, {"event", event.name}, {"data", event.data}, {"source", event.source}});
+void addEventRoutes(Router& router, EventService& events, Followers<EventService::Event>& followers,
+                    const Clock& clock) {
+  router.answer("POST", "/events", [&](const ControlRequest& request) { return sendEvent(events, request); });
+  router.follow("/events", [&](const ControlRequest& request, const Router::OpenStream& open) {
+    const std::string name = request.parameterOr("event", "");
+    followers.add(open(), [&clock, name](const EventService::Event& event) {
+      const bool wanted = name.empty() || event.name == name;
+      return wanted ? lineOf(describeEvent(event, clock)) : "";
     });
   });
-  api_.follow("/log", [this](const ApiRequest&, const auto& open) {
-    lines_.add(open(), [this](const LogService::Line& line) {
-      return lineOf({{"time", now()}, {"level", line.level}, {"module", line.module}, {"text", line.text}});
-    });
+}
+
+void addLogRoutes(Router& router, Followers<LogService::Line>& followers, const Clock& clock) {
+  router.follow("/log", [&](const ControlRequest&, const Router::OpenStream& open) {
+    followers.add(open(),
+                  [&clock](const LogService::Line& line) { return lineOf(describeLine(line, clock)); });
   });
-  api_.answer("GET", "/modules", [this](const ApiRequest&) { return listModules(controlled_.lifecycle); });
-  api_.answer("POST", "/stop", [this](const ApiRequest&) -> json {
-    stopSoon();
+}
+
+void addLifecycleRoutes(Router& router, const Lifecycle& lifecycle, std::function<void()> stop) {
+  router.answer("GET", "/modules", [&](const ControlRequest&) { return listModules(lifecycle); });
+  router.answer("POST", "/stop", [stop = std::move(stop)](const ControlRequest&) -> json {
+    stop();
     return {{"result", 0}};
   });
 }
+
+}  // namespace host

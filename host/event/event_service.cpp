@@ -6,12 +6,14 @@
 #include "binding/handlers.h"
 #include "include_c"
 
+namespace host {
+
 EventService::EventService(std::string source, Registry& registry)
     : source_(std::move(source)), registry_(registry) {}
 
 int EventService::registObserver(std::string event, IEventObserver* observer) {
   if (observer == nullptr) return C_RESULT_PARAM;
-  observers_.add(event, observer, registry_.add(Kind::kEvent, event, calleeOf(*observer)));
+  observers_.add(event, observer, registry_.add(RegistrationKind::kEvent, event, calleeOf(*observer)));
   return C_RESULT_OK;
 }
 
@@ -25,3 +27,5 @@ int EventService::notify(std::string event, std::string data, int flags) {
   observers_.notify(event, [&](IEventObserver& observer) { return observer.update(event, data, source_); });
   return C_RESULT_OK;
 }
+
+}  // namespace host

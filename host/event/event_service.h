@@ -9,24 +9,26 @@
 #include "binding/context.h"
 #include "host/registration/observer_list.h"
 
-// Hands each event to its observers, in order of registration, before notify() returns. An observer may
-// register, unregister and notify meanwhile.
+namespace host {
+
+// Passes each event to its observers, in order of registration, before notify() returns. An observer may
+// register, unregister and notify during its call.
 class EventService final : public IEvent {
  public:
-  // `source` is what observers are told about where an event comes from.
+  // `source` is passed to observers as the origin of each event.
   EventService(std::string source, Registry& registry);
 
   int registObserver(std::string event, IEventObserver* observer) override;
   int unregistObserver(std::string event, IEventObserver* observer) override;
   int notify(std::string event, std::string data, int flags) override;  // `flags` must be 0
 
-  // Has each event told, before its observers are.
+  // Sets the function to call with each event, before its observers are called.
   struct Event {
     const std::string& name;
     const std::string& data;
     const std::string& source;
   };
-  void onEvent(std::function<void(const Event&)> tell) { on_event_ = std::move(tell); }
+  void onEvent(std::function<void(const Event&)> callback) { on_event_ = std::move(callback); }
 
  private:
   const std::string source_;
@@ -34,5 +36,7 @@ class EventService final : public IEvent {
   ObserverList<std::string, IEventObserver> observers_;
   std::function<void(const Event&)> on_event_ = [](const Event&) {};
 };
+
+}  // namespace host
 
 #endif

@@ -9,52 +9,55 @@
 
 #include "host/guard/operation.h"
 
-// An operation with those of its arguments that checks look at: which leaf, event or command, and what text.
+namespace host {
+
+// One call of an operation with the arguments that checks need: a name (leaf, event or file) and a text.
 struct OperationCall {
-  OperationCall(Operation what, std::string_view of = {}, std::string_view with = {})
-      : operation(what), name(of), text(with) {}
+  OperationCall(Operation called, std::string_view name_argument = {}, std::string_view text_argument = {})
+      : operation(called), name(name_argument), text(text_argument) {}
 
   Operation operation;
   std::string_view name;
   std::string_view text;
 };
 
-// The text, or for null the empty one: what null means is up to the operation.
+// The text; empty for null, which is left to the operation.
 inline std::string_view viewOf(const char* text) {
   return text != nullptr ? std::string_view(text) : std::string_view();
 }
 
-// Sees each operation before it begins.
+// Checks each call of an operation before it is made.
 class IOperationCheck {
  public:
   virtual ~IOperationCheck() = default;
 
-  // A code that is answered in the operation's place; without one, it takes its course.
+  // Returns the code with which to refuse the call, or nothing to let it through.
   virtual std::optional<int> before(const OperationCall& call) = 0;
 };
 
-// The answer of an operation that is refused: the code, or null if it answers an object.
-template <typename Answer>
-Answer refusal(int code) {
-  if constexpr (std::is_pointer_v<Answer>) {
+// The result of a refused call: the code, or null if the operation returns an object.
+template <typename Result>
+Result refusal(int code) {
+  if constexpr (std::is_pointer_v<Result>) {
     return nullptr;
   } else {
     return code;
   }
 }
 
-// What every operation of the context and its services passes.
+// Every call of the context and its services passes through the guard, which applies the checks.
 class Guard {
  public:
-  // Checks are asked in the order in which they were added, until one refuses.
+  // Checks are applied in the order in which they were added, until one refuses the call.
   void add(IOperationCheck& check) { checks_.push_back(&check); }
 
   template <typename Function>
   auto enter(const OperationCall& call, Function function) {
-    if (checks_.empty()) return function();  // the usual case, which must cost next to nothing
+    if (checks_.empty()) return function();  // the usual case, which must be cheap
     const std::optional<int> code = before(call);
     if (!code) return function();
-    if (takesBack(call.operation)) function();  // else the service would go on using what its caller deletes
+    if (isRelease(call.operation))
+      function();  // else the service would use an object that its caller deletes
     return refusal<decltype(function())>(*code);
   }
 
@@ -68,5 +71,7 @@ class Guard {
 
   std::vector<IOperationCheck*> checks_;
 };
+
+}  // namespace host
 
 #endif

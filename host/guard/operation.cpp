@@ -4,23 +4,24 @@
 #include <algorithm>
 #include <iterator>
 
+namespace host {
 namespace {
 
-enum Nature { kPlain, kAnswersObject, kTakesBack };
+enum Kind { kPlain, kReturnsObject, kRelease };
 
 struct Description {
   const char* name;
   Operation operation;
-  Nature nature;
+  Kind kind;
 };
 
 constexpr Description kOperations[] = {
     {"load", Operation::kLoad, kPlain},
-    {"getLog", Operation::kGetLog, kAnswersObject},
-    {"getCfm", Operation::kGetCfm, kAnswersObject},
-    {"getEvent", Operation::kGetEvent, kAnswersObject},
-    {"getHeartbeat", Operation::kGetHeartbeat, kAnswersObject},
-    {"getLoop", Operation::kGetLoop, kAnswersObject},
+    {"getLog", Operation::kGetLog, kReturnsObject},
+    {"getCfm", Operation::kGetCfm, kReturnsObject},
+    {"getEvent", Operation::kGetEvent, kReturnsObject},
+    {"getHeartbeat", Operation::kGetHeartbeat, kReturnsObject},
+    {"getLoop", Operation::kGetLoop, kReturnsObject},
     {"debugOut", Operation::kDebugOut, kPlain},
     {"debugSwitch", Operation::kDebugSwitch, kPlain},
     {"systemCall", Operation::kSystemCall, kPlain},
@@ -33,21 +34,21 @@ constexpr Description kOperations[] = {
     {"getAttr", Operation::kGetAttr, kPlain},
     {"setAttr", Operation::kSetAttr, kPlain},
     {"registObserver", Operation::kRegistObserver, kPlain},
-    {"unregistObserver", Operation::kUnregistObserver, kTakesBack},
+    {"unregistObserver", Operation::kUnregistObserver, kRelease},
     {"registDataProvider", Operation::kRegistDataProvider, kPlain},
-    {"getNode", Operation::kGetNode, kAnswersObject},
-    {"releaseNode", Operation::kReleaseNode, kTakesBack},
-    {"instanceIterator", Operation::kInstanceIterator, kAnswersObject},
-    {"releaseIterator", Operation::kReleaseIterator, kTakesBack},
+    {"getNode", Operation::kGetNode, kReturnsObject},
+    {"releaseNode", Operation::kReleaseNode, kRelease},
+    {"instanceIterator", Operation::kInstanceIterator, kReturnsObject},
+    {"releaseIterator", Operation::kReleaseIterator, kRelease},
     {"setValue", Operation::kSetValue, kPlain},
     {"save", Operation::kSave, kPlain},
     {"registEventObserver", Operation::kRegistEventObserver, kPlain},
-    {"unregistEventObserver", Operation::kUnregistEventObserver, kTakesBack},
+    {"unregistEventObserver", Operation::kUnregistEventObserver, kRelease},
     {"notify", Operation::kNotify, kPlain},
     {"lock", Operation::kLock, kPlain},
     {"unlock", Operation::kUnlock, kPlain},
     {"addFd", Operation::kAddFd, kPlain},
-    {"delFd", Operation::kDelFd, kTakesBack},
+    {"delFd", Operation::kDelFd, kRelease},
     {"run", Operation::kRun, kPlain},
 };
 
@@ -69,10 +70,12 @@ std::optional<Operation> findOperation(const std::string& name) {
   return found->operation;
 }
 
-bool answersObject(Operation operation) {
-  return describe(operation).nature == kAnswersObject;
+bool returnsObject(Operation operation) {
+  return describe(operation).kind == kReturnsObject;
 }
 
-bool takesBack(Operation operation) {
-  return describe(operation).nature == kTakesBack;
+bool isRelease(Operation operation) {
+  return describe(operation).kind == kRelease;
 }
+
+}  // namespace host

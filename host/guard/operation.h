@@ -5,7 +5,9 @@
 #include <optional>
 #include <string>
 
-// Every operation of the context and of its services that a program may call once there is a context.
+namespace host {
+
+// Every operation of the context and its services that a program can call after init().
 enum class Operation {
   // of the context
   kLoad,
@@ -49,16 +51,18 @@ enum class Operation {
   kRun,
 };
 
-// The operation's own name, but "registEventObserver" and "unregistEventObserver" for those of which the
-// configuration has namesakes.
+// The operation's name in the interface. Two operations of the events have namesakes in the configuration and
+// are named "registEventObserver" and "unregistEventObserver".
 const char* nameOf(Operation operation);
 std::optional<Operation> findOperation(const std::string& name);
 
-// Whether the operation answers an object, or null; all others answer a code.
-bool answersObject(Operation operation);
+// Whether the operation returns an object or null. All other operations return a code.
+bool returnsObject(Operation operation);
 
-// Whether the operation ends a registration or a loan. Its caller then deletes what it had registered, or
-// uses it no more, whatever the answer is.
-bool takesBack(Operation operation);
+// Whether the operation ends a registration or a loan. Its caller then deletes or no longer uses the object,
+// whatever the operation returns.
+bool isRelease(Operation operation);
+
+}  // namespace host
 
 #endif

@@ -4,6 +4,8 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 
+namespace host {
+
 using std::chrono::milliseconds;
 
 Heartbeat::Heartbeat(ILog& log, milliseconds limit, TimePoint (*now)())
@@ -26,10 +28,12 @@ Heartbeat::Reading Heartbeat::read() const {
 }
 
 void Heartbeat::check(const Reading& before, const Reading& after,
-                      const std::function<std::string()>& callback) {
+                      const std::function<std::string()>& describe) {
   const auto held = (after.time - before.time) - (after.locked - before.locked);
   if (held <= limit_) return;
   const auto ms = std::chrono::duration_cast<milliseconds>(held).count();
-  const std::string text = "the callback " + callback() + " held the loop for " + std::to_string(ms) + " ms";
+  const std::string text = "the callback " + describe() + " held the loop for " + std::to_string(ms) + " ms";
   log_.record("heartbeat", C_LOG_WARNING, text.c_str());
 }
+
+}  // namespace host

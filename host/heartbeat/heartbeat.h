@@ -8,7 +8,9 @@
 
 #include "binding/context.h"
 
-// Reports each callback that holds the loop longer than a limit. The time in which it is locked does not
+namespace host {
+
+// Reports each call that holds the loop longer than a limit. The time between lock() and unlock() does not
 // count.
 class Heartbeat final : public IHeartbeat {
  public:
@@ -16,8 +18,8 @@ class Heartbeat final : public IHeartbeat {
 
   struct Reading {
     TimePoint time;
-    TimePoint::duration locked;  // all the time spent locked so far
-    int locks;                   // that are held
+    TimePoint::duration locked;  // total time spent locked so far
+    int locks;                   // currently held
   };
 
   Heartbeat(ILog& log, std::chrono::milliseconds limit, TimePoint (*now)() = std::chrono::steady_clock::now);
@@ -27,8 +29,9 @@ class Heartbeat final : public IHeartbeat {
 
   Reading read() const;
 
-  // Reports the callback that ran from one reading to the other if that was too long.
-  void check(const Reading& before, const Reading& after, const std::function<std::string()>& callback);
+  // Reports the call that was made between the readings if it took too long. `describe` returns the
+  // callback's description for the message.
+  void check(const Reading& before, const Reading& after, const std::function<std::string()>& describe);
 
   int reserved3() override { return 0; }
   int reserved4() override { return 0; }
@@ -45,5 +48,7 @@ class Heartbeat final : public IHeartbeat {
   TimePoint locked_at_;
   TimePoint::duration locked_time_{0};
 };
+
+}  // namespace host
 
 #endif

@@ -2,22 +2,28 @@
 #include "host/json/document.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
 
-#include "host/start_error.h"
 #include "include_c"
+#include "util/error.h"
 
+namespace host {
 namespace {
 
 using nlohmann::json;
 using Pointer = json::json_pointer;
 
-// Builds a document and refuses keys that stand twice in one object, of which the library keeps the last.
+constexpr std::size_t kMaxDepth = 16;
+
+// Builds a document. The parser alone would keep the last of duplicate keys and take any depth.
 class DocumentBuilder final : public json::json_sax_t {
  public:
-  explicit DocumentBuilder(const std::string& text) : text_(text) {}
+  DocumentBuilder(const std::string& text, const std::string& source) : text_(text), source_(source) {}
 
   json take() { return std::move(root_); }
 
@@ -37,17 +43,18 @@ class DocumentBuilder final : public json::json_sax_t {
 
  private:
   struct Level {
-    json* node;       // an object or a list
-    std::string key;  // of the member that comes next
+    json* node;       // an object or an array
+    std::string key;  // of the object's next member
   };
 
   json* append(json value);
   bool add(json value) { return append(std::move(value)) != nullptr; }
   bool open(json value);
   bool close();
-  Pointer place() const;
+  [[noreturn]] void fail(const std::string& what) const;
 
   const std::string& text_;
+  const std::string& source_;
   json root_;
   std::vector<Level> levels_;
 };
@@ -61,7 +68,9 @@ json* DocumentBuilder::append(json value) {
 }
 
 bool DocumentBuilder::open(json value) {
-  levels_.push_back({append(std::move(value)), ""});
+  json* node = append(std::move(value));
+  if (levels_.size() == kMaxDepth) fail("nested more than " + std::to_string(kMaxDepth) + " deep");
+  levels_.push_back({node, ""});
   return true;
 }
 
@@ -73,11 +82,12 @@ bool DocumentBuilder::close() {
 bool DocumentBuilder::key(string_t& name) {
   Level& object = levels_.back();
   object.key = std::move(name);
-  if (object.node->contains(object.key)) Item(*object.node, place().to_string()).fail("stands twice");
+  if (object.node->contains(object.key)) fail("duplicate key");
   return true;
 }
 
-Pointer DocumentBuilder::place() const {
+// At the value that is being read.
+void DocumentBuilder::fail(const std::string& what) const {
   Pointer place;
   for (const Level& level : levels_) {
     if (level.node->is_object()) {
@@ -86,28 +96,54 @@ Pointer DocumentBuilder::place() const {
       place /= level.node->size() - 1;
     }
   }
-  return place;
+  JsonValue(root_, source_, place.to_string()).fail(what);
 }
 
-// The error's own text quotes what was read last, which may be secret.
+// The parser's own message is not used: it quotes what was read last, which may be secret.
 bool DocumentBuilder::parse_error(std::size_t read, const std::string& /*token*/,
                                   const json::exception& /*error*/) {
   const std::string before = text_.substr(0, std::max<std::size_t>(read, 1) - 1);
   const auto line = std::count(before.begin(), before.end(), '\n') + 1;
   const auto column = before.size() - (before.rfind('\n') + 1) + 1;  // npos + 1 is 0
-  throw Mistake{':' + std::to_string(line) + ':' + std::to_string(column) + ": not valid JSON"};
+  throw util::Error(C_RESULT_PARAM,
+                    source_ + ':' + std::to_string(line) + ':' + std::to_string(column) + ": not valid JSON");
+}
+
+std::unique_ptr<const json> parse(const std::string& text, const std::string& source) {
+  DocumentBuilder builder(text, source);
+  json::sax_parse(text, &builder);
+  return std::make_unique<const json>(builder.take());
+}
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+[[noreturn]] void cannotRead(const std::string& name) {
+  throw util::Error(C_RESULT_SYSTEM_CALL, name + ": cannot be read: " + std::strerror(errno));
 }
 
 }  // namespace
 
-void readDocument(const std::string& text, const std::string& source,
-                  const std::function<void(const Item&)>& read) {
-  try {
-    DocumentBuilder builder(text);
-    json::sax_parse(text, &builder);
-    const json document = builder.take();
-    read(Item(document));
-  } catch (const Mistake& mistake) {
-    throw StartError(C_RESULT_PARAM, source + mistake.text);
-  }
+JsonDocument::JsonDocument(const std::string& text, std::string source)
+    : source_(std::move(source)), root_(parse(text, source_)) {}
+
+JsonDocument::~JsonDocument() = default;
+
+std::string readFile(const std::string& name) {
+  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(name.c_str(), "re"));
+  if (file == nullptr) cannotRead(name);
+
+  std::string text;
+  char part[4096];
+  std::size_t size = 0;
+  while ((size = std::fread(part, 1, sizeof part, file.get())) > 0) text.append(part, size);
+  if (std::ferror(file.get()) != 0) cannotRead(name);
+  return text;
 }
+
+std::string lineOf(const json& value) {
+  return value.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+}  // namespace host

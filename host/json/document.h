@@ -1,15 +1,38 @@
 // SPDX-License-Identifier: MIT
+// JSON input and output: files, request bodies, responses.
 #ifndef CPP2C_HOST_JSON_DOCUMENT_H
 #define CPP2C_HOST_JSON_DOCUMENT_H
 
-#include <functional>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
-#include "host/json/item.h"
+#include "host/json/value.h"
 
-// Parses a text and calls `read` with the document, which lasts no longer than the call. Throws StartError
-// for the first mistake, be it found in the text or by `read`; `source` names the text in its message.
-void readDocument(const std::string& text, const std::string& source,
-                  const std::function<void(const Item& document)>& read);
+namespace host {
+
+// A parsed JSON text.
+class JsonDocument {
+ public:
+  // `source` names the text in messages. Throws util::Error with C_RESULT_PARAM for a text that is not JSON,
+  // has a duplicate key or is nested more than 16 deep.
+  JsonDocument(const std::string& text, std::string source);
+  JsonDocument(JsonDocument&&) = delete;
+  ~JsonDocument();
+
+  JsonValue root() const { return JsonValue(*root_, source_); }
+
+ private:
+  const std::string source_;
+  std::unique_ptr<const nlohmann::json> root_;
+};
+
+// The whole file. Throws util::Error with C_RESULT_SYSTEM_CALL if it cannot be read.
+std::string readFile(const std::string& name);
+
+// The value in one line. JSON has no place for bytes that are not UTF-8: they are replaced by U+FFFD.
+std::string lineOf(const nlohmann::json& value);
+
+}  // namespace host
 
 #endif

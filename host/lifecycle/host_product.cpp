@@ -11,9 +11,11 @@
 #include "binding/context.h"
 #include "host/include/cpp2c_host.h"
 
+namespace host {
+
 HostProduct::HostProduct(IContext* owner, std::vector<std::string> names, ILog& log, Registry& registry)
     : IProductConfig(owner), names_(std::move(names)), log_(log), registry_(registry) {
-  // They stay where they are, in the order of the names: modules are called in the order of the addresses.
+  // Modules are called in the order of their addresses. Without reallocation, that is the order of the names.
   participants_.reserve(names_.size());
 }
 
@@ -34,19 +36,19 @@ int HostProduct::open() {
 
   std::vector<IModule*> opened;
   for (const std::string& name : names_) {
-    IModule* module = openOne(name);
+    IModule* module = openModule(name);
     if (module == nullptr) {
       release_modules();
       return C_RESULT_NOT_FOUND;
     }
     opened.push_back(module);
   }
-  putParticipantsBefore(opened);
+  wrapModules(opened);
   return C_RESULT_OK;
 }
 
-// One at a time, so that it is known which library a module comes from, and which one yields none.
-IModule* HostProduct::openOne(const std::string& name) {
+// Opens one library at a time, to know which module it provides, or that it provides none.
+IModule* HostProduct::openModule(const std::string& name) {
   const auto others = modules;
   next_ = name;
   dlerror();
@@ -60,15 +62,19 @@ IModule* HostProduct::openOne(const std::string& name) {
 
 void HostProduct::logFailure(const std::string& name) {
   const char* why = dlerror();
-  const std::string text = why != nullptr ? why : name + ": yields no module of its own";
+  const std::string text =
+      why != nullptr ? why : name + ": getInstance() returned no module, or the module of another library";
   log_.record("lifecycle", C_LOG_ERROR, text.c_str());
 }
 
-void HostProduct::putParticipantsBefore(const std::vector<IModule*>& opened) {
-  std::map<IModule*, DllMgr*> before;
+// Puts a participant in the place of each module.
+void HostProduct::wrapModules(const std::vector<IModule*>& opened) {
+  std::map<IModule*, DllMgr*> wrapped;
   for (std::size_t i = 0; i < opened.size(); i++) {
     participants_.emplace_back(names_[i], opened[i], log_, registry_);
-    before.emplace(&participants_[i], modules[opened[i]]);
+    wrapped.emplace(&participants_[i], modules[opened[i]]);
   }
-  modules = std::move(before);
+  modules = std::move(wrapped);
 }
+
+}  // namespace host

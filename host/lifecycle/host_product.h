@@ -10,17 +10,19 @@
 
 class ILog;
 
+namespace host {
+
 // The module libraries that the configuration and the command line name.
 class HostProduct final : public IProductConfig {
  public:
   HostProduct(IContext* owner, std::vector<std::string> names, ILog& log, Registry& registry);
 
-  // Opens every library, unless they are open. Logs the first that yields no module, closes the others and
-  // returns a negative code. They stay open as long as this object: what they have registered may still be
-  // called after the last step.
+  // Opens every library unless they are open already. If one provides no module, logs this, closes the others
+  // and returns a negative code. The libraries stay open as long as this object exists: their callbacks may
+  // still be called after the last step.
   int open();
 
-  // One before each module, in the order of the names. None before open().
+  // The participant of each module, in the order of the names. Empty before open().
   const std::vector<Participant>& participants() const { return participants_; }
 
   std::string productName() override;
@@ -28,15 +30,17 @@ class HostProduct final : public IProductConfig {
   std::string productVersion() override;
 
  private:
-  IModule* openOne(const std::string& name);
+  IModule* openModule(const std::string& name);
   void logFailure(const std::string& name);
-  void putParticipantsBefore(const std::vector<IModule*>& opened);
+  void wrapModules(const std::vector<IModule*>& opened);
 
   const std::vector<std::string> names_;
   ILog& log_;
   Registry& registry_;
-  std::string next_;  // the one that listLibraries() gives
+  std::string next_;  // the library that listLibraries() lists
   std::vector<Participant> participants_;
 };
+
+}  // namespace host
 
 #endif

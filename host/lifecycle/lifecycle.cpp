@@ -4,12 +4,13 @@
 #include <iterator>
 #include <utility>
 
+namespace host {
 namespace {
 
 struct Step {
-  State state;  // once it has been taken
+  State state;  // after the step
   int (*take)(IBootContext& boot, const char* configuration);
-  void (*takeBack)(IBootContext& boot);
+  void (*reverse)(IBootContext& boot);
 };
 
 constexpr Step kSteps[] = {
@@ -21,7 +22,7 @@ constexpr Step kSteps[] = {
      [](IBootContext& boot) { boot.onStop(); }},
     {State::kConfigured,
      [](IBootContext& boot, const char* configuration) { return boot.onConfig(configuration, 0); },
-     // Everybody takes back "master", a product too, which has been configured under another name.
+     // "master" for every participant, also for the product, which is configured as "cfmd".
      [](IBootContext& boot) { boot.onUnconfig("master", 0); }},
     {State::kRunning,  //
      [](IBootContext& boot, const char*) { return boot.onRun(); }, [](IBootContext&) {}},
@@ -65,11 +66,11 @@ int Lifecycle::takeSteps() {
   return C_RESULT_OK;
 }
 
-// A participant that has not taken a step lets it pass.
+// A participant ignores the reversal of a step that it has not taken.
 void Lifecycle::unload() {
   auto all = members();
   for (auto step = std::rbegin(kSteps); step != std::rend(kSteps); ++step) {
-    for (auto member = all.rbegin(); member != all.rend(); ++member) step->takeBack(*member->boot);
+    for (auto member = all.rbegin(); member != all.rend(); ++member) step->reverse(*member->boot);
   }
   loaded_ = false;
   state_ = State::kIdle;
@@ -79,3 +80,5 @@ void Lifecycle::unload() {
 void Lifecycle::notifyDepends(const std::string& name) {
   for (const Member& member : members()) member.boot->recvDependence(name);
 }
+
+}  // namespace host

@@ -15,33 +15,37 @@ class IBootContext;
 class IContext;
 class ILog;
 
-// Takes the product's modules, then the master observer through their steps, and back again in reverse order.
-// They are touched only inside the operations here: the master observer may be deleted before this.
+namespace host {
+
+// Takes the product's modules, then the master observer, through their steps, and reverses these in the
+// opposite order.
+//
+// Participants are accessed only in the operations below: the master observer may be deleted first.
 class Lifecycle {
  public:
   Lifecycle(IContext* context, std::vector<std::string> modules, ILog& log, Registry& registry);
 
-  // There is one master observer, and it comes before load().
+  // Refuses a second master observer, and any after load().
   int registMasterObserver(IBootContext* observer);
 
-  // Load, start, configure, run: each step for every participant before the next one. A failure takes back
-  // what has been done and is the result.
+  // Load, start, configure, run: takes each step for every participant before the next step. If a step fails,
+  // reverses the completed steps and returns the failure.
   int load();
 
-  // Unconfigure, stop, unload: takes back what has been done. `call` is made once it has been.
+  // Unconfigure, stop, unload: reverses the completed steps, then calls the function set below.
   void unload();
-  void callWhenUnloaded(std::function<void()> call) { when_unloaded_ = std::move(call); }
+  void callWhenUnloaded(std::function<void()> callback) { when_unloaded_ = std::move(callback); }
 
-  // Tells every participant that is loaded.
+  // Passes the name to every loaded participant.
   void notifyDepends(const std::string& name);
 
   const std::vector<Participant>& modules() const { return product_.participants(); }
-  State state() const { return state_; }  // the step that everybody has taken last
+  State state() const { return state_; }  // the last step completed for all participants
 
  private:
   struct Member {
     IBootContext* boot;
-    const char* configuration;  // what its onConfig() is told
+    const char* configuration;  // argument of its onConfig()
   };
 
   std::vector<Member> members();
@@ -55,5 +59,7 @@ class Lifecycle {
   bool loaded_ = false;
   State state_ = State::kIdle;
 };
+
+}  // namespace host
 
 #endif

@@ -6,6 +6,7 @@
 #include "binding/context.h"
 #include "host/include/cpp2c_host.h"
 
+namespace host {
 namespace {
 
 constexpr const char* kOperations[] = {"onLoad",     "onStart", "onConfig", "onRun",
@@ -17,8 +18,8 @@ Participant::Participant(std::string name, IBootContext* boot, ILog& log, Regist
     : name_(std::move(name)), boot_(boot), log_(log) {
   for (const char* operation : kOperations) {
     const Callee callee = calleeOf(*boot, operation);
-    if (callee.isNobody()) continue;
-    steps_.emplace(operation, registry.add(Kind::kModule, name_ + ' ' + operation, callee));
+    if (callee.isEmpty()) continue;
+    steps_.emplace(operation, registry.add(RegistrationKind::kModule, name_ + ' ' + operation, callee));
   }
 }
 
@@ -43,7 +44,7 @@ int Participant::advanceTo(State state, const char* operation, Function function
 }
 
 template <typename Function>
-int Participant::fallBackTo(State state, const char* operation, Function function) {
+int Participant::returnTo(State state, const char* operation, Function function) {
   if (state_ <= state) return C_RESULT_OK;
   state_ = state;
   return check(operation, call(operation, function));
@@ -66,18 +67,20 @@ int Participant::onRun() {
 }
 
 int Participant::onUnconfig(std::string name, int arg) {
-  return fallBackTo(State::kStarted, "onUnconfig", [&] { return boot_->onUnconfig(name, arg); });
+  return returnTo(State::kStarted, "onUnconfig", [&] { return boot_->onUnconfig(name, arg); });
 }
 
 int Participant::onStop() {
-  return fallBackTo(State::kLoaded, "onStop", [this] { return boot_->onStop(); });
+  return returnTo(State::kLoaded, "onStop", [this] { return boot_->onStop(); });
 }
 
 int Participant::onUnload() {
-  return fallBackTo(State::kIdle, "onUnload", [this] { return boot_->onUnload(); });
+  return returnTo(State::kIdle, "onUnload", [this] { return boot_->onUnload(); });
 }
 
 int Participant::recvDependence(std::string name) {
   if (state_ == State::kIdle) return C_RESULT_OK;
   return call("recvDependence", [&] { return boot_->recvDependence(name); });
 }
+
+}  // namespace host

@@ -6,15 +6,25 @@
 #include <string>
 
 #include "boot/module.h"
-#include "host/lifecycle/state.h"
 #include "host/registration/registry.h"
 
 class ILog;
 
-// Stands before a module or the master observer: passes each step on, reports the one that fails, and takes
-// back only what has been done. Every answer that is not negative counts as 0.
+namespace host {
+
+// The state of a participant.
+enum class State { kIdle, kLoaded, kStarted, kConfigured, kRunning };
+
+// "idle", "loaded", "started", "configured" or "running".
+inline const char* nameOf(State state) {
+  static constexpr const char* kNames[] = {"idle", "loaded", "started", "configured", "running"};
+  return kNames[static_cast<int>(state)];
+}
+
+// Wraps a module or the master observer: passes on each step, logs a step that fails, and reverses only
+// completed steps. A result that is not negative counts as 0.
 //
-// What it stands before is touched only when a step is passed on.
+// The wrapped object is accessed only to pass on a step.
 class Participant final : public IModule {
  public:
   Participant(std::string name, IBootContext* boot, ILog& log, Registry& registry);
@@ -31,13 +41,13 @@ class Participant final : public IModule {
   int onUnconfig(std::string name, int arg) override;
   int onStop() override;
   int onUnload() override;
-  int recvDependence(std::string name) override;  // passed on between loading and unloading
+  int recvDependence(std::string name) override;  // passed on while loaded
 
  private:
   template <typename Function>
   int advanceTo(State state, const char* operation, Function function);
   template <typename Function>
-  int fallBackTo(State state, const char* operation, Function function);
+  int returnTo(State state, const char* operation, Function function);
   template <typename Function>
   int call(const char* operation, Function function);
   int check(const char* operation, int result);
@@ -45,8 +55,11 @@ class Participant final : public IModule {
   const std::string name_;
   IBootContext* const boot_;
   ILog& log_;
-  std::map<std::string, Registration> steps_;  // by operation; none where a C module has no function
+  std::map<std::string, RegistrationHandle>
+      steps_;  // by operation; without those that a C module leaves empty
   State state_ = State::kIdle;
 };
+
+}  // namespace host
 
 #endif

@@ -6,19 +6,26 @@
 #include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 
 #include "host/clock/clock.h"
 #include "host/include/cpp2c_host.h"
-#include "host/log/log_level.h"
-#include "host/start_error.h"
 #include "include_c"
+#include "util/error.h"
 #include "util/text.h"
 
+namespace host {
 namespace {
 
-// The commands that the service runs must not inherit the file.
+constexpr LogLevel kLevels[] = {
+    {"critical", C_LOG_CRITICAL}, {"error", C_LOG_ERROR}, {"warning", C_LOG_WARNING},
+    {"notice", C_LOG_NOTICE},     {"info", C_LOG_INFO},   {"debug", C_LOG_DEBUG},
+};
+
+// Commands that the service runs must not inherit the file.
 void closeOnExec(const std::string& /*name*/, std::FILE* file) {
   fcntl(fileno(file), F_SETFD, FD_CLOEXEC);
 }
@@ -29,7 +36,7 @@ spdlog::sink_ptr openFile(const std::string& file) {
   try {
     return std::make_shared<spdlog::sinks::basic_file_sink_st>(file, false, handlers);
   } catch (const spdlog::spdlog_ex&) {
-    throw StartError(C_RESULT_SYSTEM_CALL, file + ": cannot be written: " + std::strerror(errno));
+    throw util::Error(C_RESULT_SYSTEM_CALL, file + ": cannot be written: " + std::strerror(errno));
   }
 }
 
@@ -39,6 +46,26 @@ spdlog::sink_ptr openSink(const std::string& file) {
 }
 
 }  // namespace
+
+const LogLevel* findLogLevel(const std::string& name) {
+  const auto* level =
+      std::find_if(std::begin(kLevels), std::end(kLevels), [&](const LogLevel& l) { return name == l.name; });
+  return level != std::end(kLevels) ? level : nullptr;
+}
+
+const LogLevel& nearestLogLevel(int number) {
+  const LogLevel* nearest = std::begin(kLevels);
+  for (const LogLevel& level : kLevels) {
+    if (level.number <= number) nearest = &level;
+  }
+  return *nearest;
+}
+
+std::string logLevelNames() {
+  std::string names;
+  for (const LogLevel& level : kLevels) names += (names.empty() ? "" : ", ") + std::string(level.name);
+  return names;
+}
 
 LogService::LogService(int level, const std::string& file, const Clock& clock)
     : level_(level), clock_(clock), logger_(std::make_unique<spdlog::logger>("", openSink(file))) {
@@ -62,9 +89,11 @@ int LogService::debugOut(const char* file, int line, const char* text) {
 }
 
 void LogService::write(const char* level, const std::string& module, const char* text) {
-  // Levels have been weighed already, and spdlog has no notice: it gets them all as one.
+  // spdlog has no level "notice". The caller has checked the level, so spdlog receives "info" for each line.
   const Line line{level, util::oneLine(module), util::oneLine(text)};
   logger_->log(clock_.wallTime(), {}, spdlog::level::info,
                line.level + (' ' + line.module) + ": " + line.text);
   on_line_(line);
 }
+
+}  // namespace host

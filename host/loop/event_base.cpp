@@ -3,19 +3,20 @@
 
 #include "binding/context.h"
 #include "host/include/cpp2c_host.h"
-#include "host/start_error.h"
 #include "include_c"
+#include "util/error.h"
 
+namespace host {
 namespace {
 
-// libevent has one message function for the whole process and gives it nothing of ours.
+// libevent has one log callback per process and passes it no user pointer.
 ILog* g_log = nullptr;
 
 struct FreeConfig {
   void operator()(event_config* config) const { event_config_free(config); }
 };
 
-// Timers by the microsecond, as the kernel has them.
+// The flag gives timers the kernel's resolution of microseconds instead of milliseconds.
 event_base* newBase() {
   const std::unique_ptr<event_config, FreeConfig> config(event_config_new());
   if (config == nullptr) return nullptr;
@@ -34,7 +35,7 @@ EventBase::EventBase(ILog& log) {
   event_set_log_callback(logMessage);
   base_.reset(newBase());
   if (base_ == nullptr || event_base_priority_init(base_.get(), kLastPriority + 1) != 0) {
-    throw StartError(C_RESULT_SYSTEM_CALL, "the event loop cannot be made");
+    throw util::Error(C_RESULT_SYSTEM_CALL, "cannot create the event loop");
   }
 }
 
@@ -43,3 +44,23 @@ EventBase::~EventBase() {
   event_set_log_callback(nullptr);
   g_log = nullptr;
 }
+
+timeval timevalOf(std::chrono::nanoseconds duration) {
+  using std::chrono::microseconds;
+  using std::chrono::seconds;
+  const auto whole = std::chrono::floor<seconds>(duration);
+  const auto rest = std::chrono::ceil<microseconds>(duration - whole);
+  return {static_cast<time_t>(whole.count()), static_cast<suseconds_t>(rest.count())};
+}
+
+EventPtr callEvery(EventBase& base, std::chrono::milliseconds period, event_callback_fn callback,
+                   void* argument) {
+  EventPtr timer(event_new(base.get(), -1, EV_PERSIST, callback, argument));
+  const timeval time = timevalOf(period);
+  if (timer == nullptr || event_add(timer.get(), &time) != 0) {
+    throw util::Error(C_RESULT_SYSTEM_CALL, "cannot create a periodic timer");
+  }
+  return timer;
+}
+
+}  // namespace host

@@ -4,18 +4,21 @@
 
 #include <event2/event.h>
 
+#include <chrono>
 #include <memory>
 
 class ILog;
 
-// The one libevent loop. Everything that waits, waits here.
+namespace host {
+
+// The libevent loop. The host context has one and waits nowhere else.
 class EventBase {
  public:
-  // The priority of an event that has its turn only when nothing else is ready. All others have the middle
-  // one.
+  // Priority of an event that is handled only when no other event is ready. All other events have the middle
+  // priority.
   static constexpr int kLastPriority = 2;
 
-  // What libevent has to say goes to `log` from now on.
+  // Writes libevent's messages to `log` from now on.
   explicit EventBase(ILog& log);
   ~EventBase();
   EventBase(const EventBase&) = delete;
@@ -31,10 +34,19 @@ class EventBase {
   std::unique_ptr<event_base, Free> base_;
 };
 
-// Something that the loop waits for; it stops waiting when this goes.
+// An event that the loop waits for until the pointer frees it.
 struct FreeEvent {
-  void operator()(event* waiting) const { event_free(waiting); }
+  void operator()(event* waited_for) const { event_free(waited_for); }
 };
 using EventPtr = std::unique_ptr<event, FreeEvent>;
+
+// Rounds up to whole microseconds, so that a wait is never too short.
+timeval timevalOf(std::chrono::nanoseconds duration);
+
+// Calls a function on the loop every `period` while the returned event exists. Throws util::Error.
+EventPtr callEvery(EventBase& base, std::chrono::milliseconds period, event_callback_fn callback,
+                   void* argument);
+
+}  // namespace host
 
 #endif

@@ -11,14 +11,15 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 
+namespace host {
 namespace {
 
 static_assert(C_LOOP_READ == EV_READ && C_LOOP_WRITE == EV_WRITE && C_LOOP_PERSIST == EV_PERSIST &&
                   C_LOOP_EDGE == EV_ET,
-              "masks go to libevent as they are");
+              "masks are passed to libevent unchanged");
 static_assert((C_LOOP_ONCE & (EV_TIMEOUT | EV_READ | EV_WRITE | EV_SIGNAL | EV_PERSIST | EV_ET | EV_FINALIZE |
                               EV_CLOSED)) == 0,
-              "libevent has no bit for this");
+              "libevent must not use this bit");
 
 constexpr int kReadiness = C_LOOP_READ | C_LOOP_WRITE;
 
@@ -30,8 +31,8 @@ bool isMask(int events) {
 
 int g_running_loops = 0;
 
-// A forked process shares the loop's descriptors: caught there, a signal would stop the loop of its parent.
-void leaveSignalsToTheSystem() {
+// A forked process shares the loop's descriptors: a signal caught there would stop the loop of its parent.
+void restoreDefaultSignals() {
   if (g_running_loops == 0) return;
   std::signal(SIGINT, SIG_DFL);
   std::signal(SIGTERM, SIG_DFL);
@@ -44,14 +45,15 @@ EventLoop::EventLoop(EventBase& base, Registry& registry) : base_(base), registr
 int EventLoop::addFd(int fd, int events, ILoopData* handler) {
   if (fd < 0 || !isMask(events) || handler == nullptr) return C_RESULT_PARAM;
 
-  watches_.erase(fd);  // first: libevent refuses a descriptor watched both by level and by edge
+  watches_.erase(
+      fd);  // first: libevent refuses to watch a descriptor both level-triggered and edge-triggered
   const bool once = (events & C_LOOP_ONCE) != 0;
   const auto mask = static_cast<short>(once ? events & ~C_LOOP_ONCE : events | EV_PERSIST);
   EventPtr event(event_new(base_.get(), fd, mask, onReady, this));
   if (event == nullptr) return C_RESULT_NO_MEMORY;
   if (event_add(event.get(), nullptr) != 0) return C_RESULT_SYSTEM_CALL;
   watches_.emplace(fd, Watch{std::move(event), handler, once,
-                             registry_.add(Kind::kFd, std::to_string(fd), calleeOf(*handler))});
+                             registry_.add(RegistrationKind::kFd, std::to_string(fd), calleeOf(*handler))});
   return C_RESULT_OK;
 }
 
@@ -87,9 +89,9 @@ EventPtr EventLoop::stopOn(int signal) {
 int EventLoop::run() {
   if (running_) return C_RESULT_REDUNDANT;
   running_ = true;
-  static const bool prepared = pthread_atfork(nullptr, nullptr, leaveSignalsToTheSystem) == 0;
+  static const bool prepared = pthread_atfork(nullptr, nullptr, restoreDefaultSignals) == 0;
   g_running_loops++;
-  // Both stay caught until everything has been stopped: a second signal must not break that off.
+  // Both signals stay caught until the callback returns: a second signal must not interrupt it.
   const EventPtr interrupt = stopOn(SIGINT);
   const EventPtr terminate = stopOn(SIGTERM);
   const bool ran =
@@ -103,3 +105,5 @@ int EventLoop::run() {
 void EventLoop::stop() {
   event_base_loopbreak(base_.get());
 }
+
+}  // namespace host

@@ -10,20 +10,22 @@
 #include "host/loop/event_base.h"
 #include "host/registration/registry.h"
 
-// Watches descriptors and calls their handlers. A handler may add and delete any watch, its own too, and is
-// touched only to be called.
+namespace host {
+
+// Watches descriptors and calls their handlers. A handler may add and delete any watch, including its own.
+// The loop accesses a handler only to call it.
 class EventLoop final : public ILoop {
  public:
   EventLoop(EventBase& base, Registry& registry);
 
-  // `events` is a mask of c_loop_event. A descriptor that is watched already is watched anew.
+  // `events` is a mask of c_loop_event. Adding a watched descriptor replaces its watch.
   int addFd(int fd, int events, ILoopData* handler) override;
   int delFd(int fd) override;
 
-  // Returns after SIGINT, SIGTERM or stop(), when `whenStopped` has returned.
+  // Stops on SIGINT, SIGTERM or stop(), then calls the function that callWhenStopped() has set and returns.
   int run() override;
   void stop();
-  void callWhenStopped(std::function<void()> call) { when_stopped_ = std::move(call); }
+  void callWhenStopped(std::function<void()> callback) { when_stopped_ = std::move(callback); }
 
   int reserved5() override { return 0; }
 
@@ -32,7 +34,7 @@ class EventLoop final : public ILoop {
     EventPtr event;
     ILoopData* handler;
     bool once;
-    Registration registration;
+    RegistrationHandle registration;
   };
 
   static void onReady(evutil_socket_t fd, short events, void* self);
@@ -45,5 +47,7 @@ class EventLoop final : public ILoop {
   std::function<void()> when_stopped_ = [] {};
   bool running_ = false;
 };
+
+}  // namespace host
 
 #endif

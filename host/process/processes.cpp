@@ -13,15 +13,16 @@
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 
+namespace host {
 namespace {
 
-// What this program has printed comes before what the command prints.
+// The program's output so far must precede the command's.
 void flushOutput() {
   std::fflush(stdout);
   std::fflush(stderr);
 }
 
-// Unlike system(), this leaves SIGINT alone, which may be meant to stop the service.
+// Unlike system(), does not ignore SIGINT, which may be meant to stop the service.
 bool spawnShell(const char* command, pid_t& child) {
   char shell[] = "sh";
   char option[] = "-c";
@@ -78,3 +79,5 @@ int Processes::runLogged(const char* command) {
   const int status = pclose(output);
   return status >= 0 ? exitStatus(status) : static_cast<int>(C_RESULT_SYSTEM_CALL);
 }
+
+}  // namespace host

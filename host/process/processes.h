@@ -4,8 +4,10 @@
 
 class ILog;
 
-// Runs shell commands and waits for their end. Both give the exit status, 128 + N after signal N, or a
-// negative result code.
+namespace host {
+
+// Runs shell commands and waits until they end. Both operations return the exit status, 128 + N if signal N
+// ended the command, or a negative result code.
 class Processes {
  public:
   explicit Processes(ILog& log) : log_(log) {}
@@ -16,5 +18,7 @@ class Processes {
  private:
   ILog& log_;
 };
+
+}  // namespace host
 
 #endif

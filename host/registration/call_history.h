@@ -7,14 +7,16 @@
 
 #include "host/registration/registry.h"
 
-// The latest calls, for a timeline. Those of registrations that are gone too.
+namespace host {
+
+// The latest calls, for the timeline. Includes calls of registrations that no longer exist.
 class CallHistory {
  public:
   explicit CallHistory(Registry& registry, std::size_t length = 10000) : length_(length) {
     registry.onCalled([this](const Call& call) { add(call); });
   }
 
-  const std::deque<Call>& calls() const { return calls_; }  // in the order of their ends
+  const std::deque<Call>& calls() const { return calls_; }  // in the order in which they returned
 
  private:
   void add(const Call& call) {
@@ -25,5 +27,7 @@ class CallHistory {
   const std::size_t length_;
   std::deque<Call> calls_;
 };
+
+}  // namespace host
 
 #endif

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The one source of the context that knows the library's adapters. Nothing else may: to call them, their
-// interfaces are enough. Here a developer's question is answered that those leave open, which C function it
-// is that will be called.
+// The only source of the host context that depends on the library's adapters. Calling them needs only their
+// interfaces, but these do not tell a developer which C function an adapter calls.
 #include "host/registration/callee.h"
 
 #include <cstring>
@@ -16,9 +15,10 @@
 #include "boot/master_observer.h"
 #include "host/symbol/symbol.h"
 
+namespace host {
 namespace {
 
-// The library does not export the types of its adapters, so they are told by name.
+// Compares the names of types because the library does not export the types of its adapters.
 template <typename Adapter, typename Interface>
 const Adapter* adapterIn(const Interface& object, const char* type) {
   return std::strcmp(typeid(object).name(), type) == 0 ? static_cast<const Adapter*>(&object) : nullptr;
@@ -44,7 +44,7 @@ const void* entryOf(const ModuleCallbacks& table, const std::string& operation) 
   if (operation == "onUnconfig") return addressOf(table.onUnconfig);
   if (operation == "onUnload") return addressOf(table.onUnload);
   if (operation == "recvDependence") return addressOf(table.recvDependence);
-  return nullptr;  // C has no function for stopping
+  return nullptr;  // the table has no function for onStop
 }
 
 Callee calleeIn(const ModuleCallbacks* table, const std::string& operation) {
@@ -89,3 +89,5 @@ Symbol symbolOf(const Callee& callee) {
   if (callee.function != nullptr) return symbolAt(callee.function);
   return {callee.type != nullptr ? typeName(callee.type) : "nobody", "", ""};
 }
+
+}  // namespace host

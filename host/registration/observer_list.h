@@ -10,15 +10,18 @@
 
 #include "host/registration/registry.h"
 
-// Who observes what, in order of registration. Observers are neither owned nor touched outside notify().
+namespace host {
+
+// The observers of each topic, in order of registration. The list does not own the observers and accesses
+// them only in notify().
 template <typename Topic, typename Observer>
 class ObserverList {
  public:
-  void add(Topic topic, Observer* observer, Registration registration) {
+  void add(Topic topic, Observer* observer, RegistrationHandle registration) {
     entries_.emplace(next_serial_++, Entry{std::move(topic), observer, std::move(registration)});
   }
 
-  // Takes out the oldest entry of this observer for this topic. Returns whether there was one.
+  // Removes the oldest entry of `observer` for `topic`. Returns whether there was one.
   bool remove(const Topic& topic, const Observer* observer) {
     auto found = std::find_if(entries_.begin(), entries_.end(), [&](const auto& item) {
       return item.second.observer == observer && item.second.topic == topic;
@@ -28,15 +31,15 @@ class ObserverList {
     return true;
   }
 
-  // Calls `tell` with each observer of the topic. It may add and remove observers: one that is added is not
-  // told yet, one that is removed is not told any more.
-  template <typename Tell>
-  void notify(const Topic& topic, Tell tell) const {
+  // Calls `callback` with each observer of the topic. The callback may add and remove observers: an observer
+  // added meanwhile is not called this time, and a removed one is not called any more.
+  template <typename Callback>
+  void notify(const Topic& topic, Callback callback) const {
     for (const Serial serial : serialsOf(topic)) {
       auto entry = entries_.find(serial);
       if (entry == entries_.end()) continue;
       Observer& observer = *entry->second.observer;
-      entry->second.registration.call([&] { return tell(observer); });
+      entry->second.registration.call([&] { return callback(observer); });
     }
   }
 
@@ -46,7 +49,7 @@ class ObserverList {
   struct Entry {
     Topic topic;
     Observer* observer;
-    Registration registration;
+    RegistrationHandle registration;
   };
 
   std::vector<Serial> serialsOf(const Topic& topic) const {
@@ -60,5 +63,7 @@ class ObserverList {
   Serial next_serial_ = 0;
   std::map<Serial, Entry> entries_;
 };
+
+}  // namespace host
 
 #endif

@@ -5,26 +5,28 @@
 
 #include "host/symbol/symbol.h"
 
-const char* nameOf(Kind kind) {
+namespace host {
+
+const char* nameOf(RegistrationKind kind) {
   switch (kind) {
-    case Kind::kFd:
+    case RegistrationKind::kFd:
       return "fd";
-    case Kind::kTimer:
+    case RegistrationKind::kTimer:
       return "timer";
-    case Kind::kEvent:
+    case RegistrationKind::kEvent:
       return "event";
-    case Kind::kChange:
+    case RegistrationKind::kChange:
       return "change";
-    case Kind::kProvider:
+    case RegistrationKind::kProvider:
       return "provider";
-    case Kind::kModule:
+    case RegistrationKind::kModule:
       return "module";
   }
   return "";
 }
 
-std::string textOf(const Callback& callback) {
-  return textOf(symbolOf(callback.callee)) + " of " + nameOf(callback.kind) + ' ' + callback.key;
+std::string textOf(const Registration& registration) {
+  return textOf(symbolOf(registration.callee)) + " of " + nameOf(registration.kind) + ' ' + registration.key;
 }
 
 void CallStatistics::add(Duration duration, std::optional<int> result) {
@@ -38,28 +40,30 @@ void CallStatistics::add(Duration duration, std::optional<int> result) {
 Registry::Registry(Heartbeat& heartbeat, WallTime wall_time)
     : heartbeat_(heartbeat), wall_time_(std::move(wall_time)) {}
 
-Registration Registry::add(Kind kind, std::string key, const Callee& callee) {
-  const auto entry = callbacks_.insert(
-      callbacks_.end(),
-      std::make_shared<Callback>(Callback{kind, std::move(key), callee, wall_time_(), CallStatistics()}));
+RegistrationHandle Registry::add(RegistrationKind kind, std::string key, const Callee& callee) {
+  const auto entry = registrations_.insert(
+      registrations_.end(), std::make_shared<Registration>(
+                                Registration{kind, std::move(key), callee, wall_time_(), CallStatistics()}));
   if (on_added_) on_added_(**entry);
-  return Registration(*this, entry);
+  return RegistrationHandle(*this, entry);
 }
 
-std::vector<std::shared_ptr<const Callback>> Registry::callbacks() const {
-  return {callbacks_.begin(), callbacks_.end()};
+std::vector<std::shared_ptr<const Registration>> Registry::registrations() const {
+  return {registrations_.begin(), registrations_.end()};
 }
 
-void Registry::finish(std::shared_ptr<Callback> callback, const Heartbeat::Reading& before,
+void Registry::finish(std::shared_ptr<Registration> registration, const Heartbeat::Reading& before,
                       std::optional<int> result) {
   const Heartbeat::Reading after = heartbeat_.read();
   const auto duration = after.time - before.time;
-  callback->statistics.add(duration, result);
+  registration->statistics.add(duration, result);
   if (depth_ == 1) statistics_.add(duration, result);
-  // The steps of modules are taken before the loop runs and after it: they hold nothing up.
-  if (callback->kind != Kind::kModule) {
-    heartbeat_.check(before, after, [&] { return textOf(*callback); });
+  // The steps of modules run while the loop does not, or inside a call that is checked itself.
+  if (registration->kind != RegistrationKind::kModule) {
+    heartbeat_.check(before, after, [&] { return textOf(*registration); });
   }
-  const Call call{std::move(callback), before, after, result};
-  for (const auto& tell : on_called_) tell(call);
+  const Call call{std::move(registration), before, after, result};
+  for (const auto& callback : on_called_) callback(call);
 }
+
+}  // namespace host

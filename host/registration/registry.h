@@ -15,11 +15,13 @@
 #include "host/heartbeat/heartbeat.h"
 #include "host/registration/callee.h"
 
-// What a registration is for.
-enum class Kind { kFd, kTimer, kEvent, kChange, kProvider, kModule };
+namespace host {
+
+// What causes the calls of a registration.
+enum class RegistrationKind { kFd, kTimer, kEvent, kChange, kProvider, kModule };
 
 // "fd", "timer", "event", "change", "provider" or "module".
-const char* nameOf(Kind kind);
+const char* nameOf(RegistrationKind kind);
 
 struct CallStatistics {
   using Duration = Heartbeat::TimePoint::duration;
@@ -30,56 +32,57 @@ struct CallStatistics {
   Duration total{0};
   Duration longest{0};
   Duration last{0};
-  std::optional<int> last_result;  // of a callback that answers a number
+  std::optional<int> last_result;  // if the callback returns a number
 };
 
-// One registration: who is called, for what, since when, and how that went so far.
-struct Callback {
-  Kind kind;
-  std::string key;  // the descriptor, the event, the object ...
+// One registration: the cause of its calls, its callee, its time, and statistics of the calls made so far.
+struct Registration {
+  RegistrationKind kind;
+  std::string key;  // the descriptor, event, object, ...
   Callee callee;
   std::chrono::system_clock::time_point since;
   CallStatistics statistics;
 };
 
-// "function (file.c:12) of fd 7".
-std::string textOf(const Callback& callback);
+// The registration in messages: "function (file.c:12) of fd 7".
+std::string textOf(const Registration& registration);
 
-// One call that has returned.
+// One completed call.
 struct Call {
-  std::shared_ptr<const Callback> callback;
+  std::shared_ptr<const Registration> registration;
   Heartbeat::Reading before;
   Heartbeat::Reading after;
   std::optional<int> result;
 };
 
-class Registration;
+class RegistrationHandle;
 
-// Knows every registration, and measures the calls that are made through them. It outlives them all.
+// Keeps all registrations and measures their calls. It must outlive every registration.
 class Registry {
  public:
   using WallTime = std::function<std::chrono::system_clock::time_point()>;
 
   explicit Registry(Heartbeat& heartbeat, WallTime wall_time = std::chrono::system_clock::now);
 
-  Registration add(Kind kind, std::string key, const Callee& callee);
+  RegistrationHandle add(RegistrationKind kind, std::string key, const Callee& callee);
 
-  // All there are, in the order in which they were made.
-  std::vector<std::shared_ptr<const Callback>> callbacks() const;
+  // All registrations, the oldest first.
+  std::vector<std::shared_ptr<const Registration>> registrations() const;
 
-  // All calls, a call inside another one counting as part of that.
+  // Statistics of all calls. A nested call counts as part of the outer call.
   const CallStatistics& statistics() const { return statistics_; }
 
-  // Has a function called with each registration that is made, and with each call that has returned.
-  void onAdded(std::function<void(const Callback&)> tell) { on_added_ = std::move(tell); }
-  void onCalled(std::function<void(const Call&)> tell) { on_called_.push_back(std::move(tell)); }
+  // onAdded() sets the function to call with each new registration; onCalled() adds a function to call with
+  // each completed call.
+  void onAdded(std::function<void(const Registration&)> callback) { on_added_ = std::move(callback); }
+  void onCalled(std::function<void(const Call&)> callback) { on_called_.push_back(std::move(callback)); }
 
  private:
-  friend class Registration;
+  friend class RegistrationHandle;
 
-  using Callbacks = std::list<std::shared_ptr<Callback>>;
+  using Registrations = std::list<std::shared_ptr<Registration>>;
 
-  // A call in progress. It may end by an exception, and is then not measured.
+  // Counts a call in progress, also if it ends by an exception. Such a call is not measured.
   class Depth {
    public:
     explicit Depth(int& depth) : depth_(depth) { depth_++; }
@@ -91,44 +94,44 @@ class Registry {
     int& depth_;
   };
 
-  void finish(std::shared_ptr<Callback> callback, const Heartbeat::Reading& before,
+  void finish(std::shared_ptr<Registration> registration, const Heartbeat::Reading& before,
               std::optional<int> result);
 
   Heartbeat& heartbeat_;
   const WallTime wall_time_;
-  Callbacks callbacks_;
+  Registrations registrations_;
   CallStatistics statistics_;
-  int depth_ = 0;  // of calls inside calls
-  std::function<void(const Callback&)> on_added_;
+  int depth_ = 0;  // of nested calls
+  std::function<void(const Registration&)> on_added_;
   std::vector<std::function<void(const Call&)>> on_called_;
 };
 
-// Keeps one registration in the registry; it leaves that with the handle.
-class Registration {
+// Owns one registration. Destroying the handle removes the registration from the registry.
+class RegistrationHandle {
  public:
-  Registration() = default;  // of nobody: its calls are not measured
-  Registration(Registry& registry, Registry::Callbacks::iterator entry)
+  RegistrationHandle() = default;  // without a registration: calls are not measured
+  RegistrationHandle(Registry& registry, Registry::Registrations::iterator entry)
       : registry_(&registry), entry_(entry) {}
-  ~Registration() { leave(); }
-  Registration(Registration&& other) noexcept
+  ~RegistrationHandle() { remove(); }
+  RegistrationHandle(RegistrationHandle&& other) noexcept
       : registry_(std::exchange(other.registry_, nullptr)), entry_(other.entry_) {}
-  Registration& operator=(Registration&& other) noexcept {
-    if (this != &other) leave();
+  RegistrationHandle& operator=(RegistrationHandle&& other) noexcept {
+    if (this != &other) remove();
     registry_ = std::exchange(other.registry_, nullptr);
     entry_ = other.entry_;
     return *this;
   }
 
-  // Makes one call, which may end this very registration, and returns its result.
+  // Makes one call and returns its result. The call may destroy this handle.
   template <typename Function>
   auto call(Function function) const {
     if (registry_ == nullptr) return function();
     Registry& registry = *registry_;
-    std::shared_ptr<Callback> callback = *entry_;
+    std::shared_ptr<Registration> registration = *entry_;
     const Registry::Depth depth(registry.depth_);
     const Heartbeat::Reading before = registry.heartbeat_.read();
     auto result = function();
-    registry.finish(std::move(callback), before, numberIn(result));
+    registry.finish(std::move(registration), before, numberIn(result));
     return result;
   }
 
@@ -136,12 +139,14 @@ class Registration {
   static std::optional<int> numberIn(int result) { return result; }
   static std::optional<int> numberIn(const std::string& /*result*/) { return std::nullopt; }
 
-  void leave() {
-    if (registry_ != nullptr) registry_->callbacks_.erase(entry_);
+  void remove() {
+    if (registry_ != nullptr) registry_->registrations_.erase(entry_);
   }
 
   Registry* registry_ = nullptr;
-  Registry::Callbacks::iterator entry_;
+  Registry::Registrations::iterator entry_;
 };
+
+}  // namespace host
 
 #endif

@@ -10,18 +10,20 @@
 
 #include "host/guard/operation.h"
 
-// When a step is done: at a time after the start, or before some calls of an operation.
+namespace host {
+
+// When a step is performed: at a time after the start, or before some calls of an operation.
 struct AtTime {
   std::chrono::milliseconds time;
 };
 struct AtCall {
   Operation operation;
-  int first;  // the first call has the number 1
-  int times;  // calls in a row
+  int first;  // number of the first call, counted from 1
+  int times;  // number of consecutive calls
 };
-using When = std::variant<AtTime, AtCall>;
+using Trigger = std::variant<AtTime, AtCall>;
 
-// What is done.
+// What a step does.
 struct SetValues {
   std::map<std::string, std::string> values;  // by full name
 };
@@ -30,7 +32,7 @@ struct SendEvent {
   std::string data;
 };
 struct Answer {
-  int code;  // not looked at for an operation that answers an object: it answers null
+  int code;  // ignored for an operation that returns an object: its answer is null
 };
 struct UnavailableFor {
   std::chrono::milliseconds duration;
@@ -39,18 +41,20 @@ struct UnavailableCalls {
   int number;
 };
 struct StopLoop {};
-using What = std::variant<SetValues, SendEvent, Answer, UnavailableFor, UnavailableCalls, StopLoop>;
+using Action = std::variant<SetValues, SendEvent, Answer, UnavailableFor, UnavailableCalls, StopLoop>;
 
 struct Step {
-  When when;
-  What what;
+  Trigger when;
+  Action action;
 };
 using Script = std::vector<Step>;
 
-// Reads a script from its text; `source` names it in messages. Throws StartError for the first mistake.
+// Reads a script from its text; `source` names it in messages. Throws util::Error for the first mistake.
 Script parseScript(const std::string& text, const std::string& source);
 
-// Reads a script file. Throws StartError also if that cannot be read.
+// Reads a script file. Also throws util::Error if the file cannot be read.
 Script readScript(const std::string& file);
+
+}  // namespace host
 
 #endif

@@ -2,14 +2,15 @@
 #ifndef CPP2C_HOST_SCRIPT_SCRIPT_PLAYER_H
 #define CPP2C_HOST_SCRIPT_SCRIPT_PLAYER_H
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
 
+#include "host/clock/clock.h"
 #include "host/guard/guard.h"
-#include "host/script/outage.h"
 #include "host/script/script.h"
 #include "host/timer/deadlines.h"
 
@@ -17,12 +18,34 @@ class ICfm;
 class IEvent;
 class ILog;
 
-// Does what a script says: at its times, and before the calls that it names. Each step is told in the log,
-// where nothing but the names of values and events is shown.
+namespace host {
+
+// A time, or a number of calls, for which the context is unavailable.
+class Outage {
+ public:
+  void lastUntil(Clock::TimePoint end) { end_ = std::max(end_, end); }
+  void lastForCalls(int calls) { calls_ = std::max(calls_, calls); }
+
+  bool isOver(Clock::TimePoint now) const { return now >= end_ && calls_ == 0; }
+
+  // Counts one call and returns whether it fails.
+  bool failsCall(Clock::TimePoint now) {
+    const bool fails = !isOver(now);
+    if (calls_ > 0) calls_--;
+    return fails;
+  }
+
+ private:
+  Clock::TimePoint end_ = Clock::TimePoint::min();
+  int calls_ = 0;
+};
+
+// Performs the steps of a script, at their times and before the calls that they name. Logs each step; values
+// and the data of events, which may be secret, are not logged.
 class ScriptPlayer final : public IOperationCheck {
  public:
-  // What the steps act upon.
-  struct Stage {
+  // The services that the steps use.
+  struct Services {
     const Clock& clock;
     Deadlines& deadlines;
     ILog& log;
@@ -31,32 +54,34 @@ class ScriptPlayer final : public IOperationCheck {
     std::function<void()> stop_loop;
   };
 
-  ScriptPlayer(Script script, Guard& guard, Stage stage);
+  ScriptPlayer(Script script, Guard& guard, Services services);
   ScriptPlayer(const ScriptPlayer&) = delete;
   ScriptPlayer& operator=(const ScriptPlayer&) = delete;
 
-  // Counts the call.
+  // Counts the call, performs the steps before it, and returns the answer that they give, if any.
   std::optional<int> before(const OperationCall& call) override;
 
  private:
-  // Each does one thing, and returns the answer of the call before which that is done, if it gives one.
-  std::optional<int> perform(const SetValues& set);
-  std::optional<int> perform(const SendEvent& event);
-  std::optional<int> perform(const Answer& answer);
-  std::optional<int> perform(const UnavailableFor& unavailable);
-  std::optional<int> perform(const UnavailableCalls& unavailable);
-  std::optional<int> perform(const StopLoop& stop);
-  std::optional<int> perform(const What& what);
+  // Each executes one action and returns its answer to the call, if it has one.
+  std::optional<int> execute(const SetValues& set);
+  std::optional<int> execute(const SendEvent& event);
+  std::optional<int> execute(const Answer& answer);
+  std::optional<int> execute(const UnavailableFor& unavailable);
+  std::optional<int> execute(const UnavailableCalls& unavailable);
+  std::optional<int> execute(const StopLoop& stop);
+  std::optional<int> execute(const Action& action);
 
-  std::optional<int> performBefore(Operation operation, std::uint64_t number);
+  std::optional<int> executeStepsBefore(Operation operation, std::uint64_t number);
   void endOutage();
-  void tell(const std::string& text);
-  void tellFailure(const std::string& what, int result);
+  void logInfo(const std::string& text);
+  void logFailure(const std::string& action, int result);
 
   const Script script_;
-  const Stage stage_;
+  const Services services_;
   std::map<Operation, std::uint64_t> calls_;
   Outage outage_;
 };
+
+}  // namespace host
 
 #endif

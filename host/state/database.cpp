@@ -10,6 +10,7 @@
 
 #include "include_c"
 
+namespace host {
 namespace {
 
 struct Failure {
@@ -23,8 +24,8 @@ constexpr Failure kFailures[] = {
     {SQLITE_CORRUPT, C_RESULT_PARAM, "is damaged"},
     {SQLITE_ERROR, C_RESULT_PARAM, "is damaged"},  // a table is missing
     {SQLITE_BUSY, C_RESULT_SYSTEM_CALL, "is in use by another process"},
-    {SQLITE_CANTOPEN, C_RESULT_SYSTEM_CALL, "it or a file beside it cannot be opened"},
-    {SQLITE_READONLY, C_RESULT_SYSTEM_CALL, "it or its folder cannot be written"},
+    {SQLITE_CANTOPEN, C_RESULT_SYSTEM_CALL, "cannot open the file or its journal"},
+    {SQLITE_READONLY, C_RESULT_SYSTEM_CALL, "the file or its folder is read-only"},
     {SQLITE_IOERR, C_RESULT_SYSTEM_CALL, "cannot be read or written"},
     {SQLITE_FULL, C_RESULT_SYSTEM_CALL, "the disk is full"},
 };
@@ -36,7 +37,7 @@ constexpr Failure kFailures[] = {
   const bool is_known = known != std::end(kFailures);
   std::string message = file + ": " + (is_known ? known->text : sqlite3_errmsg(connection));
   if (code == SQLITE_CANTOPEN) message += std::string(": ") + std::strerror(sqlite3_system_errno(connection));
-  throw DatabaseError(is_known ? known->result : C_RESULT_SYSTEM_CALL, message);
+  throw util::Error(is_known ? known->result : C_RESULT_SYSTEM_CALL, message);
 }
 
 }  // namespace
@@ -49,7 +50,7 @@ void Statement::Finalize::operator()(sqlite3_stmt* statement) const {
   sqlite3_finalize(statement);
 }
 
-// Of an absolute path, SQLite takes no part for a name with a meaning of its own.
+// SQLite gives some relative names, such as ":memory:", a meaning of their own. An absolute path has none.
 Database::Database(const std::string& file) : file_(file) {
   sqlite3* connection = nullptr;
   const std::string path = std::filesystem::absolute(file);
@@ -89,7 +90,7 @@ Statement::Statement(const Database& database, const char* sql) : file_(database
 
 bool Statement::step() {
   if (sqlite3_step(statement_.get()) == SQLITE_ROW) return true;
-  const int result = sqlite3_reset(statement_.get());  // the step's own, if that has failed
+  const int result = sqlite3_reset(statement_.get());  // repeats the error of the step
   if (result != SQLITE_OK) fail(file_, sqlite3_db_handle(statement_.get()));
   return false;
 }
@@ -116,3 +117,5 @@ void Statement::bind(int position, int number) {
     fail(file_, sqlite3_db_handle(statement_.get()));
   }
 }
+
+}  // namespace host

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// SQLite, with owners for what it lends and exceptions for what it refuses.
+// SQLite with owned handles and with exceptions. All failures throw util::Error, in one line that begins with
+// the name of the file.
 #ifndef CPP2C_HOST_STATE_DATABASE_H
 #define CPP2C_HOST_STATE_DATABASE_H
 
@@ -7,28 +8,24 @@
 #include <string>
 #include <string_view>
 
-#include "host/start_error.h"
+#include "util/error.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
 
-// What went wrong, in one line that begins with the name of the file.
-class DatabaseError final : public StartError {
- public:
-  using StartError::StartError;
-};
+namespace host {
 
 class Database {
  public:
-  explicit Database(const std::string& file);  // which must exist
+  explicit Database(const std::string& file);  // must exist
 
-  // Runs one statement. It may give rows, of which the last two hand out the first column of the first.
+  // Each runs one statement; number() and text() return the first column of its first row.
   void execute(const char* sql);
   int number(const char* sql);
   std::string text(const char* sql);
 
   bool isReadOnly() const;
-  void rollBack() noexcept;  // in vain if SQLite has rolled back already
+  void rollBack() noexcept;  // does nothing if SQLite has already rolled back
 
  private:
   friend class Statement;
@@ -41,12 +38,12 @@ class Database {
   std::unique_ptr<sqlite3, Close> connection_;
 };
 
-// A prepared statement, for as long as its database is there.
+// A prepared statement. Its database must outlive it.
 class Statement {
  public:
   Statement(const Database& database, const char* sql);
 
-  // Runs the statement with the arguments, texts and numbers, in place of its question marks.
+  // Runs the statement with the arguments bound to its question marks.
   template <typename... Arguments>
   void run(const Arguments&... arguments) {
     int position = 0;
@@ -54,7 +51,7 @@ class Statement {
     while (step()) continue;
   }
 
-  // Goes to the first row, then to the next. Behind the last it gives false, and may begin anew.
+  // Moves to the first or next row. Returns false after the last one; the next call starts again.
   bool step();
 
   std::string text(int column) const;
@@ -65,14 +62,14 @@ class Statement {
     void operator()(sqlite3_stmt* statement) const;
   };
 
-  void bind(int position, std::string_view text);  // of what lives until the end of the run
+  void bind(int position, std::string_view text);  // the text must live until the end of run()
   void bind(int position, int number);
 
   std::string file_;
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
-// Rolled back unless it has been committed.
+// A transaction that is rolled back unless it is committed.
 class Transaction {
  public:
   explicit Transaction(Database& database) : database_(database) { database.execute("BEGIN EXCLUSIVE"); }
@@ -91,5 +88,7 @@ class Transaction {
   Database& database_;
   bool committed_ = false;
 };
+
+}  // namespace host
 
 #endif

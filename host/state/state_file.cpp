@@ -5,20 +5,21 @@
 #include "host/config/changes.h"
 #include "host/config/tree.h"
 #include "host/include/cpp2c_host.h"
-#include "host/state/lay_over.h"
-#include "host/state/open_state.h"
+#include "host/state/open_state_file.h"
+#include "host/state/restore.h"
 #include "include_c"
 
+namespace host {
 namespace {
 
-constexpr int kGone = 0;
+constexpr int kDeleted = 0;
 constexpr int kPresent = 1;
 
 }  // namespace
 
 StateFile::StateFile(const std::string& file, const std::string& product, ILog& log)
     : log_(log),
-      database_(openState(file, product)),
+      database_(openStateFile(file, product)),
       put_attribute_(database_,
                      "INSERT INTO attribute VALUES (?, ?) "
                      "ON CONFLICT DO UPDATE SET value = excluded.value"),
@@ -31,12 +32,12 @@ StateFile::StateFile(const std::string& file, const std::string& product, ILog& 
       forget_instance_(database_, "DELETE FROM instance WHERE name = ?"),
       forget_values_(database_, "DELETE FROM value WHERE instance = ?") {}
 
-void StateFile::layOver(Tree& tree) {
+void StateFile::restore(Tree& tree) {
   for (const auto& [number, object] : tree.objects()) {
     if (!object.dynamic) continue;
-    for (const auto& [instance, values] : object.instances) listed_.insert(instance);
+    for (const auto& [instance, values] : object.instances) configured_.insert(instance);
   }
-  ::layOver(database_, tree, log_);
+  restoreTree(database_, tree, log_);
 }
 
 int StateFile::save(Tree& tree, const Changes& changes) {
@@ -45,7 +46,7 @@ int StateFile::save(Tree& tree, const Changes& changes) {
     write(tree, changes);
     transaction.commit();
     return C_RESULT_OK;
-  } catch (const DatabaseError& error) {
+  } catch (const util::Error& error) {
     log_.record("state", C_LOG_ERROR, error.what());
     return C_RESULT_SYSTEM_CALL;
   }
@@ -68,7 +69,7 @@ void StateFile::writeInstance(Tree& tree, const std::string& instance) {
   forget_values_.run(instance);
   const Object& object = *tree.ownerOf(instance);
   const auto present = object.instances.find(instance);
-  if (present == object.instances.end()) return writeGone(instance);
+  if (present == object.instances.end()) return writeDeleted(instance);
 
   put_instance_.run(instance, kPresent);
   for (const auto& [leaf, value] : present->second) {
@@ -76,11 +77,13 @@ void StateFile::writeInstance(Tree& tree, const std::string& instance) {
   }
 }
 
-// Only of an instance that the configuration would bring back must the file remember that it has gone.
-void StateFile::writeGone(const std::string& instance) {
-  if (listed_.count(instance) != 0) {
-    put_instance_.run(instance, kGone);
+// The file must remember a deletion only if the configuration file would bring the instance back.
+void StateFile::writeDeleted(const std::string& instance) {
+  if (configured_.count(instance) != 0) {
+    put_instance_.run(instance, kDeleted);
   } else {
     forget_instance_.run(instance);
   }
 }
+
+}  // namespace host

@@ -7,26 +7,30 @@
 
 #include "host/state/database.h"
 
-class Changes;
 class ILog;
+
+namespace host {
+
+class Changes;
 class Tree;
 
-// What of a tree outlasts the process: a file that belongs to one product, and to one process at a time.
+// Stores the changes of a tree in a file, which belongs to one product and to one process at a time.
 class StateFile {
  public:
-  // Makes the file if there is none. Throws StartError if it cannot be used.
+  // Creates the file if it does not exist. Throws util::Error if it cannot be used.
   StateFile(const std::string& file, const std::string& product, ILog& log);
 
-  // Lays what is saved over the tree of the configuration. Throws StartError if the file is damaged.
-  void layOver(Tree& tree);
+  // Applies the saved state to the tree of the configuration. Throws util::Error if the file is damaged.
+  void restore(Tree& tree);
 
-  // Writes all changes of that tree, or none of them: C_RESULT_SYSTEM_CALL, and why in the log.
+  // Writes all changes of that tree in one transaction. On failure, writes none, logs the reason and returns
+  // C_RESULT_SYSTEM_CALL.
   int save(Tree& tree, const Changes& changes);
 
  private:
   void write(Tree& tree, const Changes& changes);
   void writeInstance(Tree& tree, const std::string& instance);
-  void writeGone(const std::string& instance);
+  void writeDeleted(const std::string& instance);
 
   ILog& log_;
   Database database_;
@@ -35,7 +39,9 @@ class StateFile {
   Statement put_value_;
   Statement forget_instance_;
   Statement forget_values_;
-  std::set<std::string> listed_;  // instances of dynamic objects in the configuration
+  std::set<std::string> configured_;  // the instances of dynamic objects in the configuration file
 };
+
+}  // namespace host
 
 #endif

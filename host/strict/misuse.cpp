@@ -10,17 +10,24 @@
 #include "host/symbol/symbol.h"
 #include "util/text.h"
 
+namespace host {
+
 void Misuse::report(const std::string& what) const {
   log_.record("strict", C_LOG_WARNING, what.c_str());
   if (!fatal_) return;
   std::fprintf(stderr, "strict: %s\n", util::oneLine(what).c_str());
-  std::abort();  // a debugger stops here, and a core file shows the way
+  std::abort();  // a debugger stops here, and a core file has the stack
 }
 
-void Misuse::reportCall(const std::string& what) const {
-  reportCall(what, callerOfTheContext());
+void Misuse::reportCall(const std::string& what, const std::string& advice) const {
+  reportCallFrom(callerOfTheContext(), what, advice);
 }
 
-void Misuse::reportCall(const std::string& what, const void* caller) const {
-  report(caller != nullptr ? what + ", called by " + textOf(symbolAt(caller)) : what);
+void Misuse::reportCallFrom(const void* caller, const std::string& what, const std::string& advice) const {
+  std::string text = what;
+  if (caller != nullptr) text += ", called by " + textOf(symbolAt(caller));
+  if (!advice.empty()) text += "; " + advice;
+  report(text);
 }
+
+}  // namespace host

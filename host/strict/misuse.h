@@ -6,24 +6,27 @@
 
 class ILog;
 
-// Whether misuse is looked for, and what becomes of it.
+namespace host {
+
+// Whether strict mode checks for misuse, and what it does about it.
 enum class Strictness { kOff, kWarn, kFatal };
 
-// Reports misuse of the interface: a warning in the log, or a line on standard error and the end of the
-// process.
+// Reports misuse of the interface: a warning in the log; if fatal, also a line on standard error and SIGABRT.
 class Misuse {
  public:
   Misuse(ILog& log, bool fatal) : log_(log), fatal_(fatal) {}
 
   void report(const std::string& what) const;
 
-  // The same with the place in the service from which the context has been called.
-  void reportCall(const std::string& what) const;
-  void reportCall(const std::string& what, const void* caller) const;
+  // Also names the place in the service that called the context. `advice` ends the message, if there is any.
+  void reportCall(const std::string& what, const std::string& advice = "") const;
+  void reportCallFrom(const void* caller, const std::string& what, const std::string& advice = "") const;
 
  private:
   ILog& log_;
   const bool fatal_;
 };
+
+}  // namespace host
 
 #endif

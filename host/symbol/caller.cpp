@@ -6,9 +6,10 @@
 
 #include "include_c"
 
+namespace host {
 namespace {
 
-constexpr int kMostFrames = 32;
+constexpr int kMaxFrames = 32;
 
 const void* libraryOf(const void* address) {
   Dl_info info{};
@@ -25,11 +26,11 @@ const void* libraryWith(Function* function) {
 const void* callerOfTheContext() {
   const void* const context = libraryWith(&callerOfTheContext);
   const void* const library = libraryWith(&c_loop_run);
-  void* frames[kMostFrames];
-  const int count = backtrace(frames, kMostFrames);
-  bool inside = false;  // a sanitizer's own frames come before ours
+  void* frames[kMaxFrames];
+  const int count = backtrace(frames, kMaxFrames);
+  bool inside = false;  // a sanitizer's frames precede ours
   for (int i = 0; i < count; i++) {
-    // A frame has the address behind its call, which may be in the next line or function.
+    // A frame holds the return address, which may belong to the next line or function.
     const void* call = static_cast<const char*>(frames[i]) - 1;
     const void* place = libraryOf(call);
     const bool ours = place == context || place == library;
@@ -38,3 +39,5 @@ const void* callerOfTheContext() {
   }
   return nullptr;
 }
+
+}  // namespace host

@@ -2,8 +2,12 @@
 #ifndef CPP2C_HOST_SYMBOL_CALLER_H
 #define CPP2C_HOST_SYMBOL_CALLER_H
 
-// The place in the service's code from which the context has been called: the innermost one on this thread
-// that is neither in the context nor in the library. Null if there is none.
+namespace host {
+
+// The address in the service's code from which this thread called the context: that of the innermost frame
+// outside the context and the library. Null if there is none.
 const void* callerOfTheContext();
+
+}  // namespace host
 
 #endif

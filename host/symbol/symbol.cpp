@@ -13,6 +13,7 @@
 #include <map>
 #include <memory>
 
+namespace host {
 namespace {
 
 struct EndDwfl {
@@ -30,11 +31,11 @@ std::string hexadecimal(const void* address) {
 }
 
 std::string functionName(const char* symbol) {
-  // Anything else would be read as a type: "i" is int, but also a C function's name.
+  // Other names must not be demangled: "i" may be a C function, but demangles to the type int.
   return std::strncmp(symbol, "_Z", 2) == 0 ? typeName(symbol) : symbol;
 }
 
-// What the loader knows: the library, and the function if its name is exported.
+// Asks the dynamic loader, which knows the library and the names of exported functions.
 Symbol loaderSymbol(const void* address) {
   Symbol symbol;
   Dl_info info{};
@@ -44,9 +45,9 @@ Symbol loaderSymbol(const void* address) {
   return symbol;
 }
 
-// This process with all that is loaded now. Made anew for each question: libraries come and go.
+// Opens this process with the libraries loaded now. They change, so each lookup opens it again.
 std::unique_ptr<Dwfl, EndDwfl> openProcess() {
-  // Only files of this machine are looked at: libdw's standard way may ask a server.
+  // Reads local files only: libdw's default lookup may query a server.
   static char* no_path = nullptr;
   static const Dwfl_Callbacks callbacks = {dwfl_linux_proc_find_elf, dwfl_build_id_find_debuginfo, nullptr,
                                            &no_path};
@@ -58,7 +59,7 @@ std::unique_ptr<Dwfl, EndDwfl> openProcess() {
   return dwfl;
 }
 
-// Compilation units are asked one by one: not all compilers leave an index of them.
+// Searches all compilation units: not every compiler writes an index of them.
 std::string lineAt(Dwfl_Module* module, Dwarf_Addr address) {
   Dwarf_Addr bias = 0;
   for (Dwarf_Die* unit = nullptr; (unit = dwfl_module_nextcu(module, unit, &bias)) != nullptr;) {
@@ -72,7 +73,7 @@ std::string lineAt(Dwfl_Module* module, Dwarf_Addr address) {
   return {};
 }
 
-// What the symbol table and the debug information know beyond that.
+// Adds the name from the symbol table and the location from the debug information.
 void addDebugSymbol(const void* address, Symbol& symbol) {
   const auto dwfl = openProcess();
   if (dwfl == nullptr) return;
@@ -115,3 +116,5 @@ std::string typeName(const char* mangled) {
       abi::__cxa_demangle(mangled, nullptr, nullptr, &status), std::free);
   return text != nullptr ? text.get() : mangled;
 }
+
+}  // namespace host

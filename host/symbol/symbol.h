@@ -4,24 +4,28 @@
 
 #include <string>
 
-// What is known about a place in the program's code.
+namespace host {
+
+// A location in the program's code.
 struct Symbol {
-  std::string name;      // of the function; of one without a name, its address
-  std::string location;  // "file.c:12"; the library or program without debug information; or empty
+  std::string name;      // of the function, or its address if it has no name
+  std::string location;  // "file.c:12"; without debug information the library or program; or empty
   std::string library;   // path of the library or program
 };
 
-// Names also static functions. The first answer for an address is slow, and kept until another library has
-// taken the place of this one.
+// Finds static functions too. The first lookup of an address is slow. Its result is cached until another
+// library is loaded at the address.
 const Symbol& symbolAt(const void* address);
 
-// Path of the library or program that the address is in now, or empty. Quick.
+// The path of the library or program that is loaded at the address, or empty. Fast.
 std::string libraryAt(const void* address);
 
-// "function (location)", or what there is of it.
+// "function (location)", or "function" without a location.
 std::string textOf(const Symbol& symbol);
 
-// The name of a type as it is written in a program, from the one that typeid() gives.
+// The name of a type in C++ source, from its mangled name as typeid() gives it.
 std::string typeName(const char* mangled);
+
+}  // namespace host
 
 #endif

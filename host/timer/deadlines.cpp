@@ -3,18 +3,7 @@
 
 #include <new>
 
-namespace {
-
-// Rounded up, so that waiting is not over too early.
-timeval timevalOf(Clock::Duration duration) {
-  using std::chrono::microseconds;
-  using std::chrono::seconds;
-  const auto whole = std::chrono::floor<seconds>(duration);
-  const auto rest = std::chrono::ceil<microseconds>(duration - whole);
-  return {static_cast<time_t>(whole.count()), static_cast<suseconds_t>(rest.count())};
-}
-
-}  // namespace
+namespace host {
 
 Deadlines::Deadlines(EventBase& base, Clock& clock)
     : clock_(clock), event_(event_new(base.get(), -1, 0, onTime, this)) {
@@ -26,20 +15,20 @@ Deadlines::Deadline Deadlines::in(Clock::Duration delay) {
   return {clock_.later(clock_.now(), delay), next_number_++};
 }
 
-void Deadlines::add(const Deadline& deadline, Call call) {
-  calls_.emplace(deadline, std::move(call));
+void Deadlines::add(const Deadline& deadline, Callback callback) {
+  callbacks_.emplace(deadline, std::move(callback));
   arm();
 }
 
 void Deadlines::remove(const Deadline& deadline) {
-  calls_.erase(deadline);
+  callbacks_.erase(deadline);
   arm();
 }
 
 void Deadlines::arm() {
   event_del(event_.get());
-  if (calls_.empty()) return;
-  const timeval wait = timevalOf(clock_.waitFor(calls_.begin()->first.first));
+  if (callbacks_.empty()) return;
+  const timeval wait = timevalOf(clock_.waitFor(callbacks_.begin()->first.first));
   if (event_add(event_.get(), &wait) != 0) throw std::bad_alloc();
 }
 
@@ -47,15 +36,17 @@ void Deadlines::onTime(evutil_socket_t /*fd*/, short /*events*/, void* self) {
   static_cast<Deadlines*>(self)->callFirst();
 }
 
-// One at a time: the loop looks after everything else in between. The call is out of the map before it is
-// made because it may add and remove deadlines.
+// Calls one function only, so that the loop handles other events in between. The function is removed from the
+// map first because it may add and remove deadlines.
 void Deadlines::callFirst() {
-  Call call = [] {};
-  auto first = calls_.begin();
+  Callback callback = [] {};
+  auto first = callbacks_.begin();
   if (clock_.reach(first->first.first)) {
-    call = std::move(first->second);
-    calls_.erase(first);
+    callback = std::move(first->second);
+    callbacks_.erase(first);
   }
   arm();
-  call();
+  callback();
 }
+
+}  // namespace host

@@ -10,22 +10,24 @@
 #include "host/clock/clock.h"
 #include "host/loop/event_base.h"
 
-// Calls to be made on the loop when their time has come, the earliest first. On a virtual clock its time
-// comes when nothing else is left to do. A call may add and remove any.
+namespace host {
+
+// Calls functions on the loop at their deadlines, the earliest first. A virtual clock advances to the next
+// deadline when the loop has nothing else to do. A function may add and remove any deadline.
 class Deadlines {
  public:
-  using Call = std::function<void()>;
+  using Callback = std::function<void()>;
 
-  // A time, and a number that grows: of equal times, the one that was asked for first is the first.
+  // A time and an increasing number: deadlines of the same time are ordered by their creation.
   using Deadline = std::pair<Clock::TimePoint, std::uint64_t>;
 
   Deadlines(EventBase& base, Clock& clock);
 
-  // The deadline `delay` from now.
+  // Creates the deadline `delay` from now, for add().
   Deadline in(Clock::Duration delay);
 
-  // A deadline may be added again when its call has been made, also with another time.
-  void add(const Deadline& deadline, Call call);
+  // A deadline can be added again, also with another time, once its function has been called.
+  void add(const Deadline& deadline, Callback callback);
   void remove(const Deadline& deadline);
 
  private:
@@ -34,9 +36,11 @@ class Deadlines {
   void arm();
 
   Clock& clock_;
-  std::map<Deadline, Call> calls_;
+  std::map<Deadline, Callback> callbacks_;
   std::uint64_t next_number_ = 0;
   EventPtr event_;
 };
+
+}  // namespace host
 
 #endif

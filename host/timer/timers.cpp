@@ -10,11 +10,13 @@
 #include "binding/handlers.h"
 #include "include_c"
 
+namespace host {
+
 using std::chrono::milliseconds;
 
 namespace {
 
-// What the timer is set to, for whoever looks at the registrations.
+// The key of the registration: the times that the timer is set to.
 std::string keyOf(int first, int period) {
   const std::string once = "after " + std::to_string(first) + " ms";
   return period == 0 ? once : once + ", every " + std::to_string(period) + " ms";
@@ -31,8 +33,9 @@ int Timers::set(int first, int zero, int period, ITimer* timer) {
   disarm(timer);
   if (first < 0) return C_RESULT_OK;
   const Deadlines::Deadline next = deadlines_.in(milliseconds(first));
-  armed_.emplace(timer, Armed{next, milliseconds(period),
-                              registry_.add(Kind::kTimer, keyOf(first, period), calleeOf(*timer))});
+  armed_.emplace(timer,
+                 Armed{next, milliseconds(period),
+                       registry_.add(RegistrationKind::kTimer, keyOf(first, period), calleeOf(*timer))});
   arm(timer, next);
   return C_RESULT_OK;
 }
@@ -48,7 +51,7 @@ void Timers::disarm(ITimer* timer) {
   armed_.erase(armed);
 }
 
-// The next expiry comes from the one before, not from now, so that lateness does not add up.
+// The next expiry is computed from the previous one, not from now, so that delays do not add up.
 int Timers::countExpiries(Armed& armed) const {
   Clock::TimePoint& next = armed.next.first;
   const auto count = 1 + (clock_.now() - next) / armed.period;
@@ -56,11 +59,11 @@ int Timers::countExpiries(Armed& armed) const {
   return static_cast<int>(std::min<decltype(count)>(count, INT_MAX));
 }
 
-// The call may arm the timer anew or disarm it, so everything here is done before it.
+// The call comes last because it may re-arm or disarm the timer.
 void Timers::expire(ITimer* timer) {
   Armed& armed = armed_.at(timer);
   if (armed.period == Clock::Duration::zero()) {
-    const Registration last = std::move(armed.registration);
+    const RegistrationHandle last = std::move(armed.registration);
     armed_.erase(timer);
     last.call([timer] { return timer->timeArrive(1); });
     return;
@@ -69,3 +72,5 @@ void Timers::expire(ITimer* timer) {
   arm(timer, armed.next);
   armed.registration.call([timer, count] { return timer->timeArrive(count); });
 }
+
+}  // namespace host

@@ -9,23 +9,25 @@
 
 class ITimer;
 
-// Timers on the loop. A timer is touched only when it expires, and may then be armed anew or disarmed.
+namespace host {
+
+// Timers on the loop. A timer is accessed only when it expires, and may then be re-armed or disarmed.
 class Timers {
  public:
   Timers(Deadlines& deadlines, const Clock& clock, Registry& registry);
 
-  // Arms the timer, anew if it is armed. Times are in milliseconds: `first` to the first expiry, negative to
-  // disarm; `period` between later ones, 0 for none; `zero` must be 0. timeArrive() is told how many expiries
-  // there were since it was last called, which is more than one after the loop has been held up.
+  // Arms or re-arms the timer. Times are in milliseconds: `first` until the first expiry, negative to disarm;
+  // `period` between later expiries, 0 for none; `zero` must be 0. timeArrive() receives the number of
+  // expiries since its last call, which is more than one if the loop was held.
   //
-  // Of timers that expire at the same time, the one that was armed first is called first.
+  // Timers that expire at the same time are called in the order in which they were armed.
   int set(int first, int zero, int period, ITimer* timer);
 
  private:
   struct Armed {
     Deadlines::Deadline next;
     Clock::Duration period;
-    Registration registration;
+    RegistrationHandle registration;
   };
 
   void arm(ITimer* timer, const Deadlines::Deadline& next);
@@ -38,5 +40,7 @@ class Timers {
   Registry& registry_;
   std::map<ITimer*, Armed> armed_;
 };
+
+}  // namespace host
 
 #endif

@@ -105,6 +105,24 @@ TEST_P(NoMemoryTest, TwoBlocksAreTakenAndGivenBack) {
   EXPECT_TRUE(allocations.live.empty());
 }
 
+TEST_P(NoMemoryTest, BothBlocksAreHeldUntilTheTypedFunctionHasReturned) {
+  std::vector<std::size_t> held;
+  log.on_call = [&](const std::string& /*call*/) { held.push_back(allocations.live.size()); };
+  EXPECT_EQ(access(), 0);
+  log.on_call = nullptr;
+  EXPECT_FALSE(held.empty());
+  for (const std::size_t blocks : held) EXPECT_EQ(blocks, 2U);
+}
+
+TEST_P(NoMemoryTest, FirstBlockIsGivenBackBeforeTheSecondsRefusalIsReported) {
+  allocations.refused = 1;
+  std::size_t held = 1;
+  log.on_call = [&](const std::string& /*call*/) { held = allocations.live.size(); };
+  EXPECT_EQ(access(), -1018);
+  log.on_call = nullptr;
+  EXPECT_EQ(held, 0U);
+}
+
 TEST_P(NoMemoryTest, BothBlocksAreGivenBackWhenTheLeafIsUnknown) {
   EXPECT_EQ(access("B.C"), -1022);
   EXPECT_TRUE(allocations.live.empty());
@@ -186,6 +204,48 @@ class FrugalContext : public RecordingContext {
   int systemCall2(const char* /*command*/) override { return ++commands; }
   int popenCall(const char* /*command*/) override { return ++commands; }
 };
+
+// Has one leaf, and takes no memory itself.
+class FrugalCfm : public RecordingCfm, private ICfmNode {
+ public:
+  using RecordingCfm::RecordingCfm;
+
+  std::string type;
+
+  ICfmNode* getNode(std::string /*fullname*/) override { return this; }
+  int releaseNode(ICfmNode* /*node*/) override { return 0; }
+  int setValue(std::string /*fullname*/, std::string /*value*/, int /*option*/) override { return 0; }
+
+ private:
+  std::string getType() override { return type; }
+  std::string getValue() override { return ""; }
+  unsigned int getLength() override { return 0; }
+  int reserved5() override { return 0; }
+};
+
+class FrugalCfmContext : public RecordingContext {
+ public:
+  explicit FrugalCfmContext(CallLog& calls) : RecordingContext(calls), frugal(calls) {}
+
+  FrugalCfm frugal;
+
+  ICfm* getCfm() override { return &frugal; }
+};
+
+// Longer than any string that needs no memory of its own.
+constexpr const char* kLongName = "Device.Interfaces.Ethernet.Description.Of.The.Port";
+
+TEST_F(AllocatorTest, WriteMakesNoStringsButTheServicesArguments) {
+  FrugalCfmContext frugal(log);
+  releaseContext(nullptr);
+  proxy.instance = &frugal;
+  getContext();
+  frugal.frugal.type = "str";
+  int result = -1;
+  watch([&] { result = c_cfm_set_value(kLongName, 0, "str", kLongName, 1); });
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(allocations.objects, 3);  // the name for getNode(), name and value for setValue()
+}
 
 TEST_F(AllocatorTest, CommandsTakeNoMemory) {
   FrugalContext frugal(log);

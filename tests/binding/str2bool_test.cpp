@@ -22,6 +22,26 @@ TEST_F(Str2BoolTest, FalseIsZero) {
   EXPECT_EQ(calls(), Calls());
 }
 
+// The flag and the text that it is converted from, in the same storage.
+union SharedStorage {
+  char text[8];
+  int flag;
+};
+
+TEST_F(Str2BoolTest, TrueIsConvertedWithinItsOwnStorage) {
+  SharedStorage shared = {"true"};
+  EXPECT_EQ(c_cfm_str2bool(shared.text, &shared.flag), 0);
+  EXPECT_EQ(shared.flag, 1);
+  EXPECT_EQ(calls(), Calls());
+}
+
+TEST_F(Str2BoolTest, FalseIsConvertedWithinItsOwnStorage) {
+  SharedStorage shared = {"false"};
+  EXPECT_EQ(c_cfm_str2bool(shared.text, &shared.flag), 0);
+  EXPECT_EQ(shared.flag, 0);
+  EXPECT_EQ(calls(), Calls());
+}
+
 TEST_F(Str2BoolTest, RejectedTextIsReportedBeforeTheLeaveTrace) {
   int flag = 7;
   EXPECT_EQ(c_cfm_str2bool("yes", &flag), -1023);

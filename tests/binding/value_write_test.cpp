@@ -50,6 +50,37 @@ TEST_F(ValueWriteTest, WordsAndFlagsHandTheNodeBackBeforeTheWrite) {
   EXPECT_EQ(calls(), Calls({way[0], way[1], way[2], way[3], "cfm.setValue('A.B', 'true', 7)"}));
 }
 
+TEST_F(ValueWriteTest, TextIsReadAfterTheNodeIsHandedBack) {
+  char text[] = "older";
+  log.on_call = [&](const std::string& call) {
+    if (call == "cfm.releaseNode('A.B')") std::memcpy(text, "newer", sizeof text);
+  };
+  write("str", text, sizeof text);
+  EXPECT_EQ(written(), "cfm.setValue('A.B', 'newer', 7)");
+}
+
+TEST_F(ValueWriteTest, FlagIsReadAfterTheNodeIsHandedBack) {
+  setLeaf("bool");
+  std::int32_t flag = 0;
+  log.on_call = [&](const std::string& call) {
+    if (call == "cfm.releaseNode('A.B')") flag = 1;
+  };
+  write("bool", &flag, sizeof flag);
+  EXPECT_EQ(written(), "cfm.setValue('A.B', 'true', 7)");
+}
+
+TEST_F(ValueWriteTest, WordIsReadBeforeTheNodeIsHandedBack) {
+  for (const char* type : {"int", "uint"}) {
+    setLeaf(type);
+    std::int32_t word = 1;
+    log.on_call = [&](const std::string& call) {
+      if (call == "cfm.releaseNode('A.B')") word = 2;
+    };
+    write(type, &word, sizeof word);
+    EXPECT_EQ(written(), "cfm.setValue('A.B', '1', 7)");
+  }
+}
+
 TEST_F(ValueWriteTest, OptionPassesUnchanged) {
   c_cfm_set_value("A.B", std::numeric_limits<int>::min(), "str", "new", 4);
   EXPECT_EQ(written(), "cfm.setValue('A.B', 'new', -2147483648)");

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+namespace contextctl {
 namespace {
 
 using Buffer = std::unique_ptr<evbuffer, decltype(&evbuffer_free)>;
@@ -61,7 +62,7 @@ ContextDouble::ContextDouble(const std::string& socket)
   evhttp_set_allowed_methods(http_.get(),
                              EVHTTP_REQ_GET | EVHTTP_REQ_PUT | EVHTTP_REQ_POST | EVHTTP_REQ_DELETE);
   evhttp_set_gencb(http_.get(), onRequest, this);
-  signal(SIGPIPE, [](int) {});  // a client may leave before its answer
+  signal(SIGPIPE, [](int) {});  // a client may close before its answer
 }
 
 ContextDouble::~ContextDouble() {
@@ -76,8 +77,8 @@ void ContextDouble::stream(const std::string& request, const std::vector<std::st
   replies_[request] = {Manner::kStream, 200, pieces};
 }
 
-void ContextDouble::streamAndLeave(const std::string& request, const std::vector<std::string>& pieces) {
-  replies_[request] = {Manner::kStreamAndLeave, 200, pieces};
+void ContextDouble::streamAndClose(const std::string& request, const std::vector<std::string>& pieces) {
+  replies_[request] = {Manner::kStreamAndClose, 200, pieces};
 }
 
 void ContextDouble::keepSilent(const std::string& request) {
@@ -92,7 +93,7 @@ void ContextDouble::onRequest(evhttp_request* request, void* user) {
   const auto found = self.replies_.find(line);
   if (found != self.replies_.end()) return self.reply(request, found->second);
   ADD_FAILURE() << "unexpected request: " << line;
-  self.reply(request, {Manner::kAnswer, 500, {"unexpected"}});  // a client left waiting would hold the test
+  self.reply(request, {Manner::kAnswer, 500, {"unexpected"}});  // without an answer, the client would wait
 }
 
 void ContextDouble::reply(evhttp_request* request, const Reply& reply) {
@@ -107,5 +108,7 @@ void ContextDouble::reply(evhttp_request* request, const Reply& reply) {
   evhttp_add_header(headers, "Content-Type", "text/event-stream");
   evhttp_send_reply_start(request, reply.status, nullptr);
   for (const std::string& piece : reply.pieces) evhttp_send_reply_chunk(request, bufferOf(piece).get());
-  if (reply.manner == Manner::kStreamAndLeave) evhttp_send_reply_end(request);
+  if (reply.manner == Manner::kStreamAndClose) evhttp_send_reply_end(request);
 }
+
+}  // namespace contextctl

@@ -10,8 +10,10 @@
 #include <event2/event.h>
 #include <event2/http.h>
 
-// Takes the place of a context with a control socket: gives the answers that it has been told and keeps the
-// requests. It lives on its event base's thread.
+namespace contextctl {
+
+// A test double of a context with a control socket. It gives prepared answers and records the requests. It
+// runs on the thread of its event base.
 class ContextDouble {
  public:
   explicit ContextDouble(const std::string& socket);
@@ -21,16 +23,16 @@ class ContextDouble {
 
   event_base* base() const { return base_.get(); }
 
-  // `request` is the method and the target, as "GET /leaf?name=A".
+  // `request` is the method and the target, as in "GET /leaf?name=A".
   void answer(const std::string& request, const std::string& body, int status = 200);
-  void stream(const std::string& request, const std::vector<std::string>& pieces);  // then stays open
-  void streamAndLeave(const std::string& request, const std::vector<std::string>& pieces);
+  void stream(const std::string& request, const std::vector<std::string>& pieces);  // stays open
+  void streamAndClose(const std::string& request, const std::vector<std::string>& pieces);
   void keepSilent(const std::string& request);
 
-  const std::vector<std::string>& requests() const { return requests_; }  // with their bodies, after a space
+  const std::vector<std::string>& requests() const { return requests_; }  // with their bodies after a space
 
  private:
-  enum class Manner { kAnswer, kStream, kStreamAndLeave, kSilent };
+  enum class Manner { kAnswer, kStream, kStreamAndClose, kSilent };
   struct Reply {
     Manner manner;
     int status;
@@ -44,7 +46,9 @@ class ContextDouble {
   std::unique_ptr<evhttp, decltype(&evhttp_free)> http_;
   std::map<std::string, Reply> replies_;
   std::vector<std::string> requests_;
-  std::vector<evhttp_request*> unfinished_;  // ours until they are ended, even if their clients have gone
+  std::vector<evhttp_request*> unfinished_;  // owned here until they end, even if their clients have closed
 };
+
+}  // namespace contextctl
 
 #endif

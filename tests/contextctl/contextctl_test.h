@@ -7,9 +7,11 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/host/temporary_folder.h"
 #include "tests/contextctl/context_double.h"
-#include "tests/contextctl/running.h"
+#include "tests/contextctl/run_program.h"
+#include "tests/support/temporary_folder.h"
+
+namespace contextctl {
 
 // Runs contextctl against a double of the context.
 class ContextctlTest : public testing::Test {
@@ -18,7 +20,7 @@ class ContextctlTest : public testing::Test {
     return runIn({"CPP2C_CONTROL=" + socket}, arguments, on_output);
   }
 
-  // In a changed environment.
+  // With a changed environment, see runProgram().
   Outcome runIn(const std::vector<std::string>& environment, const std::vector<std::string>& arguments,
                 const OnOutput& on_output = nullptr) {
     std::vector<std::string> words = {CPP2C_CONTEXTCTL};
@@ -26,12 +28,12 @@ class ContextctlTest : public testing::Test {
     return runProgram(context.base(), words, environment, on_output);
   }
 
-  // The run is to succeed and to print exactly this.
+  // Expects success and exactly this output.
   void expectOutput(const std::vector<std::string>& arguments, const std::string& text) {
     expectOutcome(run(arguments), 0, text, "");
   }
 
-  // The run is to fail with this one line.
+  // Expects failure with this line on standard error.
   void expectFailure(const std::vector<std::string>& arguments, int status, const std::string& line) {
     expectOutcome(run(arguments), status, "", "contextctl: " + line + '\n');
   }
@@ -51,5 +53,7 @@ class ContextctlTest : public testing::Test {
 using Requests = std::vector<std::string>;
 
 constexpr const char* kDone = R"({"result":0})";
+
+}  // namespace contextctl
 
 #endif

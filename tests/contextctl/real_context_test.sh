@@ -1,9 +1,9 @@
 #!/bin/sh
-# Uses the client on a service that runs on the host context.
+# Tests the client with a service that runs on the host context.
 #
 #   real_context_test.sh CONTEXTCTL HELLO
 #
-# CPP2C_LAUNCHER: what the service is run by, if it is not run by itself.
+# CPP2C_LAUNCHER: the emulator or checker that runs the service, if any.
 set -eu
 contextctl=$1
 hello=$2
@@ -56,7 +56,7 @@ expect 0 "(hidden)" get Device.Key
 expect 0 secret --reveal get Device.Key
 expect 1 'contextctl: there is no leaf "Nobody"' get Nobody
 expect 0 "" add Device.If.eth0.
-expect 1 'contextctl: "Device.If.eth0." exists' add Device.If.eth0.
+expect 1 'contextctl: the instance "Device.If.eth0." exists' add Device.If.eth0.
 expect 0 "Device.If.eth0." instances Device.If.
 expect 0 "" set Device.If.eth0.Mtu 1400
 expect 0 "NAME                TYPE  VALUE
@@ -79,17 +79,17 @@ expect 0 "Device.Host
 Device.Key" complete -- get Device.
 expect 0 "" event send line hello
 "$contextctl" registrations | grep -Eq '^event +line +print_line .* 1 ' || fail "the event is not counted"
-"$contextctl" stats --trace "$top/trace.json" | grep -q '^program *hello$' || fail "the figures name no program"
-grep -q '"name":"print_line"' "$top/trace.json" || fail "the trace lacks the callback"
-"$contextctl" top --count 1 | grep -q print_line || fail "top lacks the callback"
+"$contextctl" stats --trace "$top/trace.json" | grep -q '^program *hello$' || fail "the statistics lack the program"
+grep -q '"name":"print_line"' "$top/trace.json" || fail "the trace lacks the call"
+"$contextctl" top --count 1 | grep -q print_line || fail "top lacks the registration"
 
-# A stream begins when it can: changes are made until one has been seen.
-"$contextctl" watch --count 1 >"$top/changes" &
-watcher=$!
+# The moment when a stream begins is unknown: this changes a leaf until a change has been received.
+"$contextctl" follow changes --count 1 >"$top/changes" &
+follower=$!
 number=0
-while kill -0 $watcher 2>/dev/null; do
+while kill -0 $follower 2>/dev/null; do
   number=$((number + 1))
-  [ $number -lt 200 ] || fail "no change is seen"
+  [ $number -lt 200 ] || fail "no change is received"
   "$contextctl" set Device.Host "host$number"
   sleep 0.02
 done

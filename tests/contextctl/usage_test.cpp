@@ -6,13 +6,14 @@
 
 #include "tests/contextctl/contextctl_test.h"
 
+namespace contextctl {
 namespace {
 
 class UsageTest : public ContextctlTest {
  protected:
   using Names = std::set<std::string>;
 
-  // From a list in the help text: the first word of each indented line below the heading.
+  // The first word of each indented line below a heading of the help.
   Names listed(const std::string& heading, std::vector<std::string> arguments) {
     arguments.emplace_back("--help");
     std::istringstream help(run(arguments).out);
@@ -27,19 +28,22 @@ class UsageTest : public ContextctlTest {
   }
 
   Names commandsOf(const std::vector<std::string>& arguments) { return listed("Subcommands:", arguments); }
+  Names aliasesOf(const std::vector<std::string>& arguments) { return listed("Aliases:", arguments); }
 
-  // Every command as it is typed, "event send" too.
+  // The words of every command, as in {"event", "send"}.
   std::vector<std::vector<std::string>> allCommands() {
     std::vector<std::vector<std::string>> all;
     for (const std::string& command : commandsOf({})) {
       const Names below = commandsOf({command});
       if (below.empty()) all.push_back({command});
       for (const std::string& name : below) all.push_back({command, name});
+      for (const std::string& alias : aliasesOf({command})) all.push_back({command, alias});
     }
+    for (const std::string& alias : aliasesOf({})) all.push_back({alias});
     return all;
   }
 
-  // As it is read: without the backslashes before dashes.
+  // Without the backslashes before dashes.
   static std::string readManual() {
     std::ifstream stream(CPP2C_SOURCE_DIR "/packaging/contextctl.1");
     std::string text{std::istreambuf_iterator<char>(stream), {}};
@@ -54,12 +58,21 @@ class UsageTest : public ContextctlTest {
   }
 };
 
-TEST_F(UsageTest, EveryCommandIsThere) {
+TEST_F(UsageTest, HelpListsEveryCommand) {
   EXPECT_EQ(commandsOf({}),
-            (Names{"add",    "attribute", "completion", "del",  "diff", "event",   "export",        "get",
-                   "import", "inspect",   "instances",  "list", "log",  "modules", "registrations", "save",
-                   "set",    "stats",     "stop",       "top",  "tree", "watch"}));
-  EXPECT_EQ(commandsOf({"event"}), (Names{"follow", "send"}));
+            (Names{"add",           "attribute", "completion", "del",     "diff",      "event", "export",
+                   "follow",        "get",       "import",     "inspect", "instances", "list",  "modules",
+                   "registrations", "save",      "set",        "stats",   "stop",      "top",   "tree"}));
+}
+
+TEST_F(UsageTest, HelpListsEveryCommandOfAGroup) {
+  EXPECT_EQ(commandsOf({"follow"}), (Names{"changes", "events", "log"}));
+  EXPECT_EQ(commandsOf({"event"}), Names{"send"});
+}
+
+TEST_F(UsageTest, HelpListsEveryAlias) {
+  EXPECT_EQ(aliasesOf({}), (Names{"log", "watch"}));
+  EXPECT_EQ(aliasesOf({"event"}), Names{"follow"});
 }
 
 TEST_F(UsageTest, EveryCommandHasExamples) {
@@ -104,8 +117,20 @@ TEST_F(UsageTest, NoCommandIsWrongUsage) {
   expectFailure({}, 2, "no command; try --help");
 }
 
+TEST_F(UsageTest, AGroupWithoutACommandIsWrongUsage) {
+  expectFailure({"follow"}, 2, "no command after \"follow\"; try --help");
+}
+
 TEST_F(UsageTest, AnUnknownCommandIsWrongUsage) {
-  expectFailure({"frob"}, 2, "The following argument was not expected: frob");
+  expectFailure({"frob"}, 2, "unexpected argument \"frob\"; try --help");
+}
+
+TEST_F(UsageTest, AnUnknownCommandOfAGroupIsWrongUsage) {
+  expectFailure({"follow", "frob"}, 2, "unexpected argument \"frob\"; try --help");
+}
+
+TEST_F(UsageTest, AnUnknownOptionIsWrongUsage) {
+  expectFailure({"top", "--frob"}, 2, "unexpected argument \"--frob\"; try --help");
 }
 
 TEST_F(UsageTest, AMissingArgumentIsWrongUsage) {
@@ -113,16 +138,17 @@ TEST_F(UsageTest, AMissingArgumentIsWrongUsage) {
 }
 
 TEST_F(UsageTest, AnUnknownShellIsWrongUsage) {
-  expectFailure({"completion", "csh"}, 2, "SHELL: csh not in {bash,zsh,fish}");
+  expectFailure({"completion", "csh"}, 2, "SHELL: \"csh\" is unknown; known: bash, zsh, fish");
 }
 
-TEST_F(UsageTest, ATimeThatIsNoNumberIsWrongUsage) {
-  expectFailure({"save", "--timeout", "nan"}, 2, "--timeout: nan is no number above 0");
-  expectFailure({"save", "--timeout", "1s"}, 2, "--timeout: 1s is no number above 0");
+TEST_F(UsageTest, ATimeoutThatIsNotANumberIsWrongUsage) {
+  expectFailure({"save", "--timeout", "nan"}, 2, "--timeout: \"nan\" is not a positive number");
+  expectFailure({"save", "--timeout", "1s"}, 2, "--timeout: \"1s\" is not a positive number");
 }
 
-TEST_F(UsageTest, ATimeOfNothingIsWrongUsage) {
-  expectFailure({"save", "--timeout", "0"}, 2, "--timeout: 0 is no number above 0");
+TEST_F(UsageTest, AZeroTimeoutIsWrongUsage) {
+  expectFailure({"save", "--timeout", "0"}, 2, "--timeout: \"0\" is not a positive number");
 }
 
 }  // namespace
+}  // namespace contextctl

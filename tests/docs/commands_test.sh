@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Runs the commands of a page as a reader would type them, in one shell, and compares what they print:
+# Runs the commands of a page in one shell and compares their output with the page:
 #
 #   commands_test.sh PAGE SOURCE_DIR BUILD_DIR
 #
-# Commands stand behind "$ " in blocks that begin with ```console; the lines up to the next command are what
-# they print, where "..." stands for anything.
+# Commands follow "$ " in blocks that begin with ```console. The lines up to the next command are the expected
+# output, in which "..." matches any text.
 set -uo pipefail
 
 page=$1
@@ -18,7 +18,7 @@ ln -s "$build_dir" "$folder/build"
 mkdir "$folder/printed"
 cd "$folder"
 
-# A glob that matches the text, in which "..." matches anything.
+# Prints a glob that matches the text; "..." in the text matches anything.
 glob_of() {
   sed -e 's/[][\\*?]/\\&/g' -e 's/\.\.\./*/g' <<<"$1"
 }

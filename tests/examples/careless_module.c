@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A module that does what a module should not: it holds the loop up, and leaves a registration behind.
+// A module that misuses the interface: it blocks the loop and leaves a registration behind.
 #include <stddef.h>
 #include <unistd.h>
 

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Requires that the product uses every function of the C interface, and that its README tells where:
+# Requires that the product uses every function of the C interface and that its README lists the files:
 # every_function_test.sh SOURCE_DIR
 set -euo pipefail
 cd "$1/examples/gateway"
 
 functions=$(sed -nE 's/^(CPP2C_API|static inline) .*[ *]([a-z0-9_]+)\(.*/\2/p' ../../framework/inc/include_c)
-[[ $(wc -w <<<"$functions") -gt 40 ]] || { echo "FAILED: the header is not understood" >&2; exit 1; }
+[[ $(wc -w <<<"$functions") -gt 40 ]] || { echo "FAILED: too few functions found in include_c" >&2; exit 1; }
 
 status=0
 require() {
@@ -14,7 +14,7 @@ require() {
   status=1
 }
 
-# A comment does not call.
+# Ignores comments.
 calls() {
   sed 's|//.*||' "$2" | grep "\<$1(" >/dev/null
 }

@@ -24,7 +24,7 @@ set_default() {
   grep -F "\"$1\": {" "$folder/config.json" | grep -F "$2" >/dev/null || fail "$1 has not been set"
 }
 
-settled='linkwatch: in step with the kernel: '
+settled='linkwatch: in sync with the kernel: '
 
 configure_this_machine() {
   make_config --console "$modules" >"$folder/config.json"
@@ -46,7 +46,7 @@ configure_lw0() {
   make_config --console "$modules" "$folder/no-interfaces" >"$folder/config.json"
 }
 
-# Starts the product in a network of its own with the interface lw0, whose other end lw1 is up.
+# Starts the product in a separate network namespace with the interface lw0, whose peer lw1 is up.
 start_on_lw0() {
   [[ -e "$folder/config.json" ]] || configure_lw0
   start "${isolated[@]}"
@@ -66,7 +66,7 @@ set_value() {
 get_value() {
   tell "get $*"
   expect "^$1 = "
-  value=${said#"$1 = "}
+  value=${line#"$1 = "}
 }
 
 expect_value() {
@@ -74,7 +74,7 @@ expect_value() {
   [[ "$value" == "$3" ]] || fail "$1 is '$value', not '$3'"
 }
 
-# For a value that comes with one of the next samples.
+# Waits for a value that one of the next samples sets.
 await_value() {
   local deadline=$((SECONDS + 30))
   get_value "$1" "$2"
@@ -84,25 +84,25 @@ await_value() {
   done
 }
 
-# Requires that every module has told of a step in $heard.
+# Requires that every module has logged a step in $output.
 require_modules() {
   local module
   for module in linkwatch traffic address; do
-    grep -qE " info $module: $1\$" <<<"$heard" || fail "$module is not $1"
+    grep -qE " info $module: $1\$" <<<"$output" || fail "$module is not $1"
   done
 }
 
 require_silence() {
-  ! grep -E "$1" <<<"$heard" || fail "said what matches '$1'"
+  ! grep -E "$1" <<<"$output" || fail "a line matches '$1'"
 }
 
-# Runs the product until it ends by itself, with the exit status given, and leaves what it said in $heard.
+# Runs the product until it ends, requires the exit status $1 and leaves the output in $output.
 run_to_end() {
   local status=0 wanted=$1
   shift
-  timeout 30 "${launch[@]}" --config "$folder/config.json" "$@" >"$folder/said" 2>&1 </dev/null || status=$?
-  heard=$(cat "$folder/said")
-  echo "$heard"
+  timeout 30 "${launch[@]}" --config "$folder/config.json" "$@" >"$folder/output" 2>&1 </dev/null || status=$?
+  output=$(cat "$folder/output")
+  echo "$output"
   [[ $status -eq $wanted ]] || fail "exit status $status"
 }
 
@@ -110,13 +110,13 @@ run_to_failure() {
   run_to_end 1 "$@"
 }
 
-# Requires exactly one line in $heard that matches the first pattern, which is the one with what the second says.
+# Requires that exactly one line in $output matches the first pattern and that this line matches the second one.
 require_one_line() {
-  [[ $(grep -cE -- "$1" <<<"$heard") -eq 1 ]] || fail "not one line matches '$1'"
-  grep -E -- "$1" <<<"$heard" | grep -E -- "$2" >/dev/null || fail "the line does not match '$2'"
+  [[ $(grep -cE -- "$1" <<<"$output") -eq 1 ]] || fail "not one line matches '$1'"
+  grep -E -- "$1" <<<"$output" | grep -E -- "$2" >/dev/null || fail "the line does not match '$2'"
 }
 
-testLifecycleTakesEveryStepInOrder() {
+testLifecycleTakesEachStepInOrder() {
   configure_this_machine
   start
   local step
@@ -124,15 +124,15 @@ testLifecycleTakesEveryStepInOrder() {
     expect "^lifecycle: ${step#*:}\$"
     require_modules "${step%:*}"
   done
-  expect "$settled" # the loop obeys signals
+  expect "$settled" # the loop is running and handles signals
   stop TERM
 }
 
-testStopGoesTheOtherWay() {
+testStopReversesTheSteps() {
   start_on_this_machine
   stop TERM
   local lines
-  lines=$(grep -oE 'lifecycle: [a-z]+$|: un(configured|loaded)$' <<<"$heard")
+  lines=$(grep -oE 'lifecycle: [a-z]+$|: un(configured|loaded)$' <<<"$output")
   diff - <(echo "$lines") <<'END' || fail "not in this order"
 lifecycle: stopping
 : unconfigured
@@ -150,7 +150,7 @@ testStopsOnInterrupt() {
   stop INT
 }
 
-# A counter is between what the kernel says before and after.
+# Requires that a counter is between the kernel's values before and after reading it.
 require_counter() {
   local kernel=$1/statistics/$2 before after
   before=$(cat "$kernel")
@@ -159,7 +159,7 @@ require_counter() {
   ((before <= value && value <= after)) || fail "$3 of $1 is $value, not $before to $after"
 }
 
-testCountersAreTheKernels() {
+testCountersMatchTheKernel() {
   start_on_this_machine
   local interface
   for interface in /sys/class/net/*/; do
@@ -171,7 +171,7 @@ testCountersAreTheKernels() {
   stop TERM
 }
 
-# Sends so much on lo, inside, that a low limit is crossed.
+# Sends enough on lo in the product's network namespace to exceed a low limit.
 send_on_lo() {
   run_inside bash -c 'exec 3>/dev/udp/127.0.0.1/9; for _ in {1..50}; do printf "%01000d" 0 >&3 || true; done'
 }
@@ -197,13 +197,13 @@ testRateCrossesTheLimitAndFallsBelow() {
   set_value Gateway.Traffic.Limit uint 9999
   send_on_lo
   expect '^event: traffic-high lo [0-9]+$'
-  ((${said##* } > 9999)) || fail "the rate is below the limit"
+  ((${line##* } > 9999)) || fail "the rate is below the limit"
   expect '^event: traffic-normal lo [0-9]+$'
-  ((${said##* } <= 9999)) || fail "the rate is above the limit"
+  ((${line##* } <= 9999)) || fail "the rate is above the limit"
   stop TERM
 }
 
-testRateStandsInTheTree() {
+testRateIsInTheTree() {
   configure_lw0
   set_default Limit 999
   set_default Interval 3600000
@@ -211,34 +211,34 @@ testRateStandsInTheTree() {
   ip_inside link set lo up
   expect '^event: link-up lo$'
   send_on_lo
-  kill -HUP "$pid" # has all interfaces looked at now
+  kill -HUP "$pid" # takes a sample now
   expect '^event: traffic-high lo [0-9]+$'
-  expect_value Gateway.Traffic.Link.1.Rate uint "${said##* }"
+  expect_value Gateway.Traffic.Link.1.Rate uint "${line##* }"
   expect_value Gateway.Traffic.Link.1.High bool 1
   kill -HUP "$pid"
   expect '^event: traffic-normal lo [0-9]+$'
-  expect_value Gateway.Traffic.Link.1.Rate uint "${said##* }"
+  expect_value Gateway.Traffic.Link.1.Rate uint "${line##* }"
   expect_value Gateway.Traffic.Link.1.High bool 0
   stop TERM
 }
 
-testSettingTravelsToItsObserver() {
+testSettingReachesItsObserver() {
   start_on_this_machine
   tell set Gateway.Traffic.Limit uint 123456
-  expect ' info traffic: told that Gateway\.Traffic\.Limit changed$'
-  expect ' info traffic: every 1000 ms, limit 123456 B/s$'
+  expect ' info traffic: Gateway\.Traffic\.Limit changed$'
+  expect ' info traffic: sampling every 1000 ms, limit 123456 B/s$'
   expect '^Gateway\.Traffic\.Limit is set$'
   stop TERM
 }
 
-testIntervalThatCannotBeUsedIsTakenBack() {
+testInvalidIntervalIsReverted() {
   start_on_this_machine
   set_value Gateway.Traffic.Interval uint 9
   expect_value Gateway.Traffic.Interval uint 1000
   stop TERM
 }
 
-testInterfaceThatIsGoneHasNoMeter() {
+testRemovedInterfaceHasNoMeter() {
   configure_lw0
   set_default Interval 50
   start_on_lw0
@@ -249,7 +249,7 @@ testInterfaceThatIsGoneHasNoMeter() {
   stop TERM
 }
 
-testLinkEventsComeFromTheModule() {
+testModuleSendsLinkEvents() {
   start_on_lw0
   ip_inside link set lw0 up
   expect '^event: link-up lw0$'
@@ -275,57 +275,57 @@ testHookGetsNameAndBothAddresses() {
   stop TERM
 }
 
-testHookGetsOddNamesAsTheyStand() {
+testHookGetsSpecialCharactersUnchanged() {
   start_on_lw0
   set_value Gateway.Address.Hook str 'printf "<%s>\n"'
   ip_inside link set lw0 name "a'b;\$(c)\\"
   ip_inside address add 192.0.2.1/24 dev "a'b;\$(c)\\"
   expect '^<'
-  [[ "$said" == "<a'b;\$(c)\\>" ]] || fail "the name is not the interface's"
+  [[ "$line" == "<a'b;\$(c)\\>" ]] || fail "the name is not the interface's"
   stop TERM
 }
 
-testHookStatusStandsInTheTree() {
+testHookStatusIsInTheTree() {
   start_on_lw0
   ip_inside link set lw0 up
   expect '^event: link-up lw0$'
   set_value Gateway.Address.Hook str 'exit 7 #'
   ip_inside address add 192.0.2.1/24 dev lw0
-  expect ' error address: lw0: hook ended with 7$'
+  expect ' error address: lw0: hook failed: status 7$'
   expect_value "Gateway.Address.Link.$index.HookStatus" int 7
   stop TERM
 }
 
-# Gives lw0 one more address and takes the one before away.
+# Adds an address to lw0 and deletes the previous one.
 change_address() {
   ip_inside address add "192.0.$1.1/24" dev lw0
   ip_inside address delete "192.0.$(($1 - 1)).1/24" dev lw0 2>/dev/null || true
   expect "^event: address-changed lw0 192\.0\.$1\.1\$"
 }
 
-testFailedHookHasTheInterfaceInspected() {
+testFailedHookRunsTheInspection() {
   configure_lw0
   set_default Inspect 'echo inspected'
   start_on_lw0
   set_value Gateway.Address.Hook str false
   change_address 2
-  expect ' error address: lw0: hook ended with 1$'
+  expect ' error address: lw0: hook failed: status 1$'
   expect ' info command: inspected lw0$'
   stop TERM
 }
 
-testHookThatKeepsFailingIsSuspendedUntilItIsChanged() {
+testFailingHookIsSuspendedUntilItIsChanged() {
   start_on_lw0
   set_value Gateway.Address.Hook str false
   local round
   for round in 1 2 3; do
     change_address "$round"
-    expect ' error address: lw0: hook ended with 1$'
+    expect ' error address: lw0: hook failed: status 1$'
   done
-  expect ' error address: hook suspended after 3 failures, until it is changed$'
+  expect ' error address: hook suspended after 3 failures until it is changed$'
   change_address 4
   set_value Gateway.Address.Hook str 'echo hooked'
-  require_silence 'hook ended'
+  require_silence 'hook failed'
   change_address 5
   expect '^hooked lw0 192\.0\.4\.1 192\.0\.5\.1$'
   stop TERM
@@ -341,7 +341,7 @@ testProductWithoutHooksRunsNone() {
   require_silence '^hooked'
 }
 
-testSlowHookIsNoMatterForTheWatchdog() {
+testSlowHookIsNotReported() {
   configure_lw0
   edit_config '1s/.*/{ "heartbeat": {"limitMs": 100},/'
   start_on_lw0
@@ -352,7 +352,7 @@ testSlowHookIsNoMatterForTheWatchdog() {
   require_silence 'held the loop'
 }
 
-testCommandTooLongToBeTakenWholeIsNotRun() {
+testCommandThatIsTooLongIsNotRun() {
   start_on_lw0
   set_value Gateway.Address.Hook str "echo hooked $(printf '%0300d' 0)"
   ip_inside address add 192.0.2.1/24 dev lw0
@@ -383,11 +383,11 @@ testNoticeReachesEveryParticipant() {
   start_on_this_machine
   kill -HUP "$pid"
   expect '^notice: "interfaces"$'
-  require_modules 'told of "interfaces"'
+  require_modules 'notified of "interfaces"'
   stop TERM
 }
 
-testCommandAtTheStartIsEchoed() {
+testStartCommandIsEchoed() {
   configure_this_machine
   set_default OnStart 'echo begun'
   start
@@ -401,13 +401,13 @@ testDebugSettingShowsDiagnostics() {
   start_on_this_machine
   require_silence ' debug '
   tell set Gateway.Settings.Debug bool true
-  expect '^settings: told that Gateway\.Settings\.Debug changed: diagnostics are shown$'
+  expect '^settings: Gateway\.Settings\.Debug changed: diagnostics are logged$'
   tell set Gateway.Traffic.Limit uint 5
   expect ' debug traffic:[0-9]+: sampled after [0-9]+ ms$'
   stop TERM
 }
 
-testConsoleTellsWhatCannotBe() {
+testConsoleReportsErrors() {
   start_on_this_machine
   tell get Gateway.Colour str
   expect '^problem: get Gateway\.Colour: result -1022$'
@@ -422,7 +422,7 @@ testConsoleTellsWhatCannotBe() {
   stop TERM
 }
 
-testModuleThatCannotBeOpenedEndsTheStart() {
+testModuleThatCannotBeOpenedFailsTheStart() {
   configure_without_console
   run_to_failure --module "$folder/libmissing.so"
   require_one_line ' error ' "lifecycle: $folder/libmissing\.so: "
@@ -430,7 +430,7 @@ testModuleThatCannotBeOpenedEndsTheStart() {
   require_silence ': loaded$'
 }
 
-testModuleThatCannotBeLoadedEndsTheStart() {
+testModuleThatCannotBeLoadedFailsTheStart() {
   configure_without_console
   run_to_failure --module "$test_modules/libunwilling.so"
   require_one_line ' error ' "lifecycle: onLoad of $test_modules/libunwilling\.so failed: -1018$"
@@ -440,7 +440,7 @@ testModuleThatCannotBeLoadedEndsTheStart() {
   require_silence ': (prepared|configured|running)$'
 }
 
-testModuleThatCannotBeConfiguredEndsTheStart() {
+testModuleThatCannotBeConfiguredFailsTheStart() {
   configure_without_console
   edit_config 's/"Gateway\.Traffic\."/"Other."/'
   run_to_failure
@@ -451,11 +451,11 @@ testModuleThatCannotBeConfiguredEndsTheStart() {
   require_one_line '^lifecycle: unloading$' .
 }
 
-testAddressModuleNeedsItsObject() {
+testAddressModuleRequiresItsObject() {
   configure_without_console
   edit_config 's/"number": 130/"number": 140/'
   run_to_failure
-  require_one_line ' error address: ' 'there is no Gateway\.Address\.$'
+  require_one_line ' error address: ' 'there is no object Gateway\.Address\.$'
   require_one_line ' error lifecycle: ' "onConfig of $modules/libaddress\.so failed: -1019$"
 }
 
@@ -463,7 +463,7 @@ testCopyOfAModuleIsRefused() {
   configure_without_console
   cp "$modules/libaddress.so" "$folder/libcopy.so"
   run_to_failure --module "$folder/libcopy.so"
-  require_one_line ' error address: ' 'another copy of the module is at work$'
+  require_one_line ' error address: ' 'another copy of the module is running$'
   require_one_line ' error lifecycle: ' "onConfig of $folder/libcopy\.so failed: -1017$"
   require_modules unloaded
 }
@@ -475,31 +475,31 @@ testModuleListedTwiceIsRefused() {
   require_silence ': loaded$'
 }
 
-testProductNeedsAnInputThatCanBeWatched() {
+testInputThatCannotBeWatchedFailsTheStart() {
   configure_this_machine
   run_to_failure
   require_one_line '^problem: ' 'cannot watch standard input: result -1021$'
 }
 
-# The timer goes on as it was: a sample at the start and one for each second of the minute.
-testTimerThatCannotBeArmedAnewIsToldAndGoesOn() {
+# The timer keeps its interval: one sample at the start and one for each second of the minute.
+testTimerKeepsRunningIfRearmingFails() {
   configure_without_console
   cat >"$folder/script.json" <<'END'
 {"steps": [
-  {"at": 5000, "set": {"Gateway.Traffic.Limit": 1000000000}},
+  {"atMs": 5000, "set": {"Gateway.Traffic.Limit": 1000000000}},
   {"call": "setTimer", "nth": 2, "answer": -1021},
-  {"at": 60000, "stop": true}
+  {"atMs": 60000, "stop": true}
 ]}
 END
   run_to_end 0 --clock virtual --script "$folder/script.json" --debug
   require_one_line ' info script: setTimer' ' call 2: answers -1021$'
   require_one_line ' error traffic: ' 'cannot arm the timer: result -1021$'
-  [[ $(grep -c ' debug traffic:[0-9]*: sampled after ' <<<"$heard") -eq 61 ]] || fail "not 61 samples"
+  [[ $(grep -c ' debug traffic:[0-9]*: sampled after ' <<<"$output") -eq 61 ]] || fail "not 61 samples"
   require_one_line ' info script: stops the loop$' .
   require_modules unloaded
 }
 
-# The product with a module that does what a module should not.
+# Starts the product with a module that misuses the interface.
 start_with_careless_module() {
   configure_without_console
   edit_config '0,/\{/s//{ "heartbeat": {"limitMs": 50},/'
@@ -525,17 +525,17 @@ testSlowCallbackIsNamed() {
   stop TERM
 }
 
-testStrictModeNamesWhatAModuleLeavesBehind() {
+testStrictModeReportsRemainingRegistrations() {
   start_with_careless_module --strict
   contextctl stop
-  expect ' warning strict: slow_observer \(careless_module\.c:[0-9]+\) of event dawdle is still registered, and its '
+  expect ' warning strict: slow_observer \(careless_module\.c:[0-9]+\) of event dawdle is still registered after its '
   expect ' notice strict: still registered at the end: slow_observer '
 }
 
-testStrictModeMayBeFatal() {
+testFatalStrictModeAborts() {
   start_with_careless_module --strict=fatal
   contextctl stop
-  expect '^strict: slow_observer .* of event dawdle is still registered, and its module is unloaded$'
+  expect '^strict: slow_observer .* of event dawdle is still registered after its module was unloaded$'
   local status=0
   wait "$pid" || status=$?
   pid=
@@ -552,26 +552,26 @@ event: address-changed eth0 none
 event: colour eth0
 event: link-up
 END
-  ) <<'END' || fail "the report is another one"
+  ) <<'END' || fail "wrong report"
 eth0: link-up 1 address-changed 2
 eth1: link-up 1
 END
 }
 
-testReportOfWhatTheProductSaid() {
+testReportReadsTheOutputOfTheProduct() {
   start_on_lw0
   ip_inside link set lw0 up
   expect '^event: link-up lw0$'
-  local before=$heard
+  local before=$output
   stop TERM
-  "$modules/gateway-report" <<<"$before$heard" | grep -x 'lw0: link-up 1' || fail "the report is another one"
+  "$modules/gateway-report" <<<"$before$output" | grep -x 'lw0: link-up 1' || fail "wrong report"
 }
 
-testMakeConfigNeedsTheFolderOfTheModules() {
+testMakeConfigRequiresTheFolderOfTheModules() {
   local status=0
   make_config --console 2>"$folder/error" || status=$?
   [[ $status -eq 2 ]] || fail "exit status $status"
-  grep -Fx 'make-config: which folder has the module libraries? See make-config --help.' "$folder/error"
+  grep -Fx 'make-config: MODULES is missing; see make-config --help.' "$folder/error"
 }
 
 testMakeConfigRefusesUnknownOption() {
@@ -585,8 +585,8 @@ testMakeConfigRefusesMissingInterfaces() {
   local status=0
   make_config "$modules" "$folder/none" >"$folder/written" 2>"$folder/error" || status=$?
   [[ $status -eq 1 ]] || fail "exit status $status"
-  [[ ! -s "$folder/written" ]] || fail "half a configuration"
-  grep -Fx "make-config: there is no folder '$folder/none'." "$folder/error"
+  [[ ! -s "$folder/written" ]] || fail "an incomplete configuration was printed"
+  grep -Fx "make-config: folder '$folder/none' does not exist." "$folder/error"
 }
 
 run_test "$test"

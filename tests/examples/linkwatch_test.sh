@@ -12,7 +12,7 @@ make_config() {
   "$source_dir/examples/linkwatch/make-config" "$@"
 }
 
-settled='^in step with the kernel: '
+settled='^in sync with the kernel: '
 
 start_on_this_machine() {
   make_config --console >"$folder/config.json"
@@ -20,7 +20,7 @@ start_on_this_machine() {
   expect "$settled"
 }
 
-# Starts linkwatch in a network of its own with the interface lw0, whose other end lw1 is up.
+# Starts linkwatch in a separate network namespace with the interface lw0, whose peer lw1 is up.
 start_on_lw0() {
   require_network
   mkdir "$folder/no-interfaces"
@@ -46,7 +46,7 @@ testMakeConfigNamesEveryInterface() {
   done
 }
 
-testMakeConfigWritesValidTextForAnyName() {
+testMakeConfigWritesValidJsonForAnyName() {
   local number=0 name
   for name in eth0.5 $'we"ird\\' $'a\001\377b'; do
     mkdir -p "$folder/net/$name"
@@ -69,7 +69,7 @@ testMakeConfigRefusesMissingFolder() {
   local status=0
   make_config "$folder/none" 2>"$folder/error" || status=$?
   [[ $status -eq 1 ]] || fail "exit status $status"
-  grep -Fx "make-config: there is no folder '$folder/none'." "$folder/error"
+  grep -Fx "make-config: folder '$folder/none' does not exist." "$folder/error"
 }
 
 testStopsOnTerm() {
@@ -85,37 +85,37 @@ testStopsOnInterrupt() {
 testWatchesEveryInterfaceOfThisMachine() {
   start_on_this_machine
   local interfaces=(/sys/class/net/*/ifindex)
-  [[ "$said" == "in step with the kernel: ${#interfaces[@]} watched" ]] || fail "${#interfaces[@]} interfaces"
+  [[ "$line" == "in sync with the kernel: ${#interfaces[@]} watched" ]] || fail "${#interfaces[@]} interfaces"
   stop TERM
 }
 
-testReadsOnlyItsOwnSettingsFromTheConsole() {
+testConsoleRefusesUnknownSettings() {
   start_on_this_machine
   tell Colour red
-  expect '^problem: console: Colour cannot become "red": result -1019$'
+  expect '^problem: console: cannot set Colour to "red": result -1019$'
   tell LogLevel loud
-  expect '^problem: console: LogLevel cannot become "loud": result -1023$'
+  expect '^problem: console: cannot set LogLevel to "loud": result -1023$'
   tell Nonsense
-  expect '^problem: console: "Nonsense" is not NAME VALUE$'
+  expect '^problem: console: "Nonsense": expected NAME VALUE$'
   stop TERM
 }
 
-testConsoleNeedsAnInputThatCanBeWatched() {
+testInputThatCannotBeWatchedFailsTheStart() {
   make_config --console >"$folder/config.json"
   local status=0
-  "${launch[@]}" --config "$folder/config.json" </dev/null >"$folder/said" || status=$?
+  "${launch[@]}" --config "$folder/config.json" </dev/null >"$folder/output" || status=$?
   [[ $status -eq 1 ]] || fail "exit status $status"
-  grep -Fx 'problem: cannot watch standard input: result -1021' "$folder/said"
+  grep -Fx 'problem: cannot watch standard input: result -1021' "$folder/output"
 }
 
-testConsoleEndsAtALineThatIsTooLong() {
+testConsoleClosesAtALineThatIsTooLong() {
   start_on_this_machine
   tell "LogLevel $(printf '%0600d' 2)"
-  expect '^problem: console: a line is too long, no more are read$'
+  expect '^problem: console: line too long; the console is closed$'
   stop TERM
 }
 
-testGoesOnWhenTheConsoleEnds() {
+testKeepsRunningWhenTheConsoleEnds() {
   start_on_lw0
   local other=${service[1]}
   exec {in}>&- {other}>&-
@@ -136,40 +136,40 @@ testListThatIsTooLongChangesNothing() {
   stop TERM
 }
 
-testSettingsDecideWhatIsWatched() {
+testSettingsSelectTheWatchedInterfaces() {
   start_on_this_machine
   tell Interfaces none-such, lo
-  expect '^settings: told that Linkwatch\.Settings\.Interfaces changed$'
+  expect '^settings: Linkwatch\.Settings\.Interfaces changed$'
   expect '^settings: interfaces "none-such, lo", log level 1$'
   expect "$settled"1
   tell "Interfaces "
   expect '^link: lo is no longer watched$'
   expect .
-  [[ "$said" == "in step with the kernel: 0 watched" ]] || fail "lo did not go down"
+  [[ "$line" == "in sync with the kernel: 0 watched" ]] || fail "lo did not go down"
   stop TERM
 }
 
-testLogLevelDecidesWhatIsSaid() {
+testLogLevelSelectsTheOutput() {
   start_on_this_machine
   tell LogLevel 0
   tell Interfaces lo
   tell Nonsense
-  expect '^settings: told that Linkwatch\.Settings\.LogLevel changed$'
+  expect '^settings: Linkwatch\.Settings\.LogLevel changed$'
   expect .
-  [[ "$said" == problem:* ]] || fail "said more than problems"
+  [[ "$line" == problem:* ]] || fail "more than problems is printed"
   stop TERM
 }
 
-testEndsWithoutItsSettings() {
+testMissingSettingsFailTheStart() {
   echo '{"objects": []}' >"$folder/config.json"
   local status=0
-  "${launch[@]}" --config "$folder/config.json" >"$folder/said" 2>"$folder/error" || status=$?
+  "${launch[@]}" --config "$folder/config.json" >"$folder/output" 2>"$folder/error" || status=$?
   [[ $status -eq 1 ]] || fail "exit status $status"
-  grep -Fx 'problem: cannot read Linkwatch.Settings.Interfaces: result -1022' "$folder/said"
+  grep -Fx 'problem: cannot read Linkwatch.Settings.Interfaces: result -1022' "$folder/output"
   grep -Fx 'linkwatch: ended with result -1022' "$folder/error"
 }
 
-testFollowsALinkFromItsAppearanceToItsEnd() {
+testFollowsALinkUntilItVanishes() {
   start_on_lw0
   ip_inside link set lw0 up
   expect '^event: link-up lw0, raised by linkwatch$'
@@ -224,7 +224,7 @@ testRenamedLinkIsNoLongerWatchedUnderItsOldName() {
   stop TERM
 }
 
-testValuesStandInTheTree() {
+testValuesAreInTheTree() {
   start_on_lw0
   tell LogLevel 2
   expect '^settings: interfaces "lw0", log level 2$'
@@ -241,7 +241,7 @@ testValuesStandInTheTree() {
   stop TERM
 }
 
-testNewInstanceHasEveryValue() {
+testNewInstanceHasAllValues() {
   start_on_lw0
   tell LogLevel 2
   tell "Interfaces "
@@ -255,8 +255,8 @@ testNewInstanceHasEveryValue() {
   stop TERM
 }
 
-# Lets more happen than the kernel keeps for linkwatch, and lets it run on only after the command given to ip.
-lose_news_of() {
+# Overflows linkwatch's socket while linkwatch is stopped, then runs the given ip command and continues linkwatch.
+lose_messages_of() {
   kill -STOP "$pid"
   local round
   for round in {1..1000}; do
@@ -265,22 +265,22 @@ lose_news_of() {
   ip_inside -batch "$folder/batch"
   ip_inside "$@"
   kill -CONT "$pid"
-  expect '^problem: news from the kernel were lost, reading everything anew: No buffer space available$'
+  expect '^problem: messages from the kernel were lost, reading everything again: No buffer space available$'
 }
 
-testLostNewsAreMadeUpFor() {
+testLostMessagesCauseANewDump() {
   start_on_lw0
-  lose_news_of link set lw0 mtu 1234
+  lose_messages_of link set lw0 mtu 1234
   expect '^link: lw0 down, .*, mtu 1234, '
   expect "$settled"1
   stop TERM
 }
 
-testLinkWhoseEndWasMissedGoesDown() {
+testLinkThatVanishesUnnoticedGoesDown() {
   start_on_lw0
   ip_inside link set lw0 up
   expect '^event: link-up lw0, '
-  lose_news_of link delete lw0
+  lose_messages_of link delete lw0
   expect '^link: lw0 vanished$'
   expect '^event: link-down lw0, '
   expect "$settled"0

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The reader of kernel messages, on datagrams made by hand.
+// Tests the parser of kernel messages with hand-made datagrams.
 extern "C" {
 #include "message.h"
 }
@@ -22,7 +22,7 @@ namespace {
 
 constexpr unsigned kUpAndRunning = IFF_UP | IFF_RUNNING;
 
-// A datagram under construction, in the machine's own byte order like the kernel's.
+// Builds a datagram in the machine's byte order, as the kernel does.
 class Datagram {
  public:
   Datagram& begin(unsigned type, unsigned flags = 0) {
@@ -54,7 +54,7 @@ class Datagram {
     return attribute(type, text.c_str(), text.size() + 1);
   }
 
-  // Writes the length of the message that has been added last into its head.
+  // Writes the length of the last message to its header.
   Datagram& end() {
     const auto length = static_cast<__u32>(bytes_.size() - start_);
     std::memcpy(&bytes_[start_], &length, sizeof length);
@@ -149,14 +149,14 @@ TEST_F(MessageTest, LinkHasIndexNameMacAndMtu) {
   EXPECT_EQ(message_.link.mtu, 1400U);
 }
 
-TEST_F(MessageTest, LinkIsUpOnlyIfSwitchedOnAndRunning) {
+TEST_F(MessageTest, LinkIsUpOnlyIfEnabledAndRunning) {
   for (const unsigned flags : {0U, unsigned{IFF_UP}, unsigned{IFF_RUNNING}, kUpAndRunning}) {
     ASSERT_EQ(only(linkNamed("eth0", flags)), MESSAGE_LINK);
     EXPECT_EQ(message_.link.up, flags == kUpAndRunning) << flags;
   }
 }
 
-TEST_F(MessageTest, HardwareAddressOfAnotherLengthIsNoMac) {
+TEST_F(MessageTest, HardwareAddressOfAnotherLengthIsIgnored) {
   const unsigned char tunnel[] = {10, 0, 0, 1};
   Datagram datagram;
   datagram.begin(RTM_NEWLINK).add(linkInfo(7)).attribute(IFLA_IFNAME, "tun0");
@@ -185,7 +185,7 @@ TEST_F(MessageTest, EmptyNameIsMalformed) {
   EXPECT_EQ(only(linkNamed("")), MESSAGE_MALFORMED);
 }
 
-TEST_F(MessageTest, NameWithoutEndIsMalformed) {
+TEST_F(MessageTest, NameWithoutNulIsMalformed) {
   Datagram datagram;
   datagram.begin(RTM_NEWLINK).add(linkInfo(7)).attribute(IFLA_IFNAME, "eth0", 4).end();
   EXPECT_EQ(only(datagram), MESSAGE_MALFORMED);
@@ -197,13 +197,13 @@ TEST_F(MessageTest, ShortMtuIsMalformed) {
   EXPECT_EQ(only(datagram), MESSAGE_MALFORMED);
 }
 
-TEST_F(MessageTest, LinkWithoutANameIsNothingForUs) {
+TEST_F(MessageTest, LinkWithoutANameIsIgnored) {
   Datagram datagram;
   datagram.begin(RTM_NEWLINK).add(linkInfo(7)).attribute(IFLA_WIRELESS, "news").end();
   EXPECT_EQ(only(datagram), MESSAGE_OTHER);
 }
 
-TEST_F(MessageTest, PortThatLeavesItsBridgeHasNotVanished) {
+TEST_F(MessageTest, PortThatLeavesItsBridgeIsNotGone) {
   Datagram datagram;
   datagram.begin(RTM_DELLINK).add(linkInfo(7, 0, AF_BRIDGE)).attribute(IFLA_IFNAME, "eth0").end();
   EXPECT_EQ(only(datagram), MESSAGE_OTHER);
@@ -241,7 +241,7 @@ TEST_F(MessageTest, RemovedAddressIsReported) {
   EXPECT_STREQ(message_.address, "192.168.100.200");
 }
 
-TEST_F(MessageTest, AddressOfAnotherFamilyIsNothingForUs) {
+TEST_F(MessageTest, AddressOfAnotherFamilyIsIgnored) {
   Datagram datagram;
   datagram.begin(RTM_NEWADDR).add(addressInfo(5, AF_INET6)).end();
   EXPECT_EQ(only(datagram), MESSAGE_OTHER);
@@ -268,36 +268,36 @@ TEST_F(MessageTest, AddressOfAnImpossibleIndexIsMalformed) {
   }
 }
 
-TEST_F(MessageTest, EndOfADumpHasNoError) {
+TEST_F(MessageTest, EndOfADumpHasErrorCodeZero) {
   ASSERT_EQ(only(ending(NLMSG_DONE, 0)), MESSAGE_DONE);
   EXPECT_EQ(message_.error, 0);
 }
 
-TEST_F(MessageTest, BrokenDumpAndRefusalTellTheirError) {
+TEST_F(MessageTest, AbortedDumpAndErrorHaveTheirErrorCode) {
   for (const unsigned type : {unsigned{NLMSG_DONE}, unsigned{NLMSG_ERROR}}) {
     ASSERT_EQ(only(ending(type, -EBUSY)), MESSAGE_DONE) << type;
     EXPECT_EQ(message_.error, EBUSY) << type;
   }
 }
 
-TEST_F(MessageTest, ErrorThatIsNoErrnoValueIsMalformed) {
+TEST_F(MessageTest, ErrorThatIsNotAnErrnoValueIsMalformed) {
   EXPECT_EQ(only(ending(NLMSG_ERROR, 1)), MESSAGE_MALFORMED);
   EXPECT_EQ(only(ending(NLMSG_ERROR, INT32_MIN)), MESSAGE_MALFORMED);
 }
 
-TEST_F(MessageTest, EndWithoutAnErrorWordIsMalformed) {
+TEST_F(MessageTest, EndWithoutAnErrorCodeIsMalformed) {
   Datagram datagram;
   datagram.begin(NLMSG_DONE).end();
   EXPECT_EQ(only(datagram), MESSAGE_MALFORMED);
 }
 
-TEST_F(MessageTest, OtherTypesAreNothingForUs) {
+TEST_F(MessageTest, OtherTypesAreIgnored) {
   Datagram datagram;
   datagram.begin(RTM_NEWROUTE).end();
   EXPECT_EQ(only(datagram), MESSAGE_OTHER);
 }
 
-TEST_F(MessageTest, HeadTellsPortSequenceAndInterruption) {
+TEST_F(MessageTest, HeaderHasPortSequenceAndInterruption) {
   for (const unsigned flags : {0U, unsigned{NLM_F_DUMP_INTR}}) {
     Datagram datagram;
     datagram.begin(RTM_NEWROUTE, flags).end();
@@ -324,7 +324,7 @@ TEST_F(MessageTest, SeveralMessagesComeInOrder) {
   EXPECT_EQ(next(), MESSAGE_END);
 }
 
-TEST_F(MessageTest, NothingOfAMessageStaysForTheNext) {
+TEST_F(MessageTest, NextMessageStartsEmpty) {
   Datagram datagram = linkNamed("eth0", kUpAndRunning);
   datagram.begin(RTM_DELLINK).add(linkInfo(4)).end();
   read(datagram);
@@ -342,7 +342,7 @@ TEST_F(MessageTest, MalformedMessageDoesNotHideTheNext) {
   EXPECT_EQ(next(), MESSAGE_LINK_GONE);
 }
 
-TEST_F(MessageTest, MessageLongerThanTheDatagramEndsTheReading) {
+TEST_F(MessageTest, MessageLongerThanTheDatagramEndsParsing) {
   Datagram datagram = linkNamed("eth0");
   nlmsghdr head{};
   std::memcpy(&head, datagram.bytes().data(), sizeof head);
@@ -352,7 +352,7 @@ TEST_F(MessageTest, MessageLongerThanTheDatagramEndsTheReading) {
   }
 }
 
-TEST_F(MessageTest, AttributeThatLeavesItsMessageIsMalformed) {
+TEST_F(MessageTest, AttributeBeyondItsMessageIsMalformed) {
   for (const __u16 length : std::initializer_list<__u16>{0, 3, 13, 0xffff}) {
     Datagram datagram;
     datagram.begin(RTM_NEWLINK).add(linkInfo(7)).attribute(IFLA_IFNAME, "eth0").end();
@@ -361,7 +361,7 @@ TEST_F(MessageTest, AttributeThatLeavesItsMessageIsMalformed) {
   }
 }
 
-// Each prefix stands in a heap block of its own size, so that a read behind its end is seen by the sanitizer.
+// Each prefix is a separate heap block, so the sanitizer detects a read past its end.
 TEST_F(MessageTest, EveryTruncationIsMalformed) {
   Datagram whole = localAddress("10.0.0.1");
   for (size_t size = 1; size < whole.bytes().size(); ++size) {
@@ -380,7 +380,7 @@ TEST_F(MessageTest, EveryShortenedMessageIsMalformed) {
   }
 }
 
-TEST_F(MessageTest, AnyAlignmentIsRead) {
+TEST_F(MessageTest, AnyAlignmentIsAccepted) {
   Datagram datagram = linkNamed("eth0");
   for (size_t offset = 0; offset < 4; ++offset) {
     std::vector<unsigned char> moved(datagram.bytes().size() + offset);

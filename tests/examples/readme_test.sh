@@ -1,6 +1,6 @@
 #!/bin/sh
-# The service that README.md shows is the one that is built.
+# Requires that the service in README.md is examples/hello/hello.c.
 #
-#   readme_test.sh SOURCES
+#   readme_test.sh SOURCE_DIR
 set -eu
 sed -n '/^```c$/,/^```$/{//!p}' "$1/README.md" | diff -u "$1/examples/hello/hello.c" -

@@ -1,7 +1,7 @@
-# What the end-to-end tests of services share. To be sourced with $program set to the service's program; its
-# configuration is $folder/config.json.
+# Functions for the end-to-end tests of services. Source this file with $program set to the service's program. Its
+# configuration file is $folder/config.json.
 #
-# CPP2C_LAUNCHER: what the program is run by, if it is not run by itself.
+# CPP2C_LAUNCHER: command that runs the program, if it does not run directly.
 #
 # Exit status: 0 passed, 1 failed, 77 not possible on this machine.
 
@@ -19,7 +19,7 @@ fail() {
   exit 1
 }
 
-# Starts the service in the background with $options, through the command given, if any.
+# Starts the service in the background with $options, with the given command in front if there is one.
 options=()
 start() {
   coproc service { exec "$@" "${launch[@]}" --config "$folder/config.json" "${options[@]}" 2>&1; }
@@ -27,13 +27,13 @@ start() {
   exec {out}<&"${service[0]}" {in}>&"${service[1]}"
 }
 
-# Waits for a line that matches the pattern and leaves it in $said, and all lines up to it in $heard.
+# Waits for a line that matches the pattern. Leaves the line in $line, and all lines up to it in $output.
 expect() {
-  heard=
-  while IFS= read -r -t 30 said <&"$out"; do
-    echo "$said"
-    heard+=$said$'\n'
-    [[ "$said" =~ $1 ]] && return
+  output=
+  while IFS= read -r -t 30 line <&"$out"; do
+    echo "$line"
+    output+=$line$'\n'
+    [[ "$line" =~ $1 ]] && return
   done
   fail "no line matches '$1'"
 }
@@ -43,20 +43,19 @@ tell() {
   echo "$*" >&"$in"
 }
 
-# Sends a signal and requires a clean end, with nothing said on the way that matches "problem". What was said
-# is left in $heard.
+# Sends a signal and requires exit status 0 and no line with "problem". Leaves the output in $output.
 stop() {
   local status=0
   kill "-$1" "$pid"
-  heard=$(timeout 30 cat <&"$out") || fail "the service did not end"
-  echo "$heard"
+  output=$(timeout 30 cat <&"$out") || fail "the service did not end"
+  echo "$output"
   wait "$pid" || status=$?
   pid=
   [[ $status -eq 0 ]] || fail "exit status $status"
-  [[ ! "$heard" =~ problem ]] || fail "a problem at the end"
+  [[ ! "$output" =~ problem ]] || fail "a problem at the end"
 }
 
-# A network of its own. The machine must allow it and know pairs of virtual interfaces.
+# A separate network namespace. The machine must permit it and support pairs of virtual interfaces.
 isolated=(unshare --net)
 inside=(nsenter --net)
 if [[ $EUID -ne 0 ]]; then
@@ -80,13 +79,13 @@ ip_inside() {
   run_inside ip "$@"
 }
 
-# Leaves the kernel's number of an interface in $index.
+# Leaves the index of an interface in $index.
 find_index() {
   index=$("${inside[@]}" --target "$pid" ip -oneline link show "$1")
   index=${index%%:*}
 }
 
-# Runs the test of that name.
+# Runs the test with this name.
 run_test() {
   declare -F "test$1" >/dev/null || fail "there is no test '$1'"
   "test$1"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A module that refuses to be loaded.
+// A module that cannot be loaded.
 #include "include_c"
 
 static int refuse(void) {

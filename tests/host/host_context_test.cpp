@@ -13,10 +13,11 @@
 #include "boot/boot_context.h"
 #include "host/process/processes.h"
 #include "include_c"
-#include "tests/host/recording_log.h"
-#include "tests/host/temporary_folder.h"
+#include "tests/host/support/recording_log.h"
 #include "tests/support/printed_text.h"
+#include "tests/support/temporary_folder.h"
 
+namespace host {
 namespace {
 
 int init(IContext& context, std::vector<const char*> arguments) {
@@ -102,7 +103,7 @@ TEST_F(HostContextTest, SecondInitIsRefusedAndChangesNothing) {
   context_.init(0, 0);
   ILoop* loop = context_.getLoop();
   EXPECT_EQ(context_.init(0, 0), C_RESULT_REDUNDANT);
-  EXPECT_EQ(printed.standardError(), "the context has been initialised already\n");
+  EXPECT_EQ(printed.standardError(), "the context is already initialised\n");
   EXPECT_EQ(context_.getLoop(), loop);
 }
 
@@ -169,3 +170,5 @@ TEST_F(HostContextTest, CommandsInheritNoDescriptorOfTheContext) {
 }
 
 }  // namespace
+
+}  // namespace host

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The address module: keeps count of the interfaces in use and runs a command when an address changes.
+// The address module: counts the uses of each interface and runs a command when an address changes.
 #include <stdbool.h>
 #include <stddef.h>
 #include <stdint.h>
@@ -18,21 +18,21 @@ static bool g_started;
 static int on_setting_changed(void* user, int id, const char* instance, int operation, const char* leaf) {
   (void)user, (void)id, (void)operation;
   if (strcmp(leaf, "Hook") != 0) return C_RESULT_OK;
-  c_log_record("address", C_LOG_INFO, "told that %s%s changed", instance, leaf);
+  c_log_record("address", C_LOG_INFO, "%s%s changed", instance, leaf);
   hook_resume();
   return C_RESULT_OK;
 }
 
-// A second copy of this library, under another name, would run every hook a second time.
+// Refuses to start twice: a copy of this library under another name would run every hook again.
 static int start(void) {
   int32_t attribute;
   int result = c_cfm_get_attr(ADDRESS_OBJECT, &attribute);
   if (result != C_RESULT_OK) {
-    c_log_record("address", C_LOG_ERROR, "there is no " ADDRESS_NAME);
+    c_log_record("address", C_LOG_ERROR, "there is no object " ADDRESS_NAME);
     return result;
   }
   if (c_cfm_get_regist_observer_callback(ADDRESS_OBJECT) != NULL) {
-    c_log_record("address", C_LOG_ERROR, "another copy of the module is at work");
+    c_log_record("address", C_LOG_ERROR, "another copy of the module is running");
     return C_RESULT_REDUNDANT;
   }
   c_cfm_regist_observer(ADDRESS_OBJECT, on_setting_changed, NULL);
@@ -41,14 +41,14 @@ static int start(void) {
   return C_RESULT_OK;
 }
 
-// The command's result does not matter. What it was is of interest: it is echoed.
+// c_system_call() echoes the command and does not return its exit status, which is not needed here.
 static int run_at_start(void) {
   char command[COMMAND_SIZE] = "";
   int result = c_cfm_get_value(ADDRESS_NAME "OnStart", "str", command, sizeof command);
   if (result != C_RESULT_OK) return result;
-  if (strlen(command) == COMMAND_SIZE - 1) return C_RESULT_PARAM;  // may have been cut
+  if (strlen(command) == COMMAND_SIZE - 1) return C_RESULT_PARAM;  // probably cut
   if (command[0] != '\0' && c_system_call("%s", command) <= 0) {
-    c_log_record("address", C_LOG_WARNING, "the command run at the start was not echoed");
+    c_log_record("address", C_LOG_WARNING, "the start command was not echoed");
   }
   return C_RESULT_OK;
 }

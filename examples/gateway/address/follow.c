@@ -14,8 +14,7 @@
 
 enum { EVENT_SIZE = IF_NAMESIZE + sizeof " none" + INET6_ADDRSTRLEN };
 
-// What the tree says of an interface. An instance that has been deleted reads as no name, down and no
-// address.
+// The state of an interface in the tree. A deleted instance reads as down, without a name and an address.
 struct link_state {
   char name[IF_NAMESIZE];
   char address[INET6_ADDRSTRLEN];
@@ -31,7 +30,7 @@ static int read_leaf(const char* link, const char* leaf, const char* type, void*
 }
 
 static int read_link(const char* link, struct link_state* state) {
-  memset(state, 0, sizeof *state);  // the last byte of a text is never written
+  memset(state, 0, sizeof *state);  // c_cfm_get_value_v2() never writes the last byte of a string
   int result = read_leaf(link, "Name", "str", state->name, sizeof state->name);
   if (result == C_RESULT_OK) {
     result = read_leaf(link, "IpAddress", "ipaddr", state->address, sizeof state->address);
@@ -40,7 +39,7 @@ static int read_link(const char* link, struct link_state* state) {
   return result;
 }
 
-// The module's own instance for an interface has the same last component.
+// Both instances of an interface, linkwatch's and this module's, have the same last component.
 static int own_instance(const char* link, char instance[NAME_SIZE]) {
   char object[NAME_SIZE];
   int result = c_cfm_get_parent_name(link, object, sizeof object);
@@ -83,7 +82,7 @@ static int follow_link(const char* link) {
   if (record == NULL && !used) return C_RESULT_OK;
   if (record == NULL) record = records_make(instance);
   if (record == NULL) {
-    c_log_record("address", C_LOG_ERROR, "%s: out of memory, not followed", state.name);
+    c_log_record("address", C_LOG_ERROR, "%s: out of memory, ignored", state.name);
     return C_RESULT_NO_MEMORY;
   }
   update(record, &state);
@@ -95,8 +94,8 @@ static int on_link_changed(void* user, int id, const char* instance, int operati
   return follow_link(instance);
 }
 
-// One visit for every walk, over what the tree has as well as over the records: does `act` for each instance
-// that `select` picks, or for all.
+// Used for all walks, over the tree and over the records: calls `act` for each instance that `select`
+// accepts, or for all instances if `select` is NULL.
 static int visit(int id, char* name, void* userdata, c_pass_fn3 select, c_pass_fn4 act, void* arg) {
   if (select != NULL && !select(id, name, userdata)) return 0;
   return act(id, name, userdata, arg);
@@ -143,7 +142,7 @@ void follow_refresh(void) {
     return;
   }
   c_dbc_lookup(ADDRESS_LINK_OBJECT, visit, is_unseen, give_up, NULL);
-  c_log_record("address", C_LOG_INFO, "looked at %u interfaces", count);
+  c_log_record("address", C_LOG_INFO, "checked %u interfaces", count);
 }
 
 void follow_start(void) {

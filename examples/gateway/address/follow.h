@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Keeps the records in step with the interfaces that the configuration tree shows.
+// Keeps the records in sync with the interfaces in the configuration tree.
 #ifndef GATEWAY_ADDRESS_FOLLOW_H
 #define GATEWAY_ADDRESS_FOLLOW_H
 
-// Follows the interfaces from now on; what is there already is left to follow_refresh().
+// Starts to observe the interfaces. follow_refresh() handles those that exist already.
 void follow_start(void);
 void follow_stop(void);
 
-// Looks at every interface anew.
+// Checks all interfaces again.
 void follow_refresh(void);
 
 #endif

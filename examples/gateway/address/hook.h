@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The command that is run on each change of an address. It is suspended when it keeps failing.
+// The command that runs at each change of an address. It is suspended after repeated failures.
 #ifndef GATEWAY_ADDRESS_HOOK_H
 #define GATEWAY_ADDRESS_HOOK_H
 
 #include "records.h"
 
-// Runs the hook with the interface's name and its addresses before and now, each "none" if there is none.
+// Runs the hook with the name, the previous and the current address of the interface; "none" stands for no
+// address.
 void hook_run(const struct record* record, const char* previous);
 
-// Lets a suspended hook run again.
+// Allows a suspended hook to run again.
 void hook_resume(void);
 
 #endif

@@ -8,7 +8,7 @@
 #include "include_c"
 #include "tree.h"
 
-// From an instance's name without the dot at its end: past its own component, then past "Link".
+// Relative to an instance's name without its final dot: above its own component, then above "Link".
 static const char kOwner[] = "PARENT.PARENT.";
 
 static int without_dot(const char* instance, char base[NAME_SIZE]) {
@@ -24,7 +24,7 @@ static void report(const char* instance, const char* leaf, int result) {
 }
 
 static int read_whole(const char* base, const char* leaf, char command[COMMAND_SIZE]) {
-  memset(command, 0, COMMAND_SIZE);  // the last byte is never written
+  memset(command, 0, COMMAND_SIZE);  // c_cfm_get_value_v2() never writes the last byte
   int result = c_cfm_get_value_v2(base, kOwner, leaf, "str", command, COMMAND_SIZE);
   if (result != C_RESULT_OK || strlen(command) < COMMAND_SIZE - 1) return result;
   return C_RESULT_PARAM;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The object above an instance, "Gateway.Address.": its leaves hold for all instances.
+// The object above the instances, "Gateway.Address.", whose leaves apply to all of them.
 #ifndef GATEWAY_ADDRESS_OWNER_H
 #define GATEWAY_ADDRESS_OWNER_H
 
@@ -7,11 +7,11 @@
 
 enum { COMMAND_SIZE = 256 };
 
-// Reads a command. A missing one, or one too long to be taken whole, is logged and read as empty, which means
-// none.
+// Reads a command; an empty command means none. If it is missing or too long, logs an error and returns an
+// empty command.
 void owner_read_command(const char* instance, const char* leaf, char command[COMMAND_SIZE]);
 
-// Adds one to the number of address changes.
+// Increments the number of address changes.
 void owner_count_change(const char* instance);
 
 #endif

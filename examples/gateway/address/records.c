@@ -8,7 +8,7 @@
 #include "cpp2c_host.h"
 #include "include_c"
 
-// The instance's name ends with a dot, so that the relative path to its leaves is empty.
+// The instance's name ends with a dot, so the relative path to its leaves is empty.
 static void write_leaf(const struct record* record, const char* leaf, const char* type, const void* data,
                        unsigned int size, int option) {
   int result = c_cfm_set_value_v2(record->instance, "", leaf, type, data, size, option);
@@ -59,7 +59,7 @@ void records_set_address(struct record* record, const char* address) {
 
 void records_remove_if_unused(struct record* record) {
   if (record->users > 0) return;
-  // Any leaf stands for its instance here, and the value is not looked at.
+  // Writing any leaf with C_CFM_DELETE deletes its instance; the value is ignored.
   write_leaf(record, "Name", "str", "", sizeof "", C_CFM_DELETE);
   records_free(record);
 }

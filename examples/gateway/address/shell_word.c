@@ -3,7 +3,7 @@
 
 #include <string.h>
 
-// Within single quotes every character stands for itself; a single quote must stand outside.
+// Only a single quote is special inside single quotes: it is written outside of them.
 void shell_word(char* word, const char* text) {
   static const char kQuote[] = "'\\''";
   *word++ = '\'';

@@ -10,11 +10,10 @@
 
 enum { LINE_SIZE = 512 };
 
-// Unlike the folders of /sys/class/net, this shows the network that the process is in.
+// Unlike /sys/class/net, this file shows the network namespace of the process.
 static const char kTable[] = "/proc/self/net/dev";
 
-// A line is the name, a colon, eight numbers on what was received and eight on what was sent. Headings have
-// no colon.
+// A line has the name, a colon, eight receive counters and eight transmit counters. Headings have no colon.
 static bool parse(const char* line, struct counters* counters) {
   const char* colon = strchr(line, ':');
   const char* name = line + strspn(line, " ");

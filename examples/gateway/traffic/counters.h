@@ -17,7 +17,7 @@ struct counters {
 // Calls `visit` for each interface. Returns 0 or a result code.
 int counters_read(void (*visit)(const struct counters* counters, void* arg), void* arg);
 
-// Reads those of the interface of that name. Returns 0 or a result code.
+// Reads the counters of the interface with this name. Returns 0 or a result code.
 int counters_read_one(const char* name, struct counters* counters);
 
 #endif

@@ -37,7 +37,7 @@ static void release(struct meter* meter) {
   c_free((char*)meter);
 }
 
-// A first sample, and the first under another name, has nothing to compare with.
+// Handles the first sample of an interface, and the first one under a new name: there is no rate yet.
 static void begin(struct meter* meter, const struct counters* counters) {
   memcpy(meter->name, counters->name, sizeof meter->name);
   meter->bytes = counters->rx_bytes + counters->tx_bytes;
@@ -60,9 +60,9 @@ static void check_limit(struct meter* meter, uint32_t limit) {
 }
 
 static void measure(struct meter* meter, const struct counters* counters, const struct sample* sample) {
-  if (sample->elapsed == 0) return;  // what has grown counts in the next sample
+  if (sample->elapsed == 0) return;  // the next sample includes the difference
   uint64_t bytes = counters->rx_bytes + counters->tx_bytes;
-  // Counters that went back belong to another interface with the same number, or have been reset.
+  // Lower counters belong to another interface with the same index or were reset.
   meter->rate = bytes >= meter->bytes ? rate_of(bytes - meter->bytes, sample->elapsed) : 0;
   meter->bytes = bytes;
   check_limit(meter, sample->limit);
@@ -70,7 +70,7 @@ static void measure(struct meter* meter, const struct counters* counters, const 
 
 static void take(const struct counters* counters, void* arg) {
   unsigned index = if_nametoindex(counters->name);
-  if (index == 0) return;  // gone since the kernel wrote the line
+  if (index == 0) return;  // removed since the kernel wrote the line
 
   char instance[NAME_SIZE];
   snprintf(instance, sizeof instance, TRAFFIC_LINK_NAME "%u.", index);
@@ -108,7 +108,7 @@ int meters_sample(uint32_t elapsed, uint32_t limit) {
   struct sample sample = {elapsed, limit};
   c_dbc_lookup(TRAFFIC_LINK_OBJECT, forget_seen, NULL, NULL, NULL);
   int result = counters_read(take, &sample);
-  // What a list that broke off does not show need not be gone.
+  // An incomplete list does not show that an interface was removed.
   if (result == C_RESULT_OK) c_dbc_lookup(TRAFFIC_LINK_OBJECT, remove_unseen, NULL, NULL, NULL);
   return result;
 }

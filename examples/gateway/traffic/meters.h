@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One meter for each interface: how fast its counters grow, and whether that is more than it should be.
-// Meters are filed in the instance-name cache, under the names of their instances in the configuration tree.
+// One meter for each interface: its data rate, and whether the rate exceeds the limit. Meters are stored in
+// the instance-name cache under the names of their instances in the configuration tree.
 #ifndef GATEWAY_TRAFFIC_METERS_H
 #define GATEWAY_TRAFFIC_METERS_H
 
@@ -14,20 +14,20 @@ struct meter {
   char instance[NAME_SIZE];  // full name of its instance in the tree
   char name[IF_NAMESIZE];    // of the interface
   uint64_t bytes;            // received and sent, at the last sample
-  uint32_t rate;             // bytes a second, between the last two samples
+  uint32_t rate;             // bytes per second between the last two samples
   bool high;                 // the rate is above the limit
-  bool seen;                 // the current sample has the interface
+  bool seen;                 // found in the current sample
 };
 
-// Reads all counters, `elapsed` milliseconds after the last time, and brings the meters up to date. An
-// interface is added when it is first seen and removed when it is gone. Events tell of rates that cross
-// `limit` bytes a second; 0 is no limit. Returns 0 or a result code.
+// Reads all counters, `elapsed` milliseconds after the previous sample, and updates the meters. New
+// interfaces are added, missing ones removed. Sends an event for each rate that crosses `limit`, in bytes per
+// second; 0 means no limit. Returns 0 or a result code.
 int meters_sample(uint32_t elapsed, uint32_t limit);
 
-// The meter of that instance, or NULL.
+// Returns the meter of this instance, or NULL.
 const struct meter* meters_find(const char* instance);
 
-// Frees the meters. The tree keeps its last values.
+// Frees the meters. The tree keeps its latest values.
 void meters_free(void);
 
 #endif

@@ -10,7 +10,7 @@
 
 static struct {
   uint32_t limit;
-  uint64_t last;  // milliseconds, as now() tells
+  uint64_t last;  // milliseconds, from now()
   bool armed;
 } g_sampling;
 

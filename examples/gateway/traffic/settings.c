@@ -11,7 +11,7 @@
 static const char kInterval[] = TRAFFIC_NAME "Interval";
 static const char kLimit[] = TRAFFIC_NAME "Limit";
 
-// Sampling costs one pass over the kernel's list, and the context takes its times as positive integers.
+// Each sample reads the kernel's whole list, and c_context_set_timer() takes times as positive integers.
 static const uint32_t kShortest = 10;
 static const uint32_t kLongest = INT32_MAX;
 
@@ -24,7 +24,7 @@ static int read_setting(const char* name, uint32_t* number) {
   return result;
 }
 
-// Takes over all settings or none.
+// Replaces all settings or none.
 static int load_settings(void) {
   struct settings fresh;
   int result = read_setting(kInterval, &fresh.interval);
@@ -32,27 +32,28 @@ static int load_settings(void) {
   if (result != C_RESULT_OK) return result;
 
   if (fresh.interval < kShortest || fresh.interval > kLongest) {
-    c_log_record("traffic", C_LOG_ERROR, "an interval of %" PRIu32 " ms is refused", fresh.interval);
+    c_log_record("traffic", C_LOG_ERROR, "an interval of %" PRIu32 " ms is out of range", fresh.interval);
     return C_RESULT_PARAM;
   }
   g_settings = fresh;
-  c_log_record("traffic", C_LOG_INFO, "every %" PRIu32 " ms, limit %" PRIu32 " B/s", fresh.interval,
+  c_log_record("traffic", C_LOG_INFO, "sampling every %" PRIu32 " ms, limit %" PRIu32 " B/s", fresh.interval,
                fresh.limit);
   return C_RESULT_OK;
 }
 
-// Settings that cannot be used must not be saved: the next start would fail on them.
-static void restore_interval(void) {
+// Invalid settings must not be saved, because the next start would fail.
+static void revert_interval(void) {
   int result = c_cfm_set_value(kInterval, 0, "uint", &g_settings.interval, sizeof g_settings.interval);
-  if (result != C_RESULT_OK) c_log_record("traffic", C_LOG_ERROR, "interval not restored: result %d", result);
+  if (result != C_RESULT_OK)
+    c_log_record("traffic", C_LOG_ERROR, "cannot revert the interval: result %d", result);
 }
 
 static int on_changed(void* user, int id, const char* instance, int operation, const char* leaf) {
   (void)user, (void)id, (void)operation;
-  c_log_record("traffic", C_LOG_INFO, "told that %s%s changed", instance, leaf);
+  c_log_record("traffic", C_LOG_INFO, "%s%s changed", instance, leaf);
   int result = load_settings();
   if (result == C_RESULT_OK) g_changed();
-  if (result == C_RESULT_PARAM) restore_interval();
+  if (result == C_RESULT_PARAM) revert_interval();
   return result;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The traffic module: counters in the configuration tree, and events when an interface has too much to do.
+// The traffic module: counters in the configuration tree, and events when the rate of an interface exceeds a
+// limit.
 #include <stddef.h>
 
 #include "counters.h"
@@ -17,7 +18,7 @@ static void ignore(const struct counters* counters, void* arg) {
 
 static int prepare(void) {
   int result = counters_read(ignore, NULL);
-  if (result != C_RESULT_OK) c_log_record("traffic", C_LOG_ERROR, "the kernel gives no counters");
+  if (result != C_RESULT_OK) c_log_record("traffic", C_LOG_ERROR, "cannot read the kernel's counters");
   return result;
 }
 
@@ -26,12 +27,12 @@ static int sample(void) {
   return sampling_start(settings->interval, settings->limit);
 }
 
-static void sample_anew(void) {
-  (void)sample();  // has told what is wrong
+static void sample_now(void) {
+  (void)sample();  // logs its errors
 }
 
 static int start(void) {
-  int result = settings_start(sample_anew);
+  int result = settings_start(sample_now);
   if (result == C_RESULT_OK) values_provide();
   return result;
 }
@@ -48,5 +49,5 @@ const struct service g_service = {
     .start = start,
     .run = sample,
     .stop = stop,
-    .refresh = sample_anew,  // the first sample comes at once
+    .refresh = sample_now,  // takes a sample at once
 };

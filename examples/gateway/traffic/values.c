@@ -12,7 +12,7 @@
 
 enum { NUMBER_SIZE = sizeof "18446744073709551615" };
 
-// Counters do not fit the tree's 32-bit types: they stand in it as texts.
+// The counters do not fit the tree's 32-bit types, so their leaves are strings.
 static const struct leaf {
   const char* name;
   size_t offset;
@@ -23,7 +23,7 @@ static const struct leaf {
     {"TxPackets", offsetof(struct counters, tx_packets)},
 };
 
-// The text is empty if there is no such leaf, or no such interface any more.
+// The string is empty if the leaf or the interface does not exist.
 static void format_counter(char* text, const char* leaf, const char* interface) {
   struct counters counters;
   text[0] = '\0';
@@ -40,7 +40,7 @@ static void answer_number(void* handle, const char* type, uint32_t number) {
   c_cfm_data_provider_set(handle, type, (char*)&number);
 }
 
-// Always answers: else the answer to the request before would be given again.
+// Always answers; without an answer, the reader would get the answer to the previous request.
 static void provide(int id, const char* instance, const char* leaf, void* user, void* handle) {
   (void)id, (void)user;
   const struct meter* meter = meters_find(instance);

@@ -24,10 +24,10 @@ TEST(ValueKindTest, NamesAreComparedWhole) {
 }
 
 TEST(WordTextTest, IsDecimalWithASign) {
-  EXPECT_EQ(wordText(0), "0");
-  EXPECT_EQ(wordText(-5), "-5");
-  EXPECT_EQ(wordText(std::numeric_limits<std::int32_t>::max()), "2147483647");
-  EXPECT_EQ(wordText(std::numeric_limits<std::int32_t>::min()), "-2147483648");
+  EXPECT_STREQ(WordText(0).c_str(), "0");
+  EXPECT_STREQ(WordText(-5).c_str(), "-5");
+  EXPECT_STREQ(WordText(std::numeric_limits<std::int32_t>::max()).c_str(), "2147483647");
+  EXPECT_STREQ(WordText(std::numeric_limits<std::int32_t>::min()).c_str(), "-2147483648");
 }
 
 }  // namespace

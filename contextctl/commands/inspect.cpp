@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "contextctl/commands/commands.h"
+
+#include <memory>
+
+#include "contextctl/commands/command_set.h"
+#include "contextctl/inspect/inspect.h"
+
+namespace contextctl {
+namespace {
+
+struct Arguments {
+  InspectOptions options;
+  std::string kind = "context";
+};
+
+ExitStatus inspectLibrary(const Session& session, const Arguments& arguments) {
+  InspectOptions options = arguments.options;
+  options.kind = arguments.kind == "module" ? LibraryKind::kModule : LibraryKind::kContext;
+  options.seconds = session.seconds();
+  const Report report = inspect(options);
+  (session.json() ? printJson : print)(report, session.out());
+  return fits(report) ? kExitOk : kExitNo;
+}
+
+}  // namespace
+
+void addInspectCommand(CommandSet& commands) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App* command =
+      commands.add(commands.app(), "inspect", "Check whether a context or module library fits libcpp2c",
+                   "  contextctl inspect libcontext_proxy.so\n"
+                   "  contextctl inspect --live --kind module ./libmodule.so\n"
+                   "  contextctl inspect --against mips/libcpp2c.so --sysroot mips/root libmodule.so",
+                   [=](const Session& session) { return inspectLibrary(session, *arguments); });
+  InspectOptions& options = arguments->options;
+  addArgument(command, "LIBRARY", options.library, "Library file")->required();
+  command
+      ->add_option("--against", options.against, "The libcpp2c.so to fit; default: the one on this machine")
+      ->type_name("LIBRARY");
+  command->add_option("--library-path", options.library_path, "Folders to search for libraries first")
+      ->type_name("FOLDER:...");
+  command->add_option("--sysroot", options.sysroot, "Root folder of another machine's file system")
+      ->type_name("FOLDER");
+  command->add_option("--kind", arguments->kind, "Kind of the library; default: context")
+      ->type_name("context|module")
+      ->check(isOneOf({"context", "module"}));
+  command->add_flag("--live", options.live, "Load it in a separate process and list its operations");
+}
+
+}  // namespace contextctl

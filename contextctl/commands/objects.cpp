@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include "contextctl/commands/commands.h"
+
+#include <memory>
+#include <optional>
+#include <ostream>
+
+#include "contextctl/commands/command_set.h"
+#include "util/text.h"
+
+namespace contextctl {
+namespace {
+
+void listInstances(const Session& session, const std::string& object) {
+  const Answer answer = session.connection().get("/instances", {{"object", object}});
+  session.show(answer, [&](std::ostream& out) {
+    for (const std::string& name : answer.stringArray("instances")) out << util::printable(name) << '\n';
+  });
+}
+
+void addInstance(const Session& session, const std::string& name) {
+  session.show(session.connection().post("/instances", {{"name", name}}));
+}
+
+void deleteInstance(const Session& session, const std::string& name) {
+  session.show(session.connection().remove("/instances", {{"name", name}}));
+}
+
+void showAttribute(const Session& session, const std::string& object) {
+  const Answer answer = session.connection().get("/attribute", {{"object", object}});
+  session.show(answer, [&](std::ostream& out) { out << answer.record.text("attribute") << '\n'; });
+}
+
+void setAttribute(const Session& session, const std::string& object, int value) {
+  session.show(session.connection().put("/attribute", {{"object", object}, {"value", std::int64_t{value}}}));
+}
+
+void addInstances(CommandSet& commands) {
+  const auto object = std::make_shared<std::string>();
+  CLI::App* instances = commands.add(commands.app(), "instances", "List the instances of an object",
+                                     "  contextctl instances Device.Interfaces.",
+                                     [=](const Session& session) { listInstances(session, *object); });
+  addArgument(instances, "OBJECT", *object, "Name or number of the object")->required();
+}
+
+using InstanceCommand = void (*)(const Session& session, const std::string& name);
+
+void addInstanceCommand(CommandSet& commands, const std::string& name, const std::string& purpose,
+                        InstanceCommand run) {
+  const auto instance = std::make_shared<std::string>();
+  CLI::App* command =
+      commands.add(commands.app(), name, purpose, "  contextctl " + name + " Device.Interfaces.wlan0.",
+                   [=](const Session& session) { run(session, *instance); });
+  addArgument(command, "INSTANCE", *instance, "Full name of the instance")->required();
+}
+
+void addAttribute(CommandSet& commands) {
+  struct Arguments {
+    std::string object;
+    std::optional<int> attribute;
+  };
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App* attribute = commands.add(
+      commands.app(), "attribute", "Print or set the attribute of an object",
+      "  contextctl attribute Device.Interfaces.\n  contextctl attribute 100 3", [=](const Session& session) {
+        if (arguments->attribute) {
+          setAttribute(session, arguments->object, *arguments->attribute);
+        } else {
+          showAttribute(session, arguments->object);
+        }
+      });
+  addArgument(attribute, "OBJECT", arguments->object, "Name or number of the object")->required();
+  addArgument(attribute, "ATTRIBUTE", arguments->attribute, "New attribute, an integer")->check(isInteger());
+}
+
+}  // namespace
+
+void addObjectCommands(CommandSet& commands) {
+  addInstances(commands);
+  addInstanceCommand(commands, "add", "Add an instance", addInstance);
+  addInstanceCommand(commands, "del", "Delete an instance", deleteInstance);
+  addAttribute(commands);
+}
+
+}  // namespace contextctl

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "contextctl/connection/transfer.h"
+
+#include <string.h>
+
+#include "contextctl/output/durations.h"
+#include "contextctl/system/deadline.h"
+#include "contextctl/system/failure.h"
+
+namespace contextctl {
+namespace {
+
+std::string queryText(CURL* handle, const Query& query) {
+  std::string text;
+  for (const auto& [name, value] : query) {
+    if (value.empty()) continue;
+    const std::unique_ptr<char, decltype(&curl_free)> escaped(
+        curl_easy_escape(handle, value.data(), static_cast<int>(value.size())), curl_free);
+    text += (text.empty() ? '?' : '&') + name + '=' + escaped.get();
+  }
+  return text;
+}
+
+}  // namespace
+
+Transfer::Transfer(const std::string& socket, double seconds, const std::string& path, const Query& query,
+                   OnBytes on_bytes)
+    : socket_(socket),
+      seconds_(seconds),
+      on_bytes_(std::move(on_bytes)),
+      handle_(curl_easy_init(), curl_easy_cleanup),
+      headers_(nullptr, curl_slist_free_all) {
+  const std::string url = "http://context" + path + queryText(handle(), query);
+  set(CURLOPT_URL, url.c_str());
+  set(CURLOPT_UNIX_SOCKET_PATH, socket_.c_str());
+  set(CURLOPT_PROXY, "");  // ignore the proxies of the environment
+  set(CURLOPT_NOSIGNAL, 1L);
+  set(CURLOPT_WRITEFUNCTION, &Transfer::write);
+  set(CURLOPT_WRITEDATA, this);
+  set(CURLOPT_CONNECTTIMEOUT_MS, Deadline(seconds).millisecondsLeft() + 0L);
+}
+
+void Transfer::setRequest(const std::string& method, const std::string& body) {
+  set(CURLOPT_CUSTOMREQUEST, method.c_str());
+  if (body.empty()) return;
+  headers_.reset(curl_slist_append(headers_.release(), "Content-Type: application/json"));
+  headers_.reset(curl_slist_append(headers_.release(), "Expect:"));
+  set(CURLOPT_HTTPHEADER, headers_.get());
+  set(CURLOPT_POSTFIELDSIZE, static_cast<long>(body.size()));
+  set(CURLOPT_COPYPOSTFIELDS, body.c_str());
+}
+
+void Transfer::limitTotalTime() {
+  set(CURLOPT_TIMEOUT_MS, Deadline(seconds_).millisecondsLeft() + 0L);
+}
+
+long Transfer::status() const {
+  long status = 0;
+  curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
+  return status;
+}
+
+// An exception must not pass through the C library: it is kept until the library has returned.
+size_t Transfer::write(char* bytes, size_t one, size_t size, void* user) {
+  auto& self = *static_cast<Transfer*>(user);
+  try {
+    self.on_bytes_({bytes, one * size});
+    return one * size;
+  } catch (...) {
+    self.thrown_ = std::current_exception();
+    return 0;
+  }
+}
+
+void Transfer::rethrow() const {
+  if (thrown_) std::rethrow_exception(thrown_);
+}
+
+void Transfer::fail(CURLcode code) const {
+  if (code == CURLE_OPERATION_TIMEDOUT) failTimeout();
+  long reason = 0;
+  curl_easy_getinfo(handle(), CURLINFO_OS_ERRNO, &reason);
+  if (code == CURLE_COULDNT_CONNECT)
+    throw Failure(kExitNoAnswer, "no context at " + socket_ + ": " + strerror(static_cast<int>(reason)));
+  throw Failure(kExitNoAnswer, "no answer from " + socket_ + ": " + curl_easy_strerror(code));
+}
+
+void Transfer::failTimeout() const {
+  throw Failure(kExitNoAnswer, "no answer from " + socket_ + " within " + secondsText(seconds_));
+}
+
+}  // namespace contextctl

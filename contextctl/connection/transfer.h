@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#ifndef CPP2C_CONTEXTCTL_CONNECTION_TRANSFER_H
+#define CPP2C_CONTEXTCTL_CONNECTION_TRANSFER_H
+
+#include <curl/curl.h>
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "contextctl/connection/message.h"
+
+namespace contextctl {
+
+// One HTTP request. `on_bytes` receives the body of the answer piece by piece.
+class Transfer {
+ public:
+  using OnBytes = std::function<void(std::string_view bytes)>;
+
+  Transfer(const std::string& socket, double seconds, const std::string& path, const Query& query,
+           OnBytes on_bytes);
+  Transfer(const Transfer&) = delete;
+  Transfer& operator=(const Transfer&) = delete;
+
+  void setRequest(const std::string& method, const std::string& body);
+  void limitTotalTime();
+  CURL* handle() const { return handle_.get(); }
+  long status() const;
+  void rethrow() const;                         // the exception that `on_bytes` threw, if any
+  [[noreturn]] void fail(CURLcode code) const;  // the transfer failed
+  [[noreturn]] void failTimeout() const;
+
+ private:
+  static size_t write(char* bytes, size_t one, size_t size, void* user);
+
+  template <typename T>
+  void set(CURLoption option, T value) {
+    curl_easy_setopt(handle_.get(), option, value);
+  }
+
+  std::string socket_;
+  double seconds_;
+  OnBytes on_bytes_;
+  std::exception_ptr thrown_;
+  std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle_;
+  std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers_;
+};
+
+}  // namespace contextctl
+
+#endif

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "host/state/open_state_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "include_c"
+#include "util/text.h"
+
+namespace host {
+namespace {
+
+constexpr int kApplicationId = 0x63707032;
+constexpr int kVersion = 1;
+
+constexpr const char* kCreate[] = {
+    "CREATE TABLE product (name TEXT NOT NULL) STRICT",
+    "CREATE TABLE attribute (object TEXT PRIMARY KEY, value INTEGER NOT NULL) STRICT, WITHOUT ROWID",
+    "CREATE TABLE instance (name TEXT PRIMARY KEY, present INTEGER NOT NULL) STRICT, WITHOUT ROWID",
+    R"(CREATE TABLE value (instance TEXT, leaf TEXT, type TEXT NOT NULL, value TEXT NOT NULL,
+                           PRIMARY KEY (instance, leaf)) STRICT, WITHOUT ROWID)",
+    "PRAGMA application_id = 0x63707032",
+    "PRAGMA user_version = 1",
+};
+
+[[noreturn]] void fail(int code, const std::string& file, const std::string& what) {
+  throw util::Error(code, file + ": " + what);
+}
+
+// The file may contain secrets, so only its owner may read it. An existing file is not even opened here:
+// closing it again would drop the locks that this process may hold on it.
+void createFile(const std::string& file) {
+  const int descriptor = open(file.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (descriptor != -1) {
+    close(descriptor);
+  } else if (errno != EEXIST) {
+    fail(C_RESULT_SYSTEM_CALL, file, std::string("cannot be created: ") + std::strerror(errno));
+  }
+}
+
+// An empty file, or one whose creation was interrupted.
+bool isNew(Database& database) {
+  return database.number("PRAGMA application_id") == 0 &&
+         database.number("SELECT count(*) FROM sqlite_schema") == 0;
+}
+
+void create(Database& database, const std::string& product) {
+  for (const char* sql : kCreate) database.execute(sql);
+  Statement(database, "INSERT INTO product VALUES (?)").run(product);
+}
+
+void checkOwner(Database& database, const std::string& file, const std::string& product) {
+  if (database.number("PRAGMA application_id") != kApplicationId) {
+    fail(C_RESULT_PARAM, file, "is not a state file, but another program's database");
+  }
+  const int version = database.number("PRAGMA user_version");
+  if (version != kVersion) {
+    fail(C_RESULT_PARAM, file,
+         "has format version " + std::to_string(version) + "; supported: " + std::to_string(kVersion));
+  }
+  const std::string owner = database.text("SELECT name FROM product");
+  if (owner != product)
+    fail(C_RESULT_PARAM, file, "belongs to " + util::quoted(owner) + ", not to " + util::quoted(product));
+}
+
+// In this mode the lock of the transaction stays after it. It is taken before anything is read, so that only
+// one of two processes gets it.
+void claim(Database& database, const std::string& file, const std::string& product) {
+  database.execute("PRAGMA locking_mode = EXCLUSIVE");
+  Transaction transaction(database);
+  if (isNew(database)) {
+    create(database, product);
+  } else {
+    checkOwner(database, file, product);
+  }
+  transaction.commit();
+}
+
+}  // namespace
+
+Database openStateFile(const std::string& file, const std::string& product) {
+  createFile(file);
+  Database database(file);
+  if (database.isReadOnly()) fail(C_RESULT_SYSTEM_CALL, file, "the file or its folder is read-only");
+  claim(database, file, product);
+  if (database.text("PRAGMA quick_check(1)") != "ok") fail(C_RESULT_PARAM, file, "is damaged");
+
+  // With these two, a save is one write to one file, which is on the disk when it returns.
+  if (database.text("PRAGMA journal_mode = WAL") != "wal") {
+    fail(C_RESULT_SYSTEM_CALL, file, "cannot create a journal beside it");
+  }
+  database.execute("PRAGMA synchronous = FULL");
+  return database;
+}
+
+}  // namespace host

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "tests/contextctl/commands/answers.h"
+#include "tests/contextctl/contextctl_test.h"
+
+namespace contextctl {
+namespace {
+
+using ContextCommandsTest = ContextctlTest;
+
+TEST_F(ContextCommandsTest, SavePrintsNothing) {
+  context.answer("POST /save", kDone);
+  expectOutput({"save"}, "");
+  EXPECT_EQ(context.requests(), Requests{"POST /save {}"});
+}
+
+TEST_F(ContextCommandsTest, SaveReportsWhyItFailed) {
+  context.answer("POST /save", R"({"result":-1022,"error":"no state file"})", 503);
+  expectFailure({"save"}, 1, "no state file");
+}
+
+TEST_F(ContextCommandsTest, StopPrintsNothing) {
+  context.answer("POST /stop", kDone);
+  expectOutput({"stop"}, "");
+}
+
+TEST_F(ContextCommandsTest, ModulesArePrintedAsATable) {
+  context.answer("GET /modules", R"({"modules":[{"library":"./libnet.so","state":"running"},)"
+                                 R"({"library":"libwifi.so","state":"failed"}],"state":"running"})");
+  expectOutput({"modules"},
+               "State: running\n"
+               "LIBRARY      STATE\n"
+               "./libnet.so  running\n"
+               "libwifi.so   failed\n");
+}
+
+TEST_F(ContextCommandsTest, RegistrationsArePrintedAsATable) {
+  context.answer("GET /registrations", kRegistrations);
+  expectOutput({"registrations"},
+               "KIND   KEY  FUNCTION   LOCATION    COUNT  TOTAL MS  LONGEST MS  LAST MS  RESULT\n"
+               "fd     7    read_line  hello.c:20  2      0.500     0.400       0.100    0\n"
+               "timer  1    tick                   10     12.250    3.000       1.000    -1023\n");
+}
+
+TEST_F(ContextCommandsTest, StatisticsArePrintedAsATable) {
+  context.answer("GET /statistics", kStatistics);
+  expectOutput({"stats"},
+               "FIGURE       VALUE\n"
+               "program      hello\n"
+               "process      42\n"
+               "running for  1 day 02:03:04\n"
+               "clock        real\n"
+               "calls        7\n"
+               "busy ms      1.500\n"
+               "longest ms   0.300\n"
+               "events       2\n"
+               "changes      3\n"
+               "clients      1\n");
+}
+
+TEST_F(ContextCommandsTest, StatsWritesATrace) {
+  context.answer("GET /statistics", kStatistics);
+  context.answer("GET /trace", R"({"traceEvents":[]})");
+  EXPECT_EQ(run({"stats", "--trace", folder.file("trace.json")}).status, 0);
+  EXPECT_EQ(folder.read("trace.json"), R"({"traceEvents":[]})");
+}
+
+TEST_F(ContextCommandsTest, AStatisticThatIsNotANumberIsAFailure) {
+  context.answer("GET /statistics", R"({"pid":42,"program":"hello","uptimeMs":"long"})");
+  expectFailure({"stats"}, 3, "invalid answer from the context: \"uptimeMs\" is not a number");
+}
+
+}  // namespace
+}  // namespace contextctl

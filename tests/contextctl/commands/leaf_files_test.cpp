@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include <sys/stat.h>
+
+#include "tests/contextctl/contextctl_test.h"
+
+namespace contextctl {
+namespace {
+
+class LeafFilesTest : public ContextctlTest {
+ protected:
+  // `password` is a JSON value.
+  static std::string tree(const std::string& password) {
+    return R"({"leaves":[{"name":"Host","type":"str","value":"router","computed":false},)"
+           R"({"name":"Key","type":"pwd","value":)" +
+           password +
+           R"(,"computed":false},{"name":"Mtu","type":"uint","value":"1500","computed":false},)"
+           R"({"name":"Up","type":"bool","value":"1","computed":true}]})";
+  }
+
+  void SetUp() override {
+    context.answer("GET /tree", tree("null"));
+    context.answer("GET /tree?reveal=true", tree("\"secret\""));
+    context.answer("PUT /leaf", kDone);
+  }
+
+  std::string file(const std::string& text) const { return folder.write("leaves.json", text); }
+};
+
+TEST_F(LeafFilesTest, ExportLeavesOutPasswordsAndComputedValues) {
+  expectOutput({"export"},
+               "{\n"
+               "  \"Host\": {\n"
+               "    \"type\": \"str\",\n"
+               "    \"value\": \"router\"\n"
+               "  },\n"
+               "  \"Mtu\": {\n"
+               "    \"type\": \"uint\",\n"
+               "    \"value\": \"1500\"\n"
+               "  }\n"
+               "}\n");
+}
+
+TEST_F(LeafFilesTest, ExportIncludesPasswordsWithReveal) {
+  EXPECT_NE(run({"export", "--reveal"}).out.find("\"value\": \"secret\""), std::string::npos);
+}
+
+TEST_F(LeafFilesTest, ExportWritesAFile) {
+  expectOutput({"export", "", folder.file("all.json")}, "");
+  EXPECT_EQ(folder.read("all.json"), run({"export"}).out);
+}
+
+TEST_F(LeafFilesTest, ExportCreatesAFileForItsOwnerOnly) {
+  run({"export", "", folder.file("all.json")});
+  struct stat status = {};
+  ASSERT_EQ(stat(folder.file("all.json").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600u);
+}
+
+TEST_F(LeafFilesTest, ExportReportsThatAFileCannotBeWritten) {
+  expectFailure({"export", "", folder.path()}, 3, folder.path() + ": Is a directory");
+}
+
+TEST_F(LeafFilesTest, AnExportDoesNotDifferFromTheContext) {
+  run({"export", "", folder.file("all.json")});
+  expectOutput({"diff", folder.file("all.json")}, "");
+}
+
+TEST_F(LeafFilesTest, DiffPrintsTheDifferences) {
+  const std::string other =
+      file(R"({"Host":{"type":"str","value":"switch"},"Mtu":{"type":"uint","value":"1500"}})");
+  expectOutcome(run({"diff", other}), 1,
+                "NAME  CONTEXT  FILE\n"
+                "Host  router   switch\n",
+                "");
+}
+
+TEST_F(LeafFilesTest, DiffHidesPasswords) {
+  expectOutcome(run({"diff", file(R"({"Key":{"type":"pwd","value":"other"}})")}), 1,
+                "NAME  CONTEXT   FILE\n"
+                "Key   (hidden)  (hidden)\n",
+                "");
+}
+
+TEST_F(LeafFilesTest, DiffShowsPasswordsWithReveal) {
+  expectOutcome(run({"diff", "--reveal", file(R"({"Key":{"type":"pwd","value":"other"}})")}), 1,
+                "NAME  CONTEXT  FILE\n"
+                "Key   secret   other\n",
+                "");
+}
+
+TEST_F(LeafFilesTest, DiffPrintsJson) {
+  const std::string other =
+      file(R"({"Host":{"type":"str","value":"x"},"Key":{"type":"pwd","value":"other"}})");
+  expectOutcome(run({"diff", "--json", other}), 1,
+                "{\"differences\":["
+                "{\"name\":\"Host\",\"type\":\"str\",\"context\":\"router\",\"file\":\"x\"},"
+                "{\"name\":\"Key\",\"type\":\"pwd\",\"context\":null,\"file\":null}]}\n",
+                "");
+}
+
+TEST_F(LeafFilesTest, DiffChangesNothing) {
+  run({"diff", file(R"({"Host":{"type":"str","value":"switch"}})")});
+  EXPECT_EQ(context.requests(), Requests{"GET /tree?reveal=true"});
+}
+
+TEST_F(LeafFilesTest, ImportSetsAndPrintsTheDifferences) {
+  const std::string other =
+      file(R"({"Host":{"type":"str","value":"switch"},"Mtu":{"type":"uint","value":"1500"}})");
+  expectOutput({"import", other}, "NAME  CONTEXT  FILE\nHost  router   switch\n");
+  EXPECT_EQ(context.requests(),
+            (Requests{"GET /tree?reveal=true", R"(PUT /leaf {"name":"Host","value":"switch"})"}));
+}
+
+TEST_F(LeafFilesTest, ImportSetsNothingIfAnyLeafConflicts) {
+  const std::string other =
+      file(R"({"Host":{"type":"str","value":"switch"},"Nobody":{"type":"str","value":""},)"
+           R"("Mtu":{"type":"int","value":"1"},"Up":{"type":"bool","value":"0"}})");
+  expectOutcome(run({"import", other}), 1, "",
+                "contextctl: Nobody: unknown leaf\n"
+                "contextctl: Mtu: the type is uint, not int\n"
+                "contextctl: Up: a computed leaf cannot be set\n");
+  EXPECT_EQ(context.requests(), Requests{"GET /tree?reveal=true"});
+}
+
+TEST_F(LeafFilesTest, ImportReportsHowManyLeavesAreSet) {
+  context.answer("PUT /leaf", R"({"result":-1023,"error":"too small"})", 400);
+  const std::string other = file(R"({"Host":{"type":"str","value":"x"},"Mtu":{"type":"uint","value":"1"}})");
+  expectFailure({"import", other}, 1, "Host: too small; leaves set before: 0 of 2");
+}
+
+TEST_F(LeafFilesTest, AFileThatIsNotJsonIsAFailure) {
+  expectFailure({"import", file("{")}, 3, folder.file("leaves.json") + ":1:2: not valid JSON");
+}
+
+TEST_F(LeafFilesTest, AnErrorInAFileIsReportedByItsLine) {
+  expectFailure({"diff", file("{\n  \"Host\": x}")}, 3, folder.file("leaves.json") + ":2:11: not valid JSON");
+}
+
+TEST_F(LeafFilesTest, AFileThatIsNotAnObjectIsAFailure) {
+  expectFailure(
+      {"diff", file("[]")}, 3,
+      folder.file("leaves.json") + R"(: not an object of leaves: {"NAME": {"type": "...", "value": "..."}})");
+}
+
+TEST_F(LeafFilesTest, ANumberOutOfRangeIsAFailure) {
+  expectFailure({"import", file(R"({"Mtu":1e999})")}, 3,
+                folder.file("leaves.json") + ": a number is out of range");
+}
+
+TEST_F(LeafFilesTest, ALeafOfAnotherFormIsAFailure) {
+  expectFailure(
+      {"import", file(R"({"Host":"switch"})")}, 3,
+      folder.file("leaves.json") + R"(: "Host" is not of the form {"type": "...", "value": "..."})");
+}
+
+TEST_F(LeafFilesTest, AMissingFileIsAFailure) {
+  expectFailure({"diff", "/nowhere.json"}, 3, "/nowhere.json: No such file or directory");
+}
+
+}  // namespace
+}  // namespace contextctl

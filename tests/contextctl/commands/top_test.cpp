@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include <signal.h>
+
+#include "tests/contextctl/commands/answers.h"
+#include "tests/contextctl/contextctl_test.h"
+
+namespace contextctl {
+namespace {
+
+class TopTest : public ContextctlTest {
+ protected:
+  void SetUp() override {
+    context.answer("GET /statistics", kStatistics);
+    context.answer("GET /registrations", kRegistrations);
+  }
+};
+
+TEST_F(TopTest, TheCostliestRegistrationComesFirst) {
+  expectOutput({"top", "--count", "1"},
+               "hello (42), running for 1 day 02:03:04, 7 calls, busy for 1.500 ms\n"
+               "RECENT MS  RECENT COUNT  TOTAL MS  COUNT  LONGEST MS  KIND   KEY  FUNCTION\n"
+               "12.250     10            12.250    10     3.000       timer  1    tick\n"
+               "0.500      2             0.500     2      0.400       fd     7    read_line\n");
+}
+
+TEST_F(TopTest, RecentCostsAreThoseSinceThePreviousSample) {
+  const Outcome outcome = run({"top", "--count", "2", "--interval", "0.01"});
+  EXPECT_NE(outcome.out.find("\n\nhello (42)"), std::string::npos);
+  EXPECT_NE(outcome.out.find("0.000      0             12.250    10     3.000       timer"),
+            std::string::npos);
+  EXPECT_EQ(outcome.status, 0);
+}
+
+TEST_F(TopTest, JsonPrintsOneLinePerSample) {
+  context.answer("GET /statistics", R"({"pid":42})");
+  context.answer("GET /registrations", R"({"registrations":[]})");
+  const std::string line = "{\"statistics\":{\"pid\":42},\"registrations\":[]}\n";
+  expectOutput({"top", "--count", "2", "--interval", "0.01", "--json"}, line + line);
+}
+
+TEST_F(TopTest, CtrlCEndsItWithSuccess) {
+  const Outcome outcome =
+      run({"top", "--interval", "3600"}, [](pid_t process, const Outcome&) { kill(process, SIGINT); });
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.status, 0);
+}
+
+}  // namespace
+}  // namespace contextctl

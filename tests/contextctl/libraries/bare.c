@@ -1,9 +1,0 @@
-// SPDX-License-Identifier: MIT
-// A library without entry points.
-#include "tests/contextctl/libraries/entry_points.h"
-
-EXPORTED int bare(void);
-
-int bare(void) {
-  return 1;
-}

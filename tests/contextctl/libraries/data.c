@@ -1,6 +1,0 @@
-// SPDX-License-Identifier: MIT
-// An entry point that is no function.
-#define EXPORTED __attribute__((visibility("default")))
-
-EXPORTED int getInstance = 1;
-EXPORTED int relInstance = 1;

@@ -1,9 +1,0 @@
-// SPDX-License-Identifier: MIT
-// A string in its current layout, whatever the rest is built with.
-#undef _GLIBCXX_USE_CXX11_ABI
-#define _GLIBCXX_USE_CXX11_ABI 1
-#include <string>
-
-__attribute__((visibility("default"))) void takeString(std::string text);
-
-void takeString(std::string) {}

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "host/process/processes.h"
+
+#include <sys/resource.h>
+
+#include <csignal>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "include_c"
+#include "tests/host/support/recording_log.h"
+#include "tests/support/printed_text.h"
+#include "tests/support/temporary_folder.h"
+
+namespace host {
+namespace {
+
+using Records = std::vector<std::string>;
+
+class ProcessesTest : public testing::Test {
+ protected:
+  RecordingLog log_;
+  Processes processes_{log_};
+};
+
+TEST_F(ProcessesTest, ExitStatusIsGiven) {
+  EXPECT_EQ(processes_.run("true"), 0);
+  EXPECT_EQ(processes_.run("exit 42"), 42);
+  EXPECT_EQ(processes_.runLogged("exit 42"), 42);
+}
+
+TEST_F(ProcessesTest, CommandThatIsNotFoundGivesTheShellsStatus) {
+  PrintedText printed;
+  EXPECT_EQ(processes_.run("no-such-command"), 127);
+}
+
+TEST_F(ProcessesTest, SignalIsAddedToItsBase) {
+  EXPECT_EQ(processes_.run("kill -TERM $$"), 128 + SIGTERM);
+  EXPECT_EQ(processes_.runLogged("kill -KILL $$"), 128 + SIGKILL);
+}
+
+TEST_F(ProcessesTest, NullIsRefused) {
+  EXPECT_EQ(processes_.run(nullptr), C_RESULT_PARAM);
+  EXPECT_EQ(processes_.runLogged(nullptr), C_RESULT_PARAM);
+}
+
+TEST_F(ProcessesTest, EmptyCommandSucceeds) {
+  EXPECT_EQ(processes_.run(""), 0);
+}
+
+TEST_F(ProcessesTest, ShellReadsTheCommand) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(processes_.run(("echo one | tr o O >" + folder.file("out")).c_str()), 0);
+  EXPECT_EQ(folder.read("out"), "One\n");
+}
+
+TEST_F(ProcessesTest, WhatThisProgramPrintedComesFirst) {
+  PrintedText printed;
+  std::printf("first ");
+  processes_.run("printf second");
+  EXPECT_EQ(printed.standardOutput(), "first second");
+}
+
+TEST_F(ProcessesTest, OutputIsLoggedLineByLine) {
+  PrintedText printed;
+  processes_.runLogged("echo one; echo; printf three");
+  EXPECT_EQ(log_.records, (Records{"6 command: one\n", "6 command: \n", "6 command: three"}));
+  EXPECT_EQ(printed.standardOutput(), "");
+}
+
+TEST_F(ProcessesTest, OutputOfAPlainCommandIsNotLogged) {
+  PrintedText printed;
+  processes_.run("echo one");
+  EXPECT_EQ(log_.records, Records{});
+  EXPECT_EQ(printed.standardOutput(), "one\n");
+}
+
+TEST_F(ProcessesTest, LongLineIsLoggedWhole) {
+  processes_.runLogged("printf %05000d 0");
+  EXPECT_EQ(log_.records, Records{"6 command: " + std::string(5000, '0')});
+}
+
+TEST_F(ProcessesTest, CommandThatCannotBeRunIsRefused) {
+  std::signal(SIGCHLD, SIG_IGN);  // the end of a command is then not told
+  EXPECT_EQ(processes_.run("true"), C_RESULT_SYSTEM_CALL);
+  EXPECT_EQ(processes_.runLogged("true"), C_RESULT_SYSTEM_CALL);
+  std::signal(SIGCHLD, SIG_DFL);
+}
+
+TEST_F(ProcessesTest, WithoutDescriptorsOutputCannotBeTaken) {
+  rlimit limit = {};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+  const rlimit none = {0, limit.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &none);
+  const int result = processes_.runLogged("true");
+  setrlimit(RLIMIT_NOFILE, &limit);
+  EXPECT_EQ(result, C_RESULT_SYSTEM_CALL);
+}
+
+// A handler without SA_RESTART breaks off whatever the process is waiting in.
+TEST_F(ProcessesTest, SignalMeanwhileDoesNotBreakOffACommand) {
+  struct sigaction interrupting = {};
+  struct sigaction before = {};
+  interrupting.sa_handler = [](int) {};
+  sigaction(SIGUSR1, &interrupting, &before);
+  EXPECT_EQ(processes_.run("kill -USR1 $PPID; kill -USR1 $PPID; exit 3"), 3);
+  EXPECT_EQ(processes_.runLogged("kill -USR1 $PPID; sleep 0.05; echo out; exit 4"), 4);
+  sigaction(SIGUSR1, &before, nullptr);
+  EXPECT_EQ(log_.records, Records{"6 command: out\n"});
+}
+
+}  // namespace
+
+}  // namespace host

@@ -145,7 +145,7 @@ std::string defaultSocket() {
   const std::string folder = environmentVariable("XDG_RUNTIME_DIR");
   if (!named.empty()) return named;
   if (!folder.empty()) return folder + "/cpp2c.sock";
-  return getuid() == 0 ? "/run/cpp2c.sock" : "/tmp/cpp2c-" + std::to_string(getuid()) + ".sock";
+  return geteuid() == 0 ? "/run/cpp2c.sock" : "";
 }
 
 }  // namespace contextctl

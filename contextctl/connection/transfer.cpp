@@ -44,6 +44,8 @@ Transfer::Transfer(const std::string& socket, double seconds, const std::string&
   set(CURLOPT_PREREQDATA, this);
   set(CURLOPT_WRITEFUNCTION, &Transfer::write);
   set(CURLOPT_WRITEDATA, this);
+  set(CURLOPT_HEADERFUNCTION, &Transfer::countHeader);
+  set(CURLOPT_HEADERDATA, this);
   set(CURLOPT_CONNECTTIMEOUT_MS, Deadline(seconds).millisecondsLeft() + 0L);
 }
 
@@ -95,6 +97,17 @@ size_t Transfer::write(char* bytes, size_t one, size_t size, void* user) {
     self.thrown_ = std::current_exception();
     return 0;
   }
+}
+
+// The time limit of a stream ends with its status line, which precedes the headers.
+size_t Transfer::countHeader(char*, size_t one, size_t size, void* user) {
+  constexpr size_t kLargestHeaders = 64 << 10;
+  auto& self = *static_cast<Transfer*>(user);
+  self.headers_size_ += one * size;
+  if (self.headers_size_ <= kLargestHeaders) return one * size;
+  self.thrown_ = std::make_exception_ptr(
+      Failure(kExitNoAnswer, "invalid answer from the context: its headers are larger than 64 KiB"));
+  return 0;
 }
 
 void Transfer::rethrow() const {

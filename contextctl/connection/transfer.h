@@ -35,6 +35,7 @@ class Transfer {
 
  private:
   static size_t write(char* bytes, size_t one, size_t size, void* user);
+  static size_t countHeader(char* bytes, size_t one, size_t size, void* user);
   static curl_socket_t open(void* user, curlsocktype purpose, curl_sockaddr* address);
   static int checkPeer(void* user, char* peer_address, char* address, int peer_port, int port);
 
@@ -47,6 +48,7 @@ class Transfer {
   double seconds_;
   OnBytes on_bytes_;
   curl_socket_t fd_ = CURL_SOCKET_BAD;
+  size_t headers_size_ = 0;
   std::exception_ptr thrown_;
   std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle_;
   std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers_;

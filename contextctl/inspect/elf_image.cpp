@@ -7,8 +7,13 @@
 #include "contextctl/system/files.h"
 
 namespace contextctl {
+namespace {
 
-ElfImage::ElfImage(const std::string& path) : ElfImage(path, readFile(path)) {}
+constexpr size_t kLargestFile = 512;  // in MiB
+
+}  // namespace
+
+ElfImage::ElfImage(const std::string& path) : ElfImage(path, readFile(path, kLargestFile)) {}
 
 ElfImage::ElfImage(std::string path, std::string content)
     : path_(std::move(path)), content_(std::move(content)) {

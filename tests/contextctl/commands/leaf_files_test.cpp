@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <filesystem>
+
 #include "tests/contextctl/contextctl_test.h"
 
 namespace contextctl {
@@ -145,6 +148,44 @@ TEST_F(LeafFilesTest, AFileThatIsNotAnObjectIsAFailure) {
 TEST_F(LeafFilesTest, ANumberOutOfRangeIsAFailure) {
   expectFailure({"import", file(R"({"Mtu":1e999})")}, 3,
                 folder.file("leaves.json") + ": a number is out of range");
+}
+
+TEST_F(LeafFilesTest, ADeeplyNestedFileIsAFailure) {
+  expectFailure({"import", file(std::string(80000, '['))}, 3,
+                folder.file("leaves.json") + ": it is nested more than 64 levels deep");
+}
+
+TEST_F(LeafFilesTest, AFileThatIsTooLargeIsAFailure) {
+  const std::string large = file("{");
+  std::filesystem::resize_file(large, (64 << 20) + 1);
+  expectFailure({"diff", large}, 3, large + ": larger than 64 MiB");
+}
+
+TEST_F(LeafFilesTest, StandardInputThatIsTooLargeIsAFailure) {
+  const Outcome outcome = runProgram(
+      context.base(), {"sh", "-c", "yes | head -c 67108865 | " CPP2C_CONTEXTCTL " diff -"}, {}, nullptr);
+  expectOutcome(outcome, 3, "", "contextctl: standard input: larger than 64 MiB\n");
+}
+
+TEST_F(LeafFilesTest, AFileOfManyLeavesIsCompared) {
+  std::string text;
+  for (int i = 0; i < 5000; i++)
+    text += (i == 0 ? "{" : ",") + ("\"" + std::to_string(i)) + R"(":{"type":"str","value":""})";
+  const Outcome outcome = run({"diff", file(text + '}')});
+  EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 5000);
+  EXPECT_EQ(outcome.err.substr(0, outcome.err.find('\n')), "contextctl: 0: unknown leaf");
+}
+
+TEST_F(LeafFilesTest, TheLastOfEqualKeysCounts) {
+  const std::string other = file(R"({"Host":{"type":"str","value":"a"},"Host":{"type":"str","value":"b"}})");
+  expectOutcome(run({"diff", other}), 1, "NAME  CONTEXT  FILE\nHost  router   b\n", "");
+}
+
+TEST_F(LeafFilesTest, ExportEscapesEveryControlCharacter) {
+  context.answer(
+      "GET /tree",
+      R"({"leaves":[{"name":"A","type":"str","value":"\u001b\u007f\u0080\u009f\u00a0","computed":false}]})");
+  EXPECT_NE(run({"export"}).out.find("\"\\u001b\\u007f\\u0080\\u009f\xc2\xa0\""), std::string::npos);
 }
 
 TEST_F(LeafFilesTest, ALeafOfAnotherFormIsAFailure) {

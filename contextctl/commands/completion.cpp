@@ -7,6 +7,7 @@
 #include "contextctl/commands/command_set.h"
 #include "contextctl/completion/candidates.h"
 #include "contextctl/completion/scripts.h"
+#include "util/text.h"
 
 namespace contextctl {
 namespace {
@@ -15,7 +16,8 @@ ExitStatus printCandidates(const Session& session, const CLI::App& app,
                            const std::vector<std::string>& words) {
   const auto candidates = findCandidates(app, words);
   if (!candidates) return kExitNo;
-  for (const std::string& candidate : *candidates) session.out() << candidate << '\n';
+  for (const std::string& candidate : *candidates)
+    if (util::printable(candidate) == candidate) session.out() << candidate << '\n';
   return kExitOk;
 }
 

@@ -75,10 +75,19 @@ Comparison compareWithContext(const Session& session, const std::string& path) {
   return compare(file, getLeaves(session.connection(), "", true));
 }
 
+// JSON cannot contain bytes that are not UTF-8: the context writes U+FFFD instead, which would be imported.
+void requireUtf8(const Leaf& leaf) {
+  constexpr const char* kReplacement = "\xef\xbf\xbd";
+  if (leaf.value->find(kReplacement) == std::string::npos) return;
+  throw Failure(kExitNo,
+                leaf.name + ": the value cannot be exported: it has U+FFFD, or bytes that are not UTF-8");
+}
+
 void exportLeaves(const Session& session, const std::string& prefix, const std::string& file) {
   std::vector<Leaf> leaves = getLeaves(session.connection(), prefix, session.reveal());
   const auto is_left_out = [](const Leaf& leaf) { return leaf.computed || !leaf.value; };
   leaves.erase(std::remove_if(leaves.begin(), leaves.end(), is_left_out), leaves.end());
+  for (const Leaf& leaf : leaves) requireUtf8(leaf);
   if (file.empty()) {
     session.out() << formatLeaves(leaves);
   } else {

@@ -28,7 +28,8 @@ void deleteInstance(const Session& session, const std::string& name) {
 
 void showAttribute(const Session& session, const std::string& object) {
   const Answer answer = session.connection().get("/attribute", {{"object", object}});
-  session.show(answer, [&](std::ostream& out) { out << answer.record.text("attribute") << '\n'; });
+  session.show(answer,
+               [&](std::ostream& out) { out << util::printable(answer.record.text("attribute")) << '\n'; });
 }
 
 void setAttribute(const Session& session, const std::string& object, int value) {

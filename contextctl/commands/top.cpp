@@ -58,8 +58,9 @@ std::vector<Line> Sampler::update(const std::vector<Record>& registrations) {
 
 void printSample(const Session& session, const Record& statistics, const std::vector<Line>& lines) {
   std::ostream& out = session.out();
-  out << util::printable(statistics.text("program")) << " (" << statistics.text("pid") << "), running for "
-      << uptimeText(statistics.number("uptimeMs")) << ", " << statistics.text("calls") << " calls, busy for "
+  out << util::printable(statistics.text("program")) << " (" << util::printable(statistics.text("pid"))
+      << "), running for " << uptimeText(statistics.number("uptimeMs")) << ", "
+      << util::printable(statistics.text("calls")) << " calls, busy for "
       << millisecondsText(statistics.number("busyMs")) << " ms\n";
   Table table({"RECENT MS", "RECENT COUNT", "TOTAL MS", "COUNT", "LONGEST MS", "KIND", "KEY", "FUNCTION"});
   for (const Line& line : lines) {

@@ -24,6 +24,13 @@ bool isRefusal(long status) {
   return status == 400 || status == 404 || status == 409 || status == 413 || status == 503;
 }
 
+void append(std::string& answer, std::string_view bytes) {
+  constexpr size_t kLargestAnswer = 64 << 20;
+  if (bytes.size() > kLargestAnswer - answer.size())
+    throw Failure(kExitNoAnswer, "invalid answer from the context: it is larger than 64 MiB");
+  answer += bytes;
+}
+
 void requireSuccess(long status, const std::string& body) {
   if (status == 200) return;
   const std::string refusal = readRefusal(body).value_or("HTTP status " + std::to_string(status));
@@ -106,7 +113,7 @@ std::string Connection::getText(const std::string& path, const Query& query) con
 std::string Connection::request(const std::string& method, const std::string& path, const Query& query,
                                 const std::string& body) const {
   std::string answer;
-  Transfer transfer(socket_, seconds_, path, query, [&](std::string_view bytes) { answer += bytes; });
+  Transfer transfer(socket_, seconds_, path, query, [&](std::string_view bytes) { append(answer, bytes); });
   transfer.setRequest(method, body);
   transfer.limitTotalTime();
   const CURLcode code = curl_easy_perform(transfer.handle());
@@ -125,7 +132,7 @@ void Connection::follow(const std::string& path, const Query& query, const Inter
     if (current->status() == 200) {
       stream.feed(bytes);
     } else {
-      refusal += bytes;
+      append(refusal, bytes);
     }
   });
   current = &transfer;
@@ -145,7 +152,7 @@ std::string defaultSocket() {
   const std::string folder = environmentVariable("XDG_RUNTIME_DIR");
   if (!named.empty()) return named;
   if (!folder.empty()) return folder + "/cpp2c.sock";
-  return getuid() == 0 ? "/run/cpp2c.sock" : "/tmp/cpp2c-" + std::to_string(getuid()) + ".sock";
+  return geteuid() == 0 ? "/run/cpp2c.sock" : "";
 }
 
 }  // namespace contextctl

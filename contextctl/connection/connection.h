@@ -13,8 +13,9 @@ namespace contextctl {
 class Interrupt;
 
 // HTTP requests to the context behind a Unix socket. Every request throws Failure on error: kExitNo with the
-// context's own message if the context refuses it; kExitNoAnswer if there is no connection, no answer in time
-// or an invalid answer.
+// context's own message if the context refuses it; kExitUsage if the socket has no name; kExitNoAnswer if
+// there is no connection, another user's program listens there, or there is no answer in time or an invalid
+// one.
 class Connection {
  public:
   using OnItem = std::function<bool(const Answer& item)>;  // returns false to end the stream
@@ -39,7 +40,8 @@ class Connection {
   double seconds_;
 };
 
-// The socket to connect to if the user names none: CPP2C_CONTROL, or the default place for the user.
+// The socket to connect to if the user names none: CPP2C_CONTROL, or the default place for the user. Empty if
+// there is no place that only the user and root can write to.
 std::string defaultSocket();
 
 }  // namespace contextctl

@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "contextctl/system/failure.h"
 #include "util/text.h"
 
 namespace contextctl {
@@ -12,9 +13,17 @@ void EventStream::feed(std::string_view bytes) {
     if (c == '\n') {
       endLine();
     } else if (c != '\r') {
-      line_ += c;
+      append(c);
     }
   }
+}
+
+void EventStream::append(char c) {
+  constexpr size_t kLargestItem = 16 << 20;
+  if (item_.size() + line_.size() == kLargestItem)
+    throw Failure(kExitNoAnswer,
+                  "invalid answer from the context: an item of the stream is larger than 16 MiB");
+  line_ += c;
 }
 
 void EventStream::endLine() {

@@ -16,9 +16,11 @@ class EventStream {
 
   explicit EventStream(OnItem on_item) : on_item_(std::move(on_item)) {}
 
-  void feed(std::string_view bytes);  // the bytes may end anywhere
+  // The bytes may end anywhere. Throws Failure if an item is larger than 16 MiB.
+  void feed(std::string_view bytes);
 
  private:
+  void append(char c);
   void endLine();
 
   OnItem on_item_;

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "contextctl/connection/message.h"
 
-#include <nlohmann/json.hpp>
+#include <cmath>
+#include <cstdlib>
 
 #include "contextctl/system/failure.h"
+#include "contextctl/system/json.h"
 #include "util/text.h"
 
 namespace contextctl {
@@ -15,10 +17,25 @@ using Json = nlohmann::ordered_json;
   throw Failure(kExitNoAnswer, "invalid answer from the context: " + reason);
 }
 
+// Returns a discarded value if the text is not JSON. Throws JsonTooLarge.
+Json parse(const std::string& text) {
+  constexpr size_t kMostMembers = 1000;  // an object compares each key with all others
+  JsonLimits limits(kMostMembers);
+  const auto count = [&](int depth, Json::parse_event_t event, const Json&) {
+    limits.count(depth, event);
+    return true;
+  };
+  return Json::parse(text, count, false);
+}
+
 Json parseObject(const std::string& text) {
-  Json json = Json::parse(text, nullptr, false);
-  if (!json.is_object()) failAnswer("not a JSON object");
-  return json;
+  try {
+    Json json = parse(text);
+    if (!json.is_object()) failAnswer("not a JSON object");
+    return json;
+  } catch (const JsonTooLarge& error) {
+    failAnswer(std::string("it ") + error.what());
+  }
 }
 
 std::optional<std::string> textOf(const Json& value) {
@@ -43,7 +60,7 @@ void readArray(const std::string& name, const Json& array, Answer& answer) {
 }
 
 std::string lineOf(const Json& json) {
-  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return printableJson(json.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 Json toJson(const Members& members) {
@@ -55,7 +72,7 @@ Json toJson(const Members& members) {
 
 std::string utf8Line(const Json& json) {
   try {
-    return json.dump();
+    return printableJson(json.dump());
   } catch (const Json::type_error&) {
     throw Failure(kExitUsage, "a name or value is not valid UTF-8");
   }
@@ -75,9 +92,12 @@ const std::optional<std::string>& Record::value(const std::string& name) const {
 }
 
 double Record::number(const std::string& name) const {
-  const Json json = Json::parse(text(name), nullptr, false);
-  if (!json.is_number()) failAnswer(util::quoted(name) + " is not a number");
-  return json;
+  const std::string digits = text(name);
+  char* end = nullptr;
+  const double number = std::strtod(digits.c_str(), &end);
+  if (digits.empty() || *end != '\0' || !std::isfinite(number))
+    failAnswer(util::quoted(name) + " is not a number");
+  return number;
 }
 
 const std::vector<Record>& Answer::objectArray(const std::string& name) const {
@@ -99,9 +119,13 @@ Answer readAnswer(const std::string& text) {
 }
 
 std::optional<std::string> readRefusal(const std::string& text) {
-  const Json json = Json::parse(text, nullptr, false);
-  if (!json.is_object() || !json.contains("error") || !json["error"].is_string()) return std::nullopt;
-  return json["error"].get<std::string>();
+  try {
+    const Json json = parse(text);
+    if (!json.is_object() || !json.contains("error") || !json["error"].is_string()) return std::nullopt;
+    return json["error"].get<std::string>();
+  } catch (const JsonTooLarge&) {
+    return std::nullopt;
+  }
 }
 
 std::string writeObject(const Members& members) {

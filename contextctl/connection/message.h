@@ -44,7 +44,7 @@ struct Answer {
   const std::vector<std::string>& stringArray(const std::string& name) const;
 };
 
-// Throws Failure if the text is not a JSON object.
+// Throws Failure if the text is not a JSON object or exceeds the limits of JSON from elsewhere.
 Answer readAnswer(const std::string& text);
 
 // The "error" of a refusal; nullopt if the text is not a refusal.

@@ -2,7 +2,9 @@
 #include "contextctl/connection/transfer.h"
 
 #include <string.h>
+#include <sys/socket.h>
 
+#include "contextctl/connection/unix_socket.h"
 #include "contextctl/output/durations.h"
 #include "contextctl/system/deadline.h"
 #include "contextctl/system/failure.h"
@@ -30,13 +32,20 @@ Transfer::Transfer(const std::string& socket, double seconds, const std::string&
       on_bytes_(std::move(on_bytes)),
       handle_(curl_easy_init(), curl_easy_cleanup),
       headers_(nullptr, curl_slist_free_all) {
+  requireSocketName(socket_);
   const std::string url = "http://context" + path + queryText(handle(), query);
   set(CURLOPT_URL, url.c_str());
   set(CURLOPT_UNIX_SOCKET_PATH, socket_.c_str());
   set(CURLOPT_PROXY, "");  // ignore the proxies of the environment
   set(CURLOPT_NOSIGNAL, 1L);
+  set(CURLOPT_OPENSOCKETFUNCTION, &Transfer::open);
+  set(CURLOPT_OPENSOCKETDATA, this);
+  set(CURLOPT_PREREQFUNCTION, &Transfer::checkPeer);
+  set(CURLOPT_PREREQDATA, this);
   set(CURLOPT_WRITEFUNCTION, &Transfer::write);
   set(CURLOPT_WRITEDATA, this);
+  set(CURLOPT_HEADERFUNCTION, &Transfer::countHeader);
+  set(CURLOPT_HEADERDATA, this);
   set(CURLOPT_CONNECTTIMEOUT_MS, Deadline(seconds).millisecondsLeft() + 0L);
 }
 
@@ -60,7 +69,25 @@ long Transfer::status() const {
   return status;
 }
 
-// An exception must not pass through the C library: it is kept until the library has returned.
+// Only to know the descriptor: libcurl connects it.
+curl_socket_t Transfer::open(void* user, curlsocktype, curl_sockaddr* address) {
+  auto& self = *static_cast<Transfer*>(user);
+  self.fd_ = socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+  return self.fd_;
+}
+
+// An exception must not pass through the C library: these functions keep it until the library has returned.
+int Transfer::checkPeer(void* user, char*, char*, int, int) {
+  auto& self = *static_cast<Transfer*>(user);
+  try {
+    requireTrustedPeer(self.fd_, self.socket_);
+    return CURL_PREREQFUNC_OK;
+  } catch (...) {
+    self.thrown_ = std::current_exception();
+    return CURL_PREREQFUNC_ABORT;
+  }
+}
+
 size_t Transfer::write(char* bytes, size_t one, size_t size, void* user) {
   auto& self = *static_cast<Transfer*>(user);
   try {
@@ -72,11 +99,23 @@ size_t Transfer::write(char* bytes, size_t one, size_t size, void* user) {
   }
 }
 
+// The time limit of a stream ends with its status line, which precedes the headers.
+size_t Transfer::countHeader(char*, size_t one, size_t size, void* user) {
+  constexpr size_t kLargestHeaders = 64 << 10;
+  auto& self = *static_cast<Transfer*>(user);
+  self.headers_size_ += one * size;
+  if (self.headers_size_ <= kLargestHeaders) return one * size;
+  self.thrown_ = std::make_exception_ptr(
+      Failure(kExitNoAnswer, "invalid answer from the context: its headers are larger than 64 KiB"));
+  return 0;
+}
+
 void Transfer::rethrow() const {
   if (thrown_) std::rethrow_exception(thrown_);
 }
 
 void Transfer::fail(CURLcode code) const {
+  rethrow();
   if (code == CURLE_OPERATION_TIMEDOUT) failTimeout();
   long reason = 0;
   curl_easy_getinfo(handle(), CURLINFO_OS_ERRNO, &reason);

@@ -14,7 +14,8 @@
 
 namespace contextctl {
 
-// One HTTP request. `on_bytes` receives the body of the answer piece by piece.
+// One HTTP request. `on_bytes` receives the body of the answer piece by piece. Nothing is sent to a program
+// of another user. Throws Failure if `socket` is empty.
 class Transfer {
  public:
   using OnBytes = std::function<void(std::string_view bytes)>;
@@ -28,12 +29,15 @@ class Transfer {
   void limitTotalTime();
   CURL* handle() const { return handle_.get(); }
   long status() const;
-  void rethrow() const;                         // the exception that `on_bytes` threw, if any
+  void rethrow() const;                         // the exception that stopped the transfer, if any
   [[noreturn]] void fail(CURLcode code) const;  // the transfer failed
   [[noreturn]] void failTimeout() const;
 
  private:
   static size_t write(char* bytes, size_t one, size_t size, void* user);
+  static size_t countHeader(char* bytes, size_t one, size_t size, void* user);
+  static curl_socket_t open(void* user, curlsocktype purpose, curl_sockaddr* address);
+  static int checkPeer(void* user, char* peer_address, char* address, int peer_port, int port);
 
   template <typename T>
   void set(CURLoption option, T value) {
@@ -43,6 +47,8 @@ class Transfer {
   std::string socket_;
   double seconds_;
   OnBytes on_bytes_;
+  curl_socket_t fd_ = CURL_SOCKET_BAD;
+  size_t headers_size_ = 0;
   std::exception_ptr thrown_;
   std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle_;
   std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers_;

@@ -2,12 +2,14 @@
 #include "contextctl/inspect/checks.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <string>
 
 #include "contextctl/inspect/dependencies.h"
 #include "contextctl/inspect/library.h"
+#include "contextctl/inspect/mangled_name.h"
 #include "contextctl/inspect/string_abi.h"
-#include "contextctl/inspect/symbol_names.h"
 #include "util/text.h"
 
 namespace contextctl {
@@ -19,10 +21,11 @@ const DynamicSymbol* findSymbol(const Library& library, const std::string& name)
   return symbol == library.symbols.end() ? nullptr : &*symbol;
 }
 
-// A common mistake: the function exists, but without C linkage.
+// A common mistake: the function exists, but without C linkage. The parameters follow its name.
 bool hasCppFunction(const Library& library, const std::string& name) {
+  const std::string mangled = "_Z" + std::to_string(name.size()) + name;
   return std::any_of(library.symbols.begin(), library.symbols.end(), [&](const DynamicSymbol& symbol) {
-    return symbol.defined && util::startsWith(demangle(symbol.name), name + '(');
+    return symbol.defined && symbol.name.size() > mangled.size() && util::startsWith(symbol.name, mangled);
   });
 }
 
@@ -41,6 +44,16 @@ std::string joined(const std::vector<std::string>& names) {
   std::string text;
   for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
   return text;
+}
+
+// The first symbols by their C++ names, and how many there are besides.
+std::string joinedSymbols(const std::vector<std::string>& symbols) {
+  const size_t shown = std::min<size_t>(symbols.size(), 8);
+  std::vector<std::string> names;
+  std::transform(symbols.begin(), symbols.begin() + static_cast<std::ptrdiff_t>(shown),
+                 std::back_inserter(names), demangle);
+  const size_t others = symbols.size() - shown;
+  return others == 0 ? joined(names) : joined(names) + " and " + std::to_string(others) + " more";
 }
 
 }  // namespace
@@ -87,12 +100,13 @@ void noteUncheckedDependencies(const Library& library, std::vector<Finding>& fin
 void checkUnloading(const Library& library, std::vector<Finding>& findings) {
   std::vector<std::string> unique;
   for (const DynamicSymbol& symbol : library.symbols)
-    if (symbol.unique) unique.push_back(demangle(symbol.name));
+    if (symbol.unique) unique.push_back(symbol.name);
   if (library.no_delete)
     findings.push_back({Verdict::kWarning, "unloading", "marked as never to be unloaded"});
   if (!unique.empty()) {
-    findings.push_back({Verdict::kWarning, "unloading",
-                        "stays in the process once loaded because of unique symbols: " + joined(unique)});
+    findings.push_back(
+        {Verdict::kWarning, "unloading",
+         "stays in the process once loaded because of unique symbols: " + joinedSymbols(unique)});
   }
   if (unique.empty() && !library.no_delete)
     findings.push_back({Verdict::kOk, "unloading", "nothing keeps it in the process"});

@@ -20,6 +20,14 @@ void append(Folders& folders, const Folders& more) {
   folders.insert(folders.end(), more.begin(), more.end());
 }
 
+// Each library is searched in each folder.
+void requireFew(size_t count, const Library& library, const std::string& verb, const std::string& what) {
+  constexpr size_t kMost = 1000;
+  if (count <= kMost) return;
+  throw Failure(kExitNoAnswer,
+                library.path + ": it " + verb + " more than " + std::to_string(kMost) + ' ' + what);
+}
+
 class DependencyFinder {
  public:
   DependencyFinder(const Library& ours, const SearchPath& search) : ours_(ours), search_(search) {}
@@ -48,6 +56,7 @@ void DependencyFinder::visit(const Library& library, const Folders& inherited) {
   const Folders folders = foldersFor(library, rpaths);
   for (const std::string& name : library.needed) {
     if (!seen_.insert(name).second) continue;
+    requireFew(seen_.size(), library, "needs", "libraries");
     Dependency dependency{name, library.path, "", ""};
     if (const std::optional<Library> file = locate(dependency, folders)) visit(*file, rpaths);
     found_.push_back(dependency);
@@ -78,6 +87,7 @@ Folders DependencyFinder::foldersFor(const Library& library, const Folders& rpat
   append(folders, search_.named);
   append(folders, expand(library.runpath, library));
   append(folders, search_.standard);
+  requireFew(folders.size(), library, "searches", "folders");
   return folders;
 }
 

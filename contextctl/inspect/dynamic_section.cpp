@@ -17,6 +17,8 @@ DynamicSection::DynamicSection(const ElfImage& image) : image_(image) {
     if (gelf_getdyn(data, static_cast<int>(i), &entry) == nullptr || entry.d_tag == DT_NULL) break;
     entries_.push_back(entry);
   }
+  if (const auto names = value(DT_STRTAB)) names_ = image_.offsetOf(*names);
+  names_size_ = value(DT_STRSZ).value_or(0);
 }
 
 std::optional<std::uint64_t> DynamicSection::value(std::int64_t tag) const {
@@ -33,23 +35,15 @@ std::vector<std::uint64_t> DynamicSection::values(std::int64_t tag) const {
 }
 
 std::string DynamicSection::name(std::uint64_t offset) const {
-  const std::optional<std::uint64_t> table = value(DT_STRTAB);
-  const std::uint64_t size = value(DT_STRSZ).value_or(0);
-  if (!table || offset >= size) image_.fail("a name lies outside the string table");
-  return image_.text(image_.offsetOf(*table) + offset);
+  if (!names_ || offset >= names_size_) image_.fail("a name lies outside the string table");
+  return image_.text(*names_ + offset);
 }
 
 std::vector<GElf_Sym> DynamicSection::symbols() const {
-  std::vector<GElf_Sym> found;
   const std::optional<std::uint64_t> table = value(DT_SYMTAB);
   const std::uint64_t count = symbolCount();
-  if (!table || count == 0) return found;
-  Elf_Data* data = image_.records(image_.offsetOf(*table), count, ELF_T_SYM);
-  for (std::uint64_t i = 0; i < count; i++) {
-    GElf_Sym symbol;
-    if (gelf_getsym(data, static_cast<int>(i), &symbol) != nullptr) found.push_back(symbol);
-  }
-  return found;
+  if (!table || count == 0) return {};
+  return image_.symbols(image_.offsetOf(*table), count);
 }
 
 // The symbol table has no length of its own; the hash table that the loader uses has.

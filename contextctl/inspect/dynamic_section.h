@@ -29,6 +29,8 @@ class DynamicSection {
 
   const ElfImage& image_;
   std::vector<GElf_Dyn> entries_;
+  std::optional<std::uint64_t> names_;  // offset of the string table in the file
+  std::uint64_t names_size_ = 0;
 };
 
 }  // namespace contextctl

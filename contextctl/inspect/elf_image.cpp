@@ -7,8 +7,13 @@
 #include "contextctl/system/files.h"
 
 namespace contextctl {
+namespace {
 
-ElfImage::ElfImage(const std::string& path) : ElfImage(path, readFile(path)) {}
+constexpr size_t kLargestFile = 512;  // in MiB
+
+}  // namespace
+
+ElfImage::ElfImage(const std::string& path) : ElfImage(path, readFile(path, kLargestFile)) {}
 
 ElfImage::ElfImage(std::string path, std::string content)
     : path_(std::move(path)), content_(std::move(content)) {
@@ -23,7 +28,7 @@ ElfImage::ElfImage(std::string path, std::string content)
 void ElfImage::readSegments() {
   size_t count = 0;
   if (elf_getphdrnum(elf_.get(), &count) != 0) fail("the program headers are damaged");
-  requireInside(header_.e_phoff, count * gelf_fsize(elf_.get(), ELF_T_PHDR, 1, EV_CURRENT));
+  requireRecords(header_.e_phoff, count, ELF_T_PHDR);
   for (size_t i = 0; i < count; i++) {
     GElf_Phdr segment;
     if (gelf_getphdr(elf_.get(), static_cast<int>(i), &segment) == nullptr)
@@ -62,6 +67,10 @@ std::string ElfImage::text(std::uint64_t offset) const {
   requireInside(offset, 1);
   const size_t end = content_.find('\0', offset);
   if (end == std::string::npos) fail("a name is not terminated");
+  // Many symbols with one long name would take the square of the size of the file.
+  constexpr std::uint64_t kMostReads = 4;
+  text_read_ += end - offset;
+  if (text_read_ / kMostReads > content_.size()) fail("the names overlap each other too much");
   return content_.substr(offset, end - offset);
 }
 
@@ -71,11 +80,27 @@ std::string ElfImage::bytes(std::uint64_t offset, std::uint64_t size) const {
 }
 
 Elf_Data* ElfImage::records(std::uint64_t offset, std::uint64_t count, Elf_Type type) const {
-  const std::uint64_t size = count * gelf_fsize(elf_.get(), type, 1, EV_CURRENT);
-  requireInside(offset, size);
+  const std::uint64_t size = requireRecords(offset, count, type);
   Elf_Data* data = elf_getdata_rawchunk(elf_.get(), static_cast<std::int64_t>(offset), size, type);
   if (data == nullptr) fail(elf_errmsg(-1));
   return data;
+}
+
+std::vector<GElf_Sym> ElfImage::symbols(std::uint64_t offset, std::uint64_t count) const {
+  std::vector<GElf_Sym> found;
+  if (count == 0) return found;
+  Elf_Data* data = records(offset, count, ELF_T_SYM);
+  for (std::uint64_t i = 0; i < count; i++) {
+    GElf_Sym symbol;
+    if (gelf_getsym(data, static_cast<int>(i), &symbol) != nullptr) found.push_back(symbol);
+  }
+  return found;
+}
+
+std::uint64_t ElfImage::requireRecords(std::uint64_t offset, std::uint64_t count, Elf_Type type) const {
+  const std::uint64_t one = gelf_fsize(elf_.get(), type, 1, EV_CURRENT);
+  requireInside(offset, count > content_.size() / one ? content_.size() + 1 : count * one);
+  return count * one;
 }
 
 void ElfImage::requireInside(std::uint64_t offset, std::uint64_t size) const {

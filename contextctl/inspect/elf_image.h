@@ -29,8 +29,10 @@ class ElfImage {
 
   std::uint64_t offsetOf(std::uint64_t address) const;  // of the byte that the loader maps at `address`
   std::uint32_t word(std::uint64_t offset) const;       // 32 bits in the file's byte order
-  std::string text(std::uint64_t offset) const;         // up to its NUL
+  std::string text(std::uint64_t offset) const;         // up to its NUL; the texts may overlap little
   std::string bytes(std::uint64_t offset, std::uint64_t size) const;
+
+  std::vector<GElf_Sym> symbols(std::uint64_t offset, std::uint64_t count) const;
 
   // `count` records of `type` in the byte order of this machine, for the gelf_ functions.
   Elf_Data* records(std::uint64_t offset, std::uint64_t count, Elf_Type type) const;
@@ -44,12 +46,14 @@ class ElfImage {
 
   void readSegments();
   void requireInside(std::uint64_t offset, std::uint64_t size) const;
+  std::uint64_t requireRecords(std::uint64_t offset, std::uint64_t count, Elf_Type type) const;  // their size
 
   std::string path_;
   std::string content_;
   std::unique_ptr<Elf, End> elf_;
   GElf_Ehdr header_ = {};
   std::vector<GElf_Phdr> segments_;
+  mutable std::uint64_t text_read_ = 0;  // bytes that text() has returned
 };
 
 }  // namespace contextctl

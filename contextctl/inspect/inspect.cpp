@@ -33,7 +33,8 @@ std::string findLibcpp2c(SearchPath search) {
 }
 
 bool isForeign(const Library& library) {
-  return !sameLoader(library.platform, platformOf(ElfImage(kThisProgram)));
+  static const Platform here = platformOf(ElfImage(kThisProgram));
+  return !sameLoader(library.platform, here);
 }
 
 }  // namespace

@@ -44,6 +44,16 @@ std::vector<DynamicSymbol> symbolsOf(const DynamicSection& dynamic) {
   return symbols;
 }
 
+std::vector<std::string> neededBy(const DynamicSection& dynamic, const ElfImage& image) {
+  constexpr size_t kMost = 1000;
+  const std::vector<std::uint64_t> offsets = dynamic.values(DT_NEEDED);
+  if (offsets.size() > kMost) image.fail("it needs more than " + std::to_string(kMost) + " libraries");
+  std::vector<std::string> names;
+  names.reserve(offsets.size());
+  for (const std::uint64_t offset : offsets) names.push_back(dynamic.name(offset));
+  return names;
+}
+
 }  // namespace
 
 Library readLibrary(const std::string& path) {
@@ -59,7 +69,7 @@ Library readLibrary(const ElfImage& image) {
   library.path = image.path();
   library.platform = platformOf(image);
   library.soname = textOf(dynamic, DT_SONAME);
-  for (const std::uint64_t offset : dynamic.values(DT_NEEDED)) library.needed.push_back(dynamic.name(offset));
+  library.needed = neededBy(dynamic, image);
   library.rpath = textOf(dynamic, DT_RPATH);
   library.runpath = textOf(dynamic, DT_RUNPATH);
   library.symbols = symbolsOf(dynamic);

@@ -13,9 +13,11 @@
 #include <cstring>
 #include <map>
 #include <optional>
+#include <set>
 
 #include "contextctl/inspect/dependencies.h"
 #include "contextctl/inspect/elf_image.h"
+#include "contextctl/inspect/mangled_name.h"
 #include "contextctl/inspect/symbol_names.h"
 #include "contextctl/system/failure.h"
 
@@ -123,8 +125,10 @@ std::string LibraryVisitor::namesAt(const CodePlace& place) {
     std::snprintf(offset, sizeof offset, "+0x%llx", static_cast<unsigned long long>(place.address));
     return '\t' + place.file.substr(place.file.rfind('/') + 1) + offset;
   }
+  std::set<std::string> readable;
+  for (const std::string& symbol : found->second) readable.insert(demangle(symbol));
   std::string line;
-  for (const std::string& name : found->second) line += '\t' + name;
+  for (const std::string& name : readable) line += '\t' + name;
   return line;
 }
 

@@ -4,9 +4,8 @@
 #include <algorithm>
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
 #include "contextctl/output/table.h"
+#include "contextctl/system/json.h"
 #include "util/text.h"
 
 namespace contextctl {
@@ -65,7 +64,7 @@ void printJson(const Report& report, std::ostream& out) {
                     {"fits", fits(report)},
                     {"findings", findings},
                     {"slots", slots}};
-  out << all.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+  out << printableJson(all.dump(-1, ' ', false, Json::error_handler_t::replace)) << '\n';
 }
 
 }  // namespace contextctl

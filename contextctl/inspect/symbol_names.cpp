@@ -1,21 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "contextctl/inspect/symbol_names.h"
 
-#include <cxxabi.h>
-
-#include <cstdlib>
-#include <memory>
-
 #include "contextctl/inspect/dynamic_section.h"
 #include "contextctl/inspect/elf_image.h"
-#include "util/text.h"
 
 namespace contextctl {
 namespace {
 
-void add(const GElf_Sym& symbol, const std::string& name, FunctionNames& names) {
+void add(const GElf_Sym& symbol, std::string name, FunctionNames& names) {
   const bool is_defined = symbol.st_shndx != SHN_UNDEF && GELF_ST_TYPE(symbol.st_info) == STT_FUNC;
-  if (is_defined) names[symbol.st_value].insert(demangle(name));
+  if (is_defined) names[symbol.st_value].insert(std::move(name));
 }
 
 void addDynamicSymbols(const ElfImage& image, FunctionNames& names) {
@@ -23,32 +17,25 @@ void addDynamicSymbols(const ElfImage& image, FunctionNames& names) {
   for (const GElf_Sym& symbol : dynamic.symbols()) add(symbol, dynamic.name(symbol.st_name), names);
 }
 
+void addTable(const ElfImage& image, const GElf_Shdr& table, FunctionNames& names) {
+  GElf_Shdr texts;
+  if (gelf_getshdr(elf_getscn(image.elf(), table.sh_link), &texts) == nullptr) return;
+  for (const GElf_Sym& symbol :
+       image.symbols(table.sh_offset, table.sh_size / gelf_fsize(image.elf(), ELF_T_SYM, 1, EV_CURRENT)))
+    add(symbol, image.text(texts.sh_offset + symbol.st_name), names);
+}
+
+// A file has at most one such table.
 void addDebugSymbols(const ElfImage& image, FunctionNames& names) {
   Elf_Scn* section = nullptr;
   while ((section = elf_nextscn(image.elf(), section)) != nullptr) {
     GElf_Shdr header;
-    if (gelf_getshdr(section, &header) == nullptr || header.sh_type != SHT_SYMTAB) continue;
-    Elf_Data* data = elf_getdata(section, nullptr);
-    GElf_Sym symbol;
-    for (int i = 0; gelf_getsym(data, i, &symbol) != nullptr; i++) {
-      const char* name = elf_strptr(image.elf(), header.sh_link, symbol.st_name);
-      if (name != nullptr) add(symbol, name, names);
-    }
+    if (gelf_getshdr(section, &header) != nullptr && header.sh_type == SHT_SYMTAB)
+      return addTable(image, header, names);
   }
 }
 
 }  // namespace
-
-std::string demangle(const std::string& symbol) {
-  struct Free {
-    void operator()(char* text) const { std::free(text); }
-  };
-  // Other names would be parsed as types: "i" is int, but also the name of a C function.
-  if (!util::startsWith(symbol, "_Z")) return symbol;
-  int status = 0;
-  const std::unique_ptr<char, Free> name(abi::__cxa_demangle(symbol.c_str(), nullptr, nullptr, &status));
-  return name == nullptr ? symbol : name.get();
-}
 
 FunctionNames readFunctionNames(const ElfImage& image) {
   FunctionNames names;

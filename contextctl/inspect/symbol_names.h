@@ -11,10 +11,7 @@ namespace contextctl {
 
 class ElfImage;
 
-// The C++ name of a symbol; the symbol itself if it is not a mangled name.
-std::string demangle(const std::string& symbol);
-
-// The C++ names of the functions at each address. There may be several, as compilers merge functions with the
+// The symbols of the functions at each address. There may be several, as compilers merge functions with the
 // same code. Hidden functions are included unless the file is stripped.
 using FunctionNames = std::map<std::uint64_t, std::set<std::string>>;
 

@@ -2,19 +2,21 @@
 #include "contextctl/leaves/leaf_file.h"
 
 #include <algorithm>
+#include <limits>
+#include <set>
 #include <string_view>
-
-#include <nlohmann/json.hpp>
 
 #include "contextctl/system/failure.h"
 #include "contextctl/system/files.h"
+#include "contextctl/system/json.h"
 #include "util/text.h"
 
 namespace contextctl {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using Json = nlohmann::json;
 
+constexpr size_t kLargestFile = 64;  // in MiB
 constexpr const char* kLeafForm = R"({"type": "...", "value": "..."})";
 
 [[noreturn]] void fail(const std::string& source, const std::string& reason) {
@@ -35,9 +37,18 @@ bool isLeaf(const Json& json) {
          json.contains("value") && json["value"].is_string();
 }
 
-Json parse(const std::string& text, const std::string& source) {
+// `keys` receives the keys of the object in the order of the text.
+Json parse(const std::string& text, const std::string& source, std::vector<std::string>& keys) {
+  JsonLimits limits(std::numeric_limits<size_t>::max());
+  const auto count = [&](int depth, Json::parse_event_t event, const Json& value) {
+    limits.count(depth, event);
+    if (event == Json::parse_event_t::key && depth == 1) keys.push_back(value);
+    return true;
+  };
   try {
-    return Json::parse(text);
+    return Json::parse(text, count);
+  } catch (const JsonTooLarge& error) {
+    fail(source, std::string("it ") + error.what());
   } catch (const Json::parse_error& error) {
     fail(source + ':' + positionOf(text, error.byte), "not valid JSON");
   } catch (const Json::out_of_range&) {
@@ -50,23 +61,27 @@ Json parse(const std::string& text, const std::string& source) {
 std::string formatLeaves(const std::vector<Leaf>& leaves) {
   Json tree = Json::object();
   for (const Leaf& leaf : leaves) tree[leaf.name] = {{"type", leaf.type}, {"value", leaf.value.value_or("")}};
-  return tree.dump(2) + '\n';
+  return printableJson(tree.dump(2)) + '\n';
 }
 
 std::vector<Leaf> parseLeaves(const std::string& text, const std::string& source) {
-  const Json tree = parse(text, source);
+  std::vector<std::string> names;
+  const Json tree = parse(text, source, names);
   if (!tree.is_object()) fail(source, std::string("not an object of leaves: {\"NAME\": ") + kLeafForm + '}');
   std::vector<Leaf> leaves;
-  for (const auto& [name, leaf] : tree.items()) {
+  std::set<std::string> seen;
+  for (const std::string& name : names) {
+    const Json& leaf = tree[name];
     if (!isLeaf(leaf)) fail(source, util::quoted(name) + " is not of the form " + kLeafForm);
+    if (!seen.insert(name).second) continue;
     leaves.push_back({name, leaf["type"], leaf["value"].get<std::string>(), false});
   }
   return leaves;
 }
 
 std::vector<Leaf> readLeafFile(const std::string& path) {
-  if (path == "-") return parseLeaves(readStandardInput(), "standard input");
-  return parseLeaves(readFile(path), path);
+  if (path == "-") return parseLeaves(readStandardInput(kLargestFile), "standard input");
+  return parseLeaves(readFile(path, kLargestFile), path);
 }
 
 }  // namespace contextctl

@@ -11,9 +11,11 @@
 
 namespace contextctl {
 
+// Sorted by name.
 std::string formatLeaves(const std::vector<Leaf>& leaves);
 
-// `source` is the name of the text in error messages. Throws Failure if the text is invalid.
+// In the order of the text; of equal keys, the last value. `source` is the name of the text in error
+// messages. Throws Failure if the text is invalid or exceeds the limits of JSON from elsewhere.
 std::vector<Leaf> parseLeaves(const std::string& text, const std::string& source);
 
 // Reads the file; "-" is standard input.

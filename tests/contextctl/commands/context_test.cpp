@@ -64,6 +64,11 @@ TEST_F(ContextCommandsTest, StatsWritesATrace) {
   EXPECT_EQ(folder.read("trace.json"), R"({"traceEvents":[]})");
 }
 
+TEST_F(ContextCommandsTest, AnInfiniteStatisticIsAFailure) {
+  context.answer("GET /statistics", R"({"pid":42,"program":"hello","uptimeMs":"inf"})");
+  expectFailure({"stats"}, 3, "invalid answer from the context: \"uptimeMs\" is not a number");
+}
+
 TEST_F(ContextCommandsTest, AStatisticThatIsNotANumberIsAFailure) {
   context.answer("GET /statistics", R"({"pid":42,"program":"hello","uptimeMs":"long"})");
   expectFailure({"stats"}, 3, "invalid answer from the context: \"uptimeMs\" is not a number");

@@ -1,5 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
 
 #include "tests/contextctl/contextctl_test.h"
 
@@ -21,6 +26,25 @@ class LeafFilesTest : public ContextctlTest {
     context.answer("GET /tree", tree("null"));
     context.answer("GET /tree?reveal=true", tree("\"secret\""));
     context.answer("PUT /leaf", kDone);
+  }
+
+  // Runs the command with a file that exists, which it cannot write: no file may have a byte.
+  void expectUnchangedWithoutSpace(const std::string& command) {
+    const std::string path = file("old");
+    const std::string script = "ulimit -f 0; trap '' XFSZ; exec " CPP2C_CONTEXTCTL " " + command + " " + path;
+    const Outcome outcome =
+        runProgram(context.base(), {"sh", "-c", script}, {"CPP2C_CONTROL=" + socket}, nullptr);
+    EXPECT_EQ(outcome.err, "contextctl: " + path + ": File too large\n");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(folder.read("leaves.json"), "old");
+    EXPECT_EQ(files(), (std::set<std::string>{"control.sock", "leaves.json"}));
+  }
+
+  std::set<std::string> files() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+      names.insert(entry.path().filename());
+    return names;
   }
 
   std::string file(const std::string& text) const { return folder.write("leaves.json", text); }
@@ -58,6 +82,71 @@ TEST_F(LeafFilesTest, ExportCreatesAFileForItsOwnerOnly) {
 
 TEST_F(LeafFilesTest, ExportReportsThatAFileCannotBeWritten) {
   expectFailure({"export", "", folder.path()}, 3, folder.path() + ": Is a directory");
+}
+
+TEST_F(LeafFilesTest, ExportKeepsTheModeAndTheOwnerOfAFile) {
+  const std::string path = file("old");
+  chmod(path.c_str(), 0640);
+  const bool owned = chown(path.c_str(), 1, 2) == 0;  // only root may
+  expectOutput({"export", "", path}, "");
+  struct stat status = {};
+  ASSERT_EQ(stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0640u);
+  if (owned) {
+    EXPECT_EQ(status.st_uid, 1u);
+    EXPECT_EQ(status.st_gid, 2u);
+  }
+}
+
+TEST_F(LeafFilesTest, ExportWritesWhatALinkPointsTo) {
+  std::filesystem::create_directory(folder.file("below"));
+  folder.write("below/target", "old");
+  std::filesystem::create_symlink("target", folder.file("below/second"));
+  std::filesystem::create_symlink("below/second", folder.file("first"));
+  expectOutput({"export", "", folder.file("first")}, "");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.file("first")));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.file("below/second")));
+  EXPECT_EQ(folder.read("below/target"), run({"export"}).out);
+}
+
+TEST_F(LeafFilesTest, ExportCreatesWhatALinkPointsTo) {
+  std::filesystem::create_symlink("target", folder.file("link"));
+  expectOutput({"export", "", folder.file("link")}, "");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.file("link")));
+  EXPECT_EQ(folder.read("target"), run({"export"}).out);
+}
+
+TEST_F(LeafFilesTest, ExportWritesToADevice) {
+  expectOutcome(run({"export", "", "/dev/stdout"}), 0, run({"export"}).out, "");
+}
+
+TEST_F(LeafFilesTest, ExportToAFullDeviceIsAFailure) {
+  expectFailure({"export", "", "/dev/full"}, 3, "/dev/full: No space left on device");
+}
+
+TEST_F(LeafFilesTest, AFileThatCannotBeWrittenWholeStaysAsItWas) {
+  expectUnchangedWithoutSpace("export ''");
+}
+
+TEST_F(LeafFilesTest, ATraceThatCannotBeWrittenWholeLeavesTheFileAsItWas) {
+  context.answer("GET /statistics", "{}");
+  context.answer("GET /trace", R"({"traceEvents":[]})");
+  expectUnchangedWithoutSpace("--json stats --trace");
+}
+
+TEST_F(LeafFilesTest, AFailedExportLeavesNoFile) {
+  expectFailure(
+      {"export", "", folder.file("missing/all.json")}, 3,
+      folder.file("missing/all.json") + ": cannot create a file in its folder: No such file or directory");
+}
+
+TEST_F(LeafFilesTest, AValueThatIsNotUtf8IsNotExported) {
+  context.answer("GET /tree", R"({"leaves":[{"name":"A","type":"str","value":"a","computed":false},)"
+                              R"({"name":"B","type":"str","value":"b\ufffd","computed":false}]})");
+  const std::string path = file("old");
+  expectFailure({"export", "", path}, 1,
+                "B: the value cannot be exported: it has U+FFFD, or bytes that are not UTF-8");
+  EXPECT_EQ(folder.read("leaves.json"), "old");
 }
 
 TEST_F(LeafFilesTest, AnExportDoesNotDifferFromTheContext) {
@@ -145,6 +234,44 @@ TEST_F(LeafFilesTest, AFileThatIsNotAnObjectIsAFailure) {
 TEST_F(LeafFilesTest, ANumberOutOfRangeIsAFailure) {
   expectFailure({"import", file(R"({"Mtu":1e999})")}, 3,
                 folder.file("leaves.json") + ": a number is out of range");
+}
+
+TEST_F(LeafFilesTest, ADeeplyNestedFileIsAFailure) {
+  expectFailure({"import", file(std::string(80000, '['))}, 3,
+                folder.file("leaves.json") + ": it is nested more than 64 levels deep");
+}
+
+TEST_F(LeafFilesTest, AFileThatIsTooLargeIsAFailure) {
+  const std::string large = file("{");
+  std::filesystem::resize_file(large, (64 << 20) + 1);
+  expectFailure({"diff", large}, 3, large + ": larger than 64 MiB");
+}
+
+TEST_F(LeafFilesTest, StandardInputThatIsTooLargeIsAFailure) {
+  const Outcome outcome = runProgram(
+      context.base(), {"sh", "-c", "yes | head -c 67108865 | " CPP2C_CONTEXTCTL " diff -"}, {}, nullptr);
+  expectOutcome(outcome, 3, "", "contextctl: standard input: larger than 64 MiB\n");
+}
+
+TEST_F(LeafFilesTest, AFileOfManyLeavesIsCompared) {
+  std::string text;
+  for (int i = 0; i < 5000; i++)
+    text += (i == 0 ? "{" : ",") + ("\"" + std::to_string(i)) + R"(":{"type":"str","value":""})";
+  const Outcome outcome = run({"diff", file(text + '}')});
+  EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 5000);
+  EXPECT_EQ(outcome.err.substr(0, outcome.err.find('\n')), "contextctl: 0: unknown leaf");
+}
+
+TEST_F(LeafFilesTest, TheLastOfEqualKeysCounts) {
+  const std::string other = file(R"({"Host":{"type":"str","value":"a"},"Host":{"type":"str","value":"b"}})");
+  expectOutcome(run({"diff", other}), 1, "NAME  CONTEXT  FILE\nHost  router   b\n", "");
+}
+
+TEST_F(LeafFilesTest, ExportEscapesEveryControlCharacter) {
+  context.answer(
+      "GET /tree",
+      R"({"leaves":[{"name":"A","type":"str","value":"\u001b\u007f\u0080\u009f\u00a0","computed":false}]})");
+  EXPECT_NE(run({"export"}).out.find("\"\\u001b\\u007f\\u0080\\u009f\xc2\xa0\""), std::string::npos);
 }
 
 TEST_F(LeafFilesTest, ALeafOfAnotherFormIsAFailure) {

@@ -40,6 +40,11 @@ TEST_F(LeavesTest, GetEscapesControlCharactersOnATerminal) {
   EXPECT_EQ(outcome.out, "\\x1b[1m\r\n") << outcome.err;
 }
 
+TEST_F(LeavesTest, JsonHasNoControlCharacters) {
+  context.answer("GET /leaf?name=A", "{\"value\":\"\\u001b\x7f\xc2\x80\xc2\x9b\xc2\x9f\xc2\xa0\"}");
+  expectOutput({"get", "A", "--json"}, "{\"value\":\"\\u001b\\u007f\\u0080\\u009b\\u009f\xc2\xa0\"}\n");
+}
+
 TEST_F(LeavesTest, GetPrintsNothingIfOneNameIsUnknown) {
   context.answer("GET /leaf?name=A", R"({"name":"A","type":"str","value":"a","computed":false})");
   context.answer("GET /leaf?name=B", R"({"result":-1019,"error":"B: no such leaf"})", 404);

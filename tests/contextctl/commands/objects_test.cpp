@@ -43,6 +43,11 @@ TEST_F(ObjectsTest, AttributeIsPrintedAsJson) {
   expectOutput({"attribute", "100", "--json"}, "{\"object\":\"Device.If.\",\"attribute\":-3}\n");
 }
 
+TEST_F(ObjectsTest, AnAttributeThatIsNotANumberIsPrintable) {
+  context.answer("GET /attribute?object=100", R"({"attribute":"\u001b[2J"})");
+  expectOutput({"attribute", "100"}, "\\x1b[2J\n");
+}
+
 TEST_F(ObjectsTest, AttributeIsSet) {
   context.answer("PUT /attribute", kDone);
   expectOutput({"attribute", "100", "-3"}, "");

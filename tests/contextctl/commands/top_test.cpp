@@ -31,6 +31,15 @@ TEST_F(TopTest, RecentCostsAreThoseSinceThePreviousSample) {
   EXPECT_EQ(outcome.status, 0);
 }
 
+TEST_F(TopTest, FiguresThatAreNotNumbersArePrintable) {
+  context.answer("GET /statistics",
+                 R"({"pid":"\u001b","program":"\n","uptimeMs":0,"calls":"\u009b","busyMs":0})");
+  context.answer("GET /registrations", R"({"registrations":[]})");
+  const std::string out = run({"top", "--count", "1"}).out;
+  EXPECT_EQ(out.substr(0, out.find('\n')),
+            "\\n (\\x1b), running for 00:00:00, \\x9b calls, busy for 0.000 ms");
+}
+
 TEST_F(TopTest, JsonPrintsOneLinePerSample) {
   context.answer("GET /statistics", R"({"pid":42})");
   context.answer("GET /registrations", R"({"registrations":[]})");

@@ -82,6 +82,11 @@ TEST_F(CandidatesTest, LeavesAreCompleted) {
   EXPECT_EQ(candidates({"get", "Device.Host", "Device.I"}), "Device.If.eth0.Mtu\nDevice.If.eth0.Up\n");
 }
 
+TEST_F(CandidatesTest, NamesWithControlCharactersAreNotOffered) {
+  context.answer("GET /objects", R"({"objects":[{"name":"A\u001b"},{"name":"B\u009b"},{"name":"C"}]})");
+  EXPECT_EQ(candidates({"attribute", ""}), "C\n");
+}
+
 TEST_F(CandidatesTest, InstancesAreCompleted) {
   knowLeaves("Device.I");
   EXPECT_EQ(candidates({"del", "Device.I"}), "Device.If.eth0.\n");

@@ -14,6 +14,8 @@ using ConnectionTest = ContextctlTest;
 TEST_F(ConnectionTest, NoContextIsAFailure) {
   expectFailure({"--control", "/nowhere.sock", "save"}, 3,
                 "no context at /nowhere.sock: No such file or directory");
+  expectFailure({"--control", "/nowhere.sock", "follow", "log"}, 3,
+                "no context at /nowhere.sock: No such file or directory");
 }
 
 TEST_F(ConnectionTest, ASocketWithoutAListenerIsAFailure) {
@@ -29,6 +31,16 @@ TEST_F(ConnectionTest, TheOptionOverridesTheEnvironment) {
 TEST_F(ConnectionTest, TheRuntimeFolderOfTheUserIsTheDefault) {
   expectOutcome(runIn({"CPP2C_CONTROL", "XDG_RUNTIME_DIR=/nowhere"}, {"save"}), 3, "",
                 "contextctl: no context at /nowhere/cpp2c.sock: No such file or directory\n");
+}
+
+TEST_F(ConnectionTest, NoNameOfASocketIsWrongUsage) {
+  expectFailure({"--control", "", "save"}, 2,
+                "no socket is named; pass --control PATH, or set CPP2C_CONTROL or XDG_RUNTIME_DIR");
+}
+
+TEST_F(ConnectionTest, ANameThatIsTooLongForASocketIsWrongUsage) {
+  const std::string name(108, 'x');
+  expectFailure({"--control", name, "save"}, 2, name + ": the path of a socket has at most 107 bytes");
 }
 
 TEST_F(ConnectionTest, AProxyOfTheEnvironmentIsIgnored) {

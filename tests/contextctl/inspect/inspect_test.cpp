@@ -4,6 +4,8 @@
 #include <elf.h>
 #include <stddef.h>
 
+#include <filesystem>
+
 #include "contextctl/inspect/elf_image.h"
 #include "contextctl/inspect/platform.h"
 #include "tests/contextctl/contextctl_test.h"
@@ -206,6 +208,12 @@ TEST_F(InspectTest, AnObjectFileIsNotALibrary) {
 TEST_F(InspectTest, AMissingLibraryToFitIsAFailure) {
   expectFailure({"inspect", inspected("plain"), "--against", "/nowhere.so"}, 3,
                 "/nowhere.so: No such file or directory");
+}
+
+TEST_F(InspectTest, AFileThatIsTooLargeCannotBeRead) {
+  const std::string file = folder.write("large", "");
+  std::filesystem::resize_file(file, (std::uintmax_t{512} << 20) + 1);
+  expectFailure({"inspect", file}, 3, file + ": larger than 512 MiB");
 }
 
 TEST_F(InspectTest, AnUnknownKindIsWrongUsage) {

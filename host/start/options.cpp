@@ -55,6 +55,8 @@ constexpr Option kOptions[] = {
     {"--control", [](Options& options, const std::string& path) { options.control = path; }},
     {"--log-level", [](Options& options, const std::string& level) { options.log_level = levelOf(level); }},
     {"--log-file", [](Options& options, const std::string& file) { options.log_file = file; }},
+    {"--log-reopen", [](Options& options, const std::string&) { options.log_reopen = true; },
+     Takes::kNothing},
     {"--debug", [](Options& options, const std::string&) { options.debug = true; }, Takes::kNothing},
     {"--strict",
      [](Options& options, const std::string& strictness) { options.strictness = strictnessOf(strictness); },
@@ -122,6 +124,9 @@ Options readOptions(int argc, const char* const* argv) {
   if (argv == nullptr || argc < 1) return options;
   Arguments arguments(argc - 1, argv + 1);
   while (arguments.hasNext()) arguments.applyNext(options);
+  if (options.log_reopen && options.log_file.empty()) {
+    fail("the option \"--log-reopen\" needs the option \"--log-file\"");
+  }
   return options;
 }
 

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "host/host_context.h"
 
-#include <cerrno>
+#include <errno.h>
+
 #include <cstdio>
 #include <cstring>
+#include <exception>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -34,6 +37,11 @@ Configuration configurationFor(const Options& options) {
   return configuration;
 }
 
+int failure(int code, const std::string& message) {
+  std::fprintf(stderr, "%s\n", util::oneLine(message).c_str());
+  return code;
+}
+
 // Makes a call to the services through their guard. Refuses it before init(), when there are none.
 template <typename Function>
 auto enter(const std::unique_ptr<HostServices>& services, const OperationCall& call, Function function) {
@@ -53,15 +61,27 @@ HostContext::~HostContext() {
 
 int HostContext::init(std::uintptr_t argc, std::uintptr_t argv) {
   try {
+    return createServices(static_cast<int>(argc), pointerOf(argv));
+  } catch (const std::bad_alloc&) {
+    std::fprintf(stderr, "%s: out of memory\n", program_invocation_short_name);
+    return C_RESULT_NO_MEMORY;
+  }
+}
+
+int HostContext::createServices(int argc, const char* const* argv) {
+  try {
     if (services_ != nullptr) {
       throw util::Error(C_RESULT_REDUNDANT, "the context is already initialised");
     }
-    const Options options = readOptions(static_cast<int>(argc), pointerOf(argv));
+    const Options options = readOptions(argc, argv);
     services_ = std::make_unique<HostServices>(this, options, configurationFor(options));
     return C_RESULT_OK;
   } catch (const util::Error& error) {
-    std::fprintf(stderr, "%s\n", util::oneLine(error.what()).c_str());
-    return error.code();
+    return failure(error.code(), error.what());
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& error) {  // must not reach the program, which is written in C
+    return failure(C_RESULT_SYSTEM_CALL, std::string(program_invocation_short_name) + ": " + error.what());
   }
 }
 

@@ -20,8 +20,8 @@ class HostContext final : public IContext {
   HostContext();
   ~HostContext() override;
 
-  // The arguments are `argc` and `argv` of main(), or 0 and 0. On failure, prints one line to standard error
-  // and releases everything: init() can be called again.
+  // The arguments are `argc` and `argv` of main(), or 0 and 0. On failure, whatever its cause, prints one
+  // line to standard error and releases everything: init() can be called again.
   int init(std::uintptr_t argc, std::uintptr_t argv) override;
   int load() override;
 
@@ -49,6 +49,9 @@ class HostContext final : public IContext {
   int reserved23() override { return 0; }
 
  private:
+  // Throws std::bad_alloc.
+  int createServices(int argc, const char* const* argv);
+
   std::unique_ptr<HostServices> services_;
 };
 

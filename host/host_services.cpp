@@ -3,8 +3,12 @@
 
 #include <errno.h>
 
+#include <csignal>
 #include <utility>
 #include <vector>
+
+#include "include_c"
+#include "util/error.h"
 
 namespace host {
 namespace {
@@ -21,6 +25,18 @@ ConfigService configFor(std::vector<Object> objects, StateFile* state, Registry&
   return ConfigService(std::move(tree), registry, [state](Tree& changed, const Changes& changes) {
     return state->save(changed, changes);
   });
+}
+
+void reopenLog(evutil_socket_t /*signal*/, short /*events*/, void* log) {
+  static_cast<LogService*>(log)->reopen();
+}
+
+EventPtr reopenOnHangup(EventBase& base, LogService& log) {
+  EventPtr event(evsignal_new(base.get(), SIGHUP, reopenLog, &log));
+  if (event == nullptr || event_add(event.get(), nullptr) != 0) {
+    throw util::Error(C_RESULT_SYSTEM_CALL, "cannot wait for SIGHUP");
+  }
+  return event;
 }
 
 }  // namespace
@@ -41,6 +57,7 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
       timers(deadlines, clock, registry),
       lifecycle(context, std::move(configuration.modules), log, registry) {
   log.debugSwitch(options.debug);
+  if (options.log_reopen) log_reopening = reopenOnHangup(event_base, log);
   loop.callWhenStopped([this] { unload(); });
   if (options.strictness != Strictness::kOff) {
     strict = std::make_unique<StrictMode>(log, options.strictness == Strictness::kFatal, guard, event_base,

@@ -59,6 +59,7 @@ struct HostServices {
   GuardedLoop guarded_loop{guard, loop};
 
   // Null unless an option requests them.
+  EventPtr log_reopening;
   std::unique_ptr<StrictMode> strict;
   std::unique_ptr<ScriptPlayer> script_player;
   std::unique_ptr<Control> control;

@@ -20,8 +20,10 @@
  *   c_loop_run(), both signals keep the disposition that the program gave them. A process that the
  *   service forks must not use the context; both signals end it.
  * - c_system_call2() and c_popen_call(): run the command with `/bin/sh -c` and return its exit status,
- *   128 + N if signal N ended it, or C_RESULT_SYSTEM_CALL if it could not be run. c_popen_call() also
- *   writes each line of the command's standard output to the log, as a record of the module "command".
+ *   128 + N if signal N ended it, or C_RESULT_SYSTEM_CALL if it could not be run. They do not wait for
+ *   processes that the command leaves in the background. c_popen_call() also writes each line of the
+ *   command's standard output to the log, as a record of the module "command"; a line longer than 4096
+ *   bytes continues in further records.
  * - c_heartbeat_lock() and c_heartbeat_unlock(): return 0. Locks nest to any depth; an unlock without a
  *   lock is refused with C_RESULT_PARAM. The time while locked does not count as time in which a callback
  *   holds the loop.

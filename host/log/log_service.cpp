@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "host/log/log_service.h"
 
-#include <fcntl.h>
 #include <spdlog/logger.h>
-#include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <iterator>
 
 #include "host/clock/clock.h"
 #include "host/include/cpp2c_host.h"
+#include "host/log/log_file.h"
 #include "include_c"
 #include "util/error.h"
 #include "util/text.h"
@@ -25,24 +22,9 @@ constexpr LogLevel kLevels[] = {
     {"notice", C_LOG_NOTICE},     {"info", C_LOG_INFO},   {"debug", C_LOG_DEBUG},
 };
 
-// Commands that the service runs must not inherit the file.
-void closeOnExec(const std::string& /*name*/, std::FILE* file) {
-  fcntl(fileno(file), F_SETFD, FD_CLOEXEC);
-}
-
-spdlog::sink_ptr openFile(const std::string& file) {
-  spdlog::file_event_handlers handlers;
-  handlers.after_open = closeOnExec;
-  try {
-    return std::make_shared<spdlog::sinks::basic_file_sink_st>(file, false, handlers);
-  } catch (const spdlog::spdlog_ex&) {
-    throw util::Error(C_RESULT_SYSTEM_CALL, file + ": cannot be written: " + std::strerror(errno));
-  }
-}
-
-spdlog::sink_ptr openSink(const std::string& file) {
-  if (file.empty()) return std::make_shared<spdlog::sinks::stderr_sink_st>();
-  return openFile(file);
+spdlog::sink_ptr sinkOf(const std::shared_ptr<LogFile>& file) {
+  if (file == nullptr) return std::make_shared<spdlog::sinks::stderr_sink_st>();
+  return file;
 }
 
 }  // namespace
@@ -68,7 +50,8 @@ std::string logLevelNames() {
 }
 
 LogService::LogService(int level, const std::string& file, const Clock& clock)
-    : level_(level), clock_(clock), logger_(std::make_unique<spdlog::logger>("", openSink(file))) {
+    : level_(level), clock_(clock), file_(file.empty() ? nullptr : std::make_shared<LogFile>(file)) {
+  logger_ = std::make_unique<spdlog::logger>("", sinkOf(file_));
   logger_->set_pattern("%Y-%m-%d %H:%M:%S.%e %v");
   logger_->flush_on(spdlog::level::trace);
 }
@@ -86,6 +69,15 @@ int LogService::debugOut(const char* file, int line, const char* text) {
   if (file == nullptr || text == nullptr) return C_RESULT_PARAM;
   if (debug_) write(nearestLogLevel(C_LOG_DEBUG).name, file + (':' + std::to_string(line)), text);
   return C_RESULT_OK;
+}
+
+void LogService::reopen() {
+  if (file_ == nullptr) return;
+  try {
+    file_->reopen();
+  } catch (const util::Error& error) {
+    record("log", C_LOG_ERROR, error.what());
+  }
 }
 
 void LogService::write(const char* level, const std::string& module, const char* text) {

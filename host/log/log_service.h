@@ -16,6 +16,7 @@ class logger;
 namespace host {
 
 class Clock;
+class LogFile;
 
 struct LogLevel {
   const char* name;
@@ -45,6 +46,9 @@ class LogService final : public ILog {
   int debugOut(const char* file, int line, const char* text);
   void debugSwitch(bool on) { debug_ = on; }
 
+  // Opens the file again, for example because it was renamed. If that fails, logs the reason in the old file.
+  void reopen();
+
   // Sets the function to call with each line that is written.
   struct Line {
     const char* level;
@@ -60,6 +64,7 @@ class LogService final : public ILog {
   const Clock& clock_;
   bool debug_ = false;
   std::function<void(const Line&)> on_line_ = [](const Line&) {};
+  std::shared_ptr<LogFile> file_;  // null: standard error
   std::unique_ptr<spdlog::logger> logger_;
 };
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "host/loop/event_base.h"
 
+#include <sys/eventfd.h>
+#include <unistd.h>
+
 #include "binding/context.h"
 #include "host/include/cpp2c_host.h"
 #include "include_c"
@@ -24,6 +27,16 @@ event_base* newBase() {
   return event_base_new_with_config(config.get());
 }
 
+// libevent ends the process if it gets no descriptors for its signals.
+bool canOpenDescriptors() {
+  constexpr int kNeeded = 4;
+  int opened[kNeeded];
+  int count = 0;
+  while (count < kNeeded && (opened[count] = eventfd(0, EFD_CLOEXEC)) >= 0) count++;
+  for (int i = 0; i < count; i++) close(opened[i]);
+  return count == kNeeded;
+}
+
 void logMessage(int severity, const char* text) {
   g_log->record("libevent", severity >= EVENT_LOG_WARN ? C_LOG_WARNING : C_LOG_DEBUG, text);
 }
@@ -31,6 +44,7 @@ void logMessage(int severity, const char* text) {
 }  // namespace
 
 EventBase::EventBase(ILog& log) {
+  if (!canOpenDescriptors()) throw util::Error(C_RESULT_SYSTEM_CALL, "cannot create the event loop");
   g_log = &log;
   event_set_log_callback(logMessage);
   base_.reset(newBase());

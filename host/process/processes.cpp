@@ -1,20 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "host/process/processes.h"
 
-#include <spawn.h>
-#include <sys/wait.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
-#include <cstdlib>
 
-#include "binding/context.h"
-#include "host/include/cpp2c_host.h"
+#include "host/process/output_lines.h"
+#include "host/process/shell.h"
 #include "include_c"
 
 namespace host {
 namespace {
+
+constexpr std::size_t kPart = 4096;
 
 // The program's output so far must precede the command's.
 void flushOutput() {
@@ -22,41 +26,74 @@ void flushOutput() {
   std::fflush(stderr);
 }
 
-// Unlike system(), does not ignore SIGINT, which may be meant to stop the service.
-bool spawnShell(const char* command, pid_t& child) {
-  char shell[] = "sh";
-  char option[] = "-c";
-  char* const arguments[] = {shell, option, const_cast<char*>(command), nullptr};
-  return posix_spawn(&child, "/bin/sh", nullptr, nullptr, arguments, environ) == 0;
-}
+class Pipe {
+ public:
+  Pipe() : open_(pipe2(ends_, O_CLOEXEC) == 0) {}
+  ~Pipe() {
+    if (!open_) return;
+    closeWriting();
+    close(ends_[0]);
+  }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
 
-bool waitFor(pid_t child, int& status) {
-  pid_t ended = -1;
+  bool isOpen() const { return open_; }
+  int reading() const { return ends_[0]; }
+  int writing() const { return ends_[1]; }
+  void closeWriting() {
+    if (ends_[1] >= 0) close(ends_[1]);
+    ends_[1] = -1;
+  }
+
+ private:
+  int ends_[2] = {-1, -1};
+  const bool open_;
+};
+
+// Returns the number of bytes read, or 0 at the end of the output.
+std::size_t readPart(int output, std::size_t size, OutputLines& lines) {
+  char part[kPart];
+  ssize_t count = -1;
   do {
-    ended = waitpid(child, &status, 0);
-  } while (ended < 0 && errno == EINTR);
-  return ended == child;
+    count = read(output, part, std::min(size, kPart));
+  } while (count < 0 && errno == EINTR);
+  if (count <= 0) return 0;
+  const auto length = static_cast<std::size_t>(count);
+  lines.add({part, length});
+  return length;
 }
 
-int exitStatus(int status) {
-  return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+// Only what is in the pipe now: a process in the background may write without end.
+void readRest(int output, OutputLines& lines) {
+  int available = 0;
+  if (ioctl(output, FIONREAD, &available) != 0) return;
+  auto left = static_cast<std::size_t>(available);
+  while (left > 0) {
+    const std::size_t count = readPart(output, left, lines);
+    if (count == 0) return;
+    left -= count;
+  }
 }
 
-bool readLine(char** line, std::size_t* size, std::FILE* output) {
-  ssize_t length = -1;
+bool waitForAny(pollfd (&awaited)[2]) {
+  int ready = -1;
   do {
-    errno = 0;
-    std::clearerr(output);
-    length = getline(line, size, output);
-  } while (length < 0 && errno == EINTR);
-  return length >= 0;
+    ready = poll(awaited, 2, -1);
+  } while (ready < 0 && errno == EINTR);
+  return ready > 0;
 }
 
-void logLines(std::FILE* output, ILog& log) {
-  char* line = nullptr;
-  std::size_t size = 0;
-  while (readLine(&line, &size, output)) log.record("command", C_LOG_INFO, line);
-  std::free(line);
+// Reads until the shell ends: processes that it leaves in the background keep the pipe open. Without a
+// descriptor for the end of the shell, poll() waits for the pipe alone.
+void readOutput(int output, const Shell& shell, OutputLines& lines) {
+  pollfd awaited[] = {{output, POLLIN, 0}, {shell.end(), POLLIN, 0}};
+  while (waitForAny(awaited)) {
+    if (awaited[1].revents != 0) {
+      readRest(output, lines);
+      return;
+    }
+    if (readPart(output, kPart, lines) == 0) return;
+  }
 }
 
 }  // namespace
@@ -64,20 +101,20 @@ void logLines(std::FILE* output, ILog& log) {
 int Processes::run(const char* command) {
   if (command == nullptr) return C_RESULT_PARAM;
   flushOutput();
-  pid_t child = -1;
-  int status = 0;
-  if (!spawnShell(command, child) || !waitFor(child, status)) return C_RESULT_SYSTEM_CALL;
-  return exitStatus(status);
+  return Shell(command, Shell::kInherited).wait();
 }
 
 int Processes::runLogged(const char* command) {
   if (command == nullptr) return C_RESULT_PARAM;
   flushOutput();
-  std::FILE* output = popen(command, "re");
-  if (output == nullptr) return C_RESULT_SYSTEM_CALL;
-  logLines(output, log_);
-  const int status = pclose(output);
-  return status >= 0 ? exitStatus(status) : static_cast<int>(C_RESULT_SYSTEM_CALL);
+  Pipe output;
+  if (!output.isOpen()) return C_RESULT_SYSTEM_CALL;
+  const Shell shell(command, output.writing());
+  output.closeWriting();
+  OutputLines lines(log_);
+  readOutput(output.reading(), shell, lines);
+  lines.finish();
+  return shell.wait();
 }
 
 }  // namespace host

@@ -6,8 +6,8 @@ class ILog;
 
 namespace host {
 
-// Runs shell commands and waits until they end. Both operations return the exit status, 128 + N if signal N
-// ended the command, or a negative result code.
+// Runs shell commands and waits until the shell ends, whatever it leaves in the background. Both operations
+// return the exit status, 128 + N if signal N ended the command, or a negative result code.
 class Processes {
  public:
   explicit Processes(ILog& log) : log_(log) {}

@@ -20,6 +20,7 @@ struct Options {
   Strictness strictness = Strictness::kOff;
   int log_level = C_LOG_INFO;
   std::string log_file;  // empty: standard error
+  bool log_reopen = false;
   bool debug = false;
   std::string script;  // file; empty: none
   Clock::Kind clock = Clock::Kind::kReal;

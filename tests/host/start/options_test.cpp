@@ -89,7 +89,8 @@ TEST(OptionsTest, ArgumentThatIsNotAnOptionIsRefused) {
 }
 
 TEST(OptionsTest, AbbreviatedOptionIsRefused) {
-  EXPECT_EQ(mistakeIn({"--conf", "c.json"}), refusal("unknown option \"--conf\""));
+  EXPECT_EQ(mistakeIn({"--conf", "c.json"}),
+            refusal("unknown option \"--conf\"; did you mean \"--config\"?"));
 }
 
 TEST(OptionsTest, MissingArgumentIsRefused) {

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// The output of commands in the log, whatever its size.
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "binding/context.h"
+#include "host/process/processes.h"
+#include "tests/host/support/recording_log.h"
+
+namespace host {
+namespace {
+
+// Keeps only the sizes of the records.
+class MeasuringLog final : public ILog {
+ public:
+  int record(std::string, int, const char* text) override {
+    const std::string record = text;
+    total_ += record.size();
+    longest_ = std::max(longest_, record.size());
+    return 0;
+  }
+
+  std::size_t total() const { return total_; }
+  std::size_t longest() const { return longest_; }
+
+ private:
+  std::size_t total_ = 0;
+  std::size_t longest_ = 0;
+};
+
+TEST(CommandOutputTest, LongLineContinuesInFurtherRecords) {
+  RecordingLog log;
+  Processes(log).runLogged("printf '%09000d\\nnext\\n' 0");
+  EXPECT_EQ(log.records, (std::vector<std::string>{
+                             "6 command: " + std::string(4096, '0'), "6 command: " + std::string(4096, '0'),
+                             "6 command: " + std::string(808, '0') + '\n', "6 command: next\n"}));
+}
+
+TEST(CommandOutputTest, LineOfTheGreatestLengthIsOneRecord) {
+  RecordingLog log;
+  Processes(log).runLogged("printf '%04096d\\n' 0; printf '%04096d' 0");
+  EXPECT_EQ(log.records, (std::vector<std::string>{"6 command: " + std::string(4096, '0') + '\n',
+                                                   "6 command: " + std::string(4096, '0')}));
+}
+
+TEST(CommandOutputTest, HugeLineIsLoggedInPartsWithoutLoss) {
+  constexpr std::size_t kHuge = 20'000'000;
+  MeasuringLog log;
+  EXPECT_EQ(Processes(log).runLogged("head -c 20000000 /dev/zero | tr '\\0' x"), 0);
+  EXPECT_EQ(log.total(), kHuge);
+  EXPECT_EQ(log.longest(), 4096U);
+}
+
+TEST(CommandOutputTest, OutputInPiecesIsOneLine) {
+  RecordingLog log;
+  Processes(log).runLogged("printf on; sleep 0.05; echo e");
+  EXPECT_EQ(log.records, std::vector<std::string>{"6 command: one\n"});
+}
+
+}  // namespace
+
+}  // namespace host

@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "host/process/processes.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 
 namespace host {
 namespace {
@@ -27,7 +27,7 @@ class CommandEndTest : public testing::Test {
     return static_cast<pid_t>(std::stoi(record.substr(record.rfind(' '))));
   }
 
-  RecordingLog log_;
+  MemoryLog log_;
   Processes processes_{log_};
 };
 

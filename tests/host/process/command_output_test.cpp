@@ -9,7 +9,7 @@
 
 #include "binding/context.h"
 #include "host/process/processes.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 
 namespace host {
 namespace {
@@ -33,7 +33,7 @@ class MeasuringLog final : public ILog {
 };
 
 TEST(CommandOutputTest, LongLineContinuesInFurtherRecords) {
-  RecordingLog log;
+  MemoryLog log;
   Processes(log).runLogged("printf '%09000d\\nnext\\n' 0");
   EXPECT_EQ(log.records, (std::vector<std::string>{
                              "6 command: " + std::string(4096, '0'), "6 command: " + std::string(4096, '0'),
@@ -41,7 +41,7 @@ TEST(CommandOutputTest, LongLineContinuesInFurtherRecords) {
 }
 
 TEST(CommandOutputTest, LineOfTheGreatestLengthIsOneRecord) {
-  RecordingLog log;
+  MemoryLog log;
   Processes(log).runLogged("printf '%04096d\\n' 0; printf '%04096d' 0");
   EXPECT_EQ(log.records, (std::vector<std::string>{"6 command: " + std::string(4096, '0') + '\n',
                                                    "6 command: " + std::string(4096, '0')}));
@@ -56,7 +56,7 @@ TEST(CommandOutputTest, HugeLineIsLoggedInPartsWithoutLoss) {
 }
 
 TEST(CommandOutputTest, OutputInPiecesIsOneLine) {
-  RecordingLog log;
+  MemoryLog log;
   Processes(log).runLogged("printf on; sleep 0.05; echo e");
   EXPECT_EQ(log.records, std::vector<std::string>{"6 command: one\n"});
 }

@@ -103,7 +103,7 @@ class FailedInitTest : public testing::Test {
 
   // Without files in JSON: the JSON library cannot free memory without allocating some.
   Arguments options() const {
-    return {"--log-file", folder_.file("log"),     "--state", folder_.file("state.db"),
+    return {"--log-file", folder_.file("log"),     "--state",  folder_.file("state.db"),
             "--control",  folder_.file("control"), "--strict", "--log-reopen"};
   }
 

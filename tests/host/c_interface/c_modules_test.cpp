@@ -148,7 +148,8 @@ TEST_F(CModulesTest, LibraryWithoutEntryPointIsNamed) {
 TEST_F(CModulesTest, LibraryThatYieldsNothingIsNamed) {
   initWithModules({"null_module"});
   EXPECT_EQ(c_context_load(), C_RESULT_NOT_FOUND);
-  EXPECT_EQ(news(), Records{"error lifecycle: " + library("null_module") + ": getInstance() returned no module, or the module of another library"});
+  EXPECT_EQ(news(), Records{"error lifecycle: " + library("null_module") +
+                            ": getInstance() returned no module, or the module of another library"});
 }
 
 TEST_F(CModulesTest, FailureToOpenMayBeTriedAgain) {

@@ -81,7 +81,8 @@ TEST(ScriptTest, EventNeedsNoData) {
 }
 
 TEST(ScriptTest, AnswerIsACodeOrNull) {
-  EXPECT_EQ(std::get<Answer>(readOne(R"({"call": "setValue", "nth": 1, "answer": -1018})").action).code, -1018);
+  EXPECT_EQ(std::get<Answer>(readOne(R"({"call": "setValue", "nth": 1, "answer": -1018})").action).code,
+            -1018);
   const Step step = readOne(R"({"call": "getNode", "nth": 1, "answer": null})");
   EXPECT_TRUE(std::holds_alternative<Answer>(step.action));
 }

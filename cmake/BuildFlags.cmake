@@ -18,7 +18,7 @@ option(CPP2C_SMALL "Drop unused sections and optimise at link time" OFF)
 
 add_library(cpp2c_build_flags INTERFACE)
 target_compile_options(cpp2c_build_flags INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wmissing-declarations -Werror
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wmissing-declarations
   # A unique symbol would keep a library in the process after it has been closed.
   $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fno-gnu-unique>
 )

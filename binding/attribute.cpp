@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Attributes of configuration nodes. What is missing is reported by different codes in the two functions, on
-// purpose: a failed read has always been the caller's error, a failed write the context's.
+// Attributes of configuration nodes.
+//
+// Without a context, c_cfm_set_attr() fails with C_RESULT_NOT_INIT but c_cfm_get_attr() with C_RESULT_PARAM.
+// Programs depend on the difference: keep it.
 #include "binding/result.h"
 #include "binding/services.h"
 

@@ -6,10 +6,10 @@
 #include <cstddef>
 #include <cstdio>
 
-// Text formatted into a fixed buffer of `Size` bytes; what is longer is cut silently.
+// Text formatted into a fixed buffer of `Size` bytes. Longer text is truncated without a diagnostic.
 //
-// The limit given to the formatter leaves the buffer's last byte unused, so texts end at Size - 2 bytes and
-// not at Size - 1. Programs rely on the lengths, so it stays.
+// The size passed to vsnprintf() is one less than the buffer's, so text is truncated to Size - 2 bytes, not
+// Size - 1. Programs depend on these lengths: keep them.
 template <std::size_t Size>
 class BoundedText {
  public:

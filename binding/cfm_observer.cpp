@@ -8,7 +8,7 @@
 
 namespace {
 
-// The first observer in order of registration for which `matches` holds, or null.
+// Returns the oldest registered observer for which `matches` is true, or null.
 template <typename Predicate>
 __CfmC* firstObserver(Predicate matches) {
   auto found = std::find_if(g_cfm_observers.begin(), g_cfm_observers.end(), matches);
@@ -33,7 +33,7 @@ void c_cfm_regist_observer(int id, c_cfm_callback callback, void* user) {
   cfm->registObserver(id, observer);
   g_cfm_observers.push_back(observer);
 
-  // Clears user data that was stored under these names before, on purpose: it belongs to an earlier observer.
+  // Overwrites user data already stored under these names: it belongs to a previous observer.
   walkInstances(*cfm, id, [id](const std::string& name) { c_dbc_add_userdata(id, name.c_str(), nullptr); });
 }
 
@@ -53,7 +53,7 @@ void c_cfm_unregist_observer(int id, c_cfm_callback callback) {
 }
 
 c_cfm_callback c_cfm_get_regist_observer_callback(int id) {
-  // The service plays no further part, but without it nobody observes.
+  // The service is not used, but without a service there are no observers.
   if (currentCfm() == nullptr) return nullptr;
 
   const __CfmC* observer = firstObserver([id](const __CfmC* candidate) { return candidate->id == id; });

@@ -5,7 +5,7 @@
 #include "binding/handlers.h"
 #include "include_c"
 
-// Presents one C callback to the configuration service, for one configuration object.
+// Adapter that calls a C callback for the changes of one configuration object.
 class __CfmC : public ICfmObserver {
  public:
   int update(int object, std::string instance, int operation, std::string leaf) override;

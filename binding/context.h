@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The framework's context and the services that it hands out.
+// Interfaces of the framework's context and of its services.
 //
-// The context library implements these interfaces and this library calls them by position in the virtual
-// table, so the order of the operations is the contract: never reorder, insert or remove one. The virtual
-// destructor takes positions 1 and 2; `reservedN` stands for position N, which this library never calls.
+// The context library implements these interfaces. This library calls the operations by their position in
+// the virtual table: never reorder, insert or remove one. The virtual destructor occupies positions 1 and 2.
+// `reservedN` fills position N, which this library never calls.
 //
-// All operations are called on the thread that calls the C function behind them, in practice the thread that
-// runs the loop. Service objects belong to the context; nobody else deletes them. Strings are passed by
-// value.
+// Each operation runs on the thread that calls the corresponding C function, normally the thread that runs
+// the loop. The context owns the service objects and alone deletes them. Strings are passed by value.
 #ifndef CPP2C_BINDING_CONTEXT_H
 #define CPP2C_BINDING_CONTEXT_H
 
@@ -26,11 +25,11 @@ class ILog {
  public:
   virtual ~ILog() = default;
 
-  // Writes one record. `level` is the caller's own; `text` is valid only during the call.
+  // Writes one record. The caller defines the meaning of `level`. `text` is valid only during the call.
   virtual int record(std::string module, int level, const char* text) = 0;
 };
 
-// One leaf of the configuration tree, on loan from ICfm::getNode() until ICfm::releaseNode().
+// One leaf of the configuration tree. Obtained with ICfm::getNode(), released with ICfm::releaseNode().
 class ICfmNode {
  public:
   virtual ~ICfmNode() = default;
@@ -38,19 +37,19 @@ class ICfmNode {
   virtual std::string getType() = 0;
   virtual std::string getValue() = 0;
   virtual int reserved5() = 0;
-  virtual unsigned int getLength() = 0;  // of the value, as the service counts it
+  virtual unsigned int getLength() = 0;  // length of the value, as defined by the service
 };
 
-// A walk over the instances of one object, on loan from ICfm::instanceIterator() until
-// ICfm::releaseIterator(). It stands on the first instance when it is handed out.
+// Iterator over the instances of one object. Obtained with ICfm::instanceIterator(), released with
+// ICfm::releaseIterator(). At first, the current instance is the first one.
 class ICfmIterator {
  public:
   virtual ~ICfmIterator() = default;
 
-  virtual int next() = 0;  // non-zero while there is a current instance
+  virtual int next() = 0;  // advances; non-zero if there is a current instance
   virtual int reserved4() = 0;
   virtual int reserved5() = 0;
-  virtual std::string name() = 0;  // of the current instance
+  virtual std::string name() = 0;  // name of the current instance
 };
 
 // The configuration service.
@@ -64,12 +63,12 @@ class ICfm {
   virtual int reserved6() = 0;
   virtual int registObserver(int id, ICfmObserver* observer) = 0;
   virtual int unregistObserver(int id, ICfmObserver* observer) = 0;
-  virtual ICfmNode* getNode(std::string fullname) = 0;  // null if there is none
+  virtual ICfmNode* getNode(std::string fullname) = 0;  // null if there is no such leaf
   virtual int releaseNode(ICfmNode* node) = 0;
   virtual int reserved11() = 0;
   virtual int reserved12() = 0;
   virtual int reserved13() = 0;
-  virtual ICfmIterator* instanceIterator(int id) = 0;  // null if there is no instance
+  virtual ICfmIterator* instanceIterator(int id) = 0;  // null if the object has no instance
   virtual int releaseIterator(ICfmIterator* iterator) = 0;
   virtual int reserved16() = 0;
   virtual int setValue(std::string fullname, std::string value, int option) = 0;
@@ -87,8 +86,8 @@ class IEvent {
   virtual int notify(std::string event, std::string data, int flags) = 0;  // this library always passes 0
 };
 
-// The watchdog that notices a callback which holds the loop too long. lock() suspends it, unlock() resumes
-// it.
+// The watchdog, which detects callbacks that block the loop for too long. lock() suspends it, unlock()
+// resumes it.
 class IHeartbeat {
  public:
   virtual ~IHeartbeat() = default;
@@ -108,30 +107,30 @@ class ILoop {
  public:
   virtual ~ILoop() = default;
 
-  virtual int addFd(int fd, int events, ILoopData* handler) = 0;  // again for one fd: replaces the mask
-  virtual int delFd(int fd) = 0;  // `handler` is not called for `fd` once this has returned
+  virtual int addFd(int fd, int events, ILoopData* handler) = 0;  // for a watched fd: replaces the mask
+  virtual int delFd(int fd) = 0;  // on return, the handler of `fd` is not called any more
   virtual int reserved5() = 0;
-  virtual int run() = 0;  // returns when the loop has been stopped
+  virtual int run() = 0;  // blocks until the loop is stopped
 };
 
-// The framework's core object, handed out by the entry point "getInstance" of the context library and taken
-// back by its "relInstance".
+// The framework's central object. The entry point "getInstance" of the context library returns it, and the
+// entry point "relInstance" releases it.
 class IContext {
  public:
   virtual ~IContext() = default;
 
-  virtual int init(std::uintptr_t arg1, std::uintptr_t arg2) = 0;  // the words given to c_context_init()
+  virtual int init(std::uintptr_t arg1, std::uintptr_t arg2) = 0;  // arguments of c_context_init()
   virtual int load() = 0;
   virtual int reserved5() = 0;
-  virtual ILog* getLog() = 0;  // this and the other services: null if there is none
+  virtual ILog* getLog() = 0;  // null if there is no such service; likewise for the others
   virtual ICfm* getCfm() = 0;
   virtual IEvent* getEvent() = 0;
   virtual IHeartbeat* getHeartbeat() = 0;
   virtual ILoop* getLoop() = 0;
   virtual int reserved11() = 0;
   virtual int reserved12() = 0;
-  virtual int debugOut(const char* file, int line,
-                       const char* text) = 0;  // shows one diagnostic, if asked to
+  // Shows one diagnostic, if debug output is switched on.
+  virtual int debugOut(const char* file, int line, const char* text) = 0;
   virtual int debugSwitch(int value) = 0;
   virtual int systemCall(const char* command) = 0;
   virtual int systemCall2(const char* command) = 0;

@@ -7,7 +7,7 @@
 std::string __DataProvider::dataGet(int id, std::string instance, std::string leaf) {
   if (callback == nullptr) return {};
 
-  // Not cleared before: a callback that sets nothing repeats the answer to the request before.
+  // `result` is not cleared first: if the callback sets no value, the previous value is returned again.
   callback(id, instance.c_str(), leaf.c_str(), user, this);
   return result;
 }
@@ -26,7 +26,7 @@ void c_cfm_data_provider_regist(int id, c_data_provider_callback callback, void*
 void c_cfm_data_provider_set(void* handle, const char* type, char* data) {
   if (handle == nullptr) return;
 
-  // A flag is answered as its number, unlike a flag that is written with c_cfm_set_value().
+  // A "bool" becomes a number here, unlike in c_cfm_set_value(), where it becomes "true" or "false".
   const ValueKind kind = valueKind(type);
   const bool is_number = kind == ValueKind::kWord || kind == ValueKind::kFlag;
   static_cast<__DataProvider*>(handle)->result = is_number ? WordText(loadWord(data)).c_str() : data;

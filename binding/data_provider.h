@@ -5,15 +5,15 @@
 #include "binding/handlers.h"
 #include "include_c"
 
-// Presents one C callback to the configuration service as the source of an object's computed values. Final
-// because its interface has no virtual destructor: c_context_deinit() deletes it as what it is.
+// Adapter that calls a C callback to compute the values of one object's computed leaves. The class is final
+// because c_context_deinit() deletes it without a virtual destructor.
 class __DataProvider final : public IDyncDataProvider {
  public:
   std::string dataGet(int id, std::string instance, std::string leaf) override;
 
   c_data_provider_callback callback = nullptr;
   void* user = nullptr;
-  std::string result;  // the answer set last
+  std::string result;  // the value set last
 };
 
 #endif

@@ -6,14 +6,14 @@
 
 #include <dlfcn.h>
 
-#include "binding/context.h"  // the whole type: the debug information then tells what getContext() hands out
+#include "binding/context.h"  // the complete type, so that the debug information describes it
 #include "binding/globals.h"
 
 namespace {
 
 constexpr const char* kContextLibrary = "libcontext_proxy.so";
 
-// The function `name` of an opened library, or null.
+// Returns the function `name` of an opened library, or null.
 template <typename Function>
 Function* entryPoint(void* handle, const char* name) {
   return reinterpret_cast<Function*>(dlsym(handle, name));
@@ -45,8 +45,8 @@ void DllMgr::relInstance() {
   if (release == nullptr) return;
 
   release(instance);
-  // Shows whatever error the loader recorded last, also one that "relInstance" itself left behind: this is
-  // the only trace of it, so the loader is asked after the call and not after the look-up.
+  // Calls dlerror() after "relInstance", not after dlsym(): it then also reports an error that occurred
+  // within "relInstance" and would otherwise be lost.
   if (const char* error = dlerror()) std::fprintf(stderr, "dlsym: %s\n", error);
   instance = nullptr;
 }

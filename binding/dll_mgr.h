@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Opened libraries, and the one that the context comes from.
+// Opened shared libraries, and the process-wide context.
 #ifndef CPP2C_BINDING_DLL_MGR_H
 #define CPP2C_BINDING_DLL_MGR_H
 
@@ -9,14 +9,14 @@
 
 class IContext;
 
-// One opened library and the one instance obtained from it.
+// An opened shared library and the instance obtained from it.
 //
-// The library exports two C functions: `void* getInstance(void* context)` creates or returns its instance,
-// and `relInstance(void* instance)` releases it; the latter must accept null.
+// The shared library exports two C functions: `void* getInstance(void* context)` creates or returns its
+// instance, and `void relInstance(void* instance)` releases it. relInstance() must accept null.
 class CPP2C_API DllMgr {
  public:
-  // Opens the library `path`, a file name that the dynamic loader looks up or a path, and makes its symbols
-  // available to libraries opened later. A failure is not reported: getInstance() then returns null.
+  // Opens the shared library `path`, which is a path or a file name that the dynamic loader searches for.
+  // Its symbols are available to libraries opened later. If it cannot be opened, getInstance() returns null.
   explicit DllMgr(std::string path);
 
   // Releases the instance and closes the library.
@@ -25,15 +25,15 @@ class CPP2C_API DllMgr {
   DllMgr(const DllMgr&) = delete;
   DllMgr& operator=(const DllMgr&) = delete;
 
-  // Returns the library's instance, which the library owns. Asks the library once, handing it `ctx`, and
-  // remembers the answer; null if the library is not open or has no "getInstance". The instance of a module
-  // library is an IModule.
+  // Returns the instance of the shared library, which owns it. The first call obtains it by passing `ctx` to
+  // the library's "getInstance"; later calls return the same instance. Returns null if the library is not
+  // open or has no "getInstance". The instance of a module library is an IModule.
   IContext* getInstance(IContext* ctx);
 
-  // Hands the instance back through the library's "relInstance"; does nothing if there is no such function.
+  // Passes the instance to the library's "relInstance". Does nothing if there is no such function.
   void relInstance();
 
-  // The instance obtained already, or null.
+  // The instance, if it has already been obtained, otherwise null.
   IContext* obtained() const { return instance; }
 
  private:
@@ -42,11 +42,11 @@ class CPP2C_API DllMgr {
   std::string path;
 };
 
-// Returns the process-wide context, opening "libcontext_proxy.so" at the first call; null if that library
-// cannot be opened or yields no instance. Not safe against a first call from two threads at once.
+// Returns the process-wide context. The first call opens "libcontext_proxy.so". Returns null if that library
+// cannot be opened or returns no instance. Not thread-safe.
 CPP2C_API IContext* getContext();
 
-// Releases the process-wide context and closes its library. A later getContext() opens it afresh. `ctx` is
+// Releases the process-wide context and closes its library. The next getContext() opens it again. `ctx` is
 // ignored.
 CPP2C_API void releaseContext(IContext* ctx);
 

@@ -25,7 +25,7 @@ void c_event_unregist_observer(const char* event, c_event_callback callback) {
   IEvent* service = currentEvent();
   if (service == nullptr) return;
 
-  // By the callback alone: neither the event nor the user pointer narrows the choice.
+  // Selects the registration by its callback only, not by its event or user pointer.
   auto found = std::find_if(g_event_observers.begin(), g_event_observers.end(),
                             [callback](const __EventC* observer) { return observer->callback == callback; });
   if (found == g_event_observers.end()) return;
@@ -33,8 +33,8 @@ void c_event_unregist_observer(const char* event, c_event_callback callback) {
   __EventC* observer = *found;
   service->unregistObserver(event, observer);
   g_event_observers.remove(observer);
-  // The observer is not deleted, unlike a configuration observer: the event given here need not be the one it
-  // was registered for, and the service may then still call it.
+  // Do not delete the observer here: `event` may differ from the event for which it was registered, and then
+  // the service still calls it.
 }
 
 void c_event_notify(const char* event, const char* data) {

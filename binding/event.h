@@ -5,7 +5,7 @@
 #include "binding/handlers.h"
 #include "include_c"
 
-// Presents one C callback to the event service.
+// Adapter that calls a C callback for an event.
 class __EventC : public IEventObserver {
  public:
   int update(std::string event, std::string data, std::string source) override;

@@ -3,7 +3,7 @@
 
 #include "binding/timer.h"
 
-// The order of these lines is the order of construction; destruction at unload goes the other way.
+// Constructed in this order, destroyed in reverse order when the library is unloaded.
 DllMgr* g_context_library = nullptr;
 __NtpTimerCB g_timer;
 std::list<__CfmC*> g_cfm_observers;

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
-// What the context calls back.
+// Interfaces through which the context calls this library.
 //
-// The context enters these interfaces by position in the virtual table, so the order of the operations is the
-// contract. All operations run on the loop's thread. Strings are passed by value.
+// The context calls the operations by their position in the virtual table: never reorder them. All operations
+// run on the loop's thread. Strings are passed by value.
 #ifndef CPP2C_BINDING_HANDLERS_H
 #define CPP2C_BINDING_HANDLERS_H
 
 #include <string>
 
-// Told by ILoop when a watched descriptor is ready.
+// Called by ILoop when a watched descriptor is ready.
 class ILoopData {
  public:
   virtual ~ILoopData() = default;
 
-  virtual int handler(short events, int value) = 0;  // `value` is the loop's own, by custom the descriptor
+  virtual int handler(short events, int value) = 0;  // `value`: by convention the descriptor
 };
 
-// Told by the context when its timer expires.
+// Called by the context when its timer expires.
 class ITimer {
  public:
   virtual ~ITimer() = default;
@@ -24,7 +24,7 @@ class ITimer {
   virtual int timeArrive(int value) = 0;
 };
 
-// Told by IEvent of each event that it observes.
+// Called by IEvent for each observed event.
 class IEventObserver {
  public:
   virtual ~IEventObserver() = default;
@@ -32,7 +32,7 @@ class IEventObserver {
   virtual int update(std::string event, std::string data, std::string source) = 0;
 };
 
-// Told by ICfm of each change of the object that it observes.
+// Called by ICfm for each change of the observed object.
 class ICfmObserver {
  public:
   virtual ~ICfmObserver() = default;
@@ -40,8 +40,8 @@ class ICfmObserver {
   virtual int update(int id, std::string instance, int operation, std::string leaf) = 0;
 };
 
-// Asked by ICfm for a value that is computed on demand. It has no virtual destructor: its one operation
-// stands at position 1, and the context never deletes a provider.
+// Called by ICfm to compute the value of a leaf. It has no virtual destructor, so its only operation is at
+// position 1; the context never deletes a provider.
 class IDyncDataProvider {
  public:
   virtual std::string dataGet(int id, std::string instance, std::string leaf) = 0;

@@ -4,14 +4,14 @@
 
 #include "binding/context.h"
 
-// Calls `visit` with the name of each present instance of object `id`. Returns what the service answers when
-// it takes its iterator back; 0 if there is no instance.
+// Calls `visit` with the name of each existing instance of object `id`. Returns the result of
+// ICfm::releaseIterator(), or 0 if there is no instance.
 template <typename Visit>
 int walkInstances(ICfm& cfm, int id, Visit visit) {
   ICfmIterator* iterator = cfm.instanceIterator(id);
   if (iterator == nullptr) return 0;
 
-  // The iterator starts on the first instance, so that one is visited before next() is asked for another.
+  // The iterator starts at the first instance, so visit() comes before next().
   do {
     visit(iterator->name());
   } while (iterator->next() != 0);

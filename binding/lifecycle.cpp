@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Start, run and teardown of the C interface: the one file that knows every kind of adapter.
+// Start, loop and teardown. Includes every adapter's header because c_context_deinit() deletes them.
 #include "binding/cfm_observer.h"
 #include "binding/data_provider.h"
 #include "binding/event.h"
@@ -25,7 +25,7 @@ void deleteAll(std::map<int, __LoopData*>& watches) {
 
 int c_context_init(uintptr_t arg1, uintptr_t arg2) {
   IContext* context = currentContext();
-  c_dbc_create();  // without a context too: the cache does not depend on one
+  c_dbc_create();  // even without a context: the cache needs none
   if (context == nullptr) return refuse(C_RESULT_NOT_INIT, "NOT INITED! ERROR!");
   return context->init(arg1, arg2);
 }
@@ -61,8 +61,8 @@ int c_cfm_save_config() {
 }
 
 void c_context_deinit() {
-  // Nothing is unregistered first: the context is released right after and calls no adapter any more. The
-  // reference counts and the timer adapter stay until the library is unloaded.
+  // The adapters are not unregistered first: the context is released next and calls them no more. The
+  // reference counts and the timer adapter remain until the library is unloaded.
   deleteAll(g_cfm_observers);
   deleteAll(g_event_observers);
   deleteAll(g_fd_watches);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The lengths and texts by which a context can recognise what the library has truncated or refused.
+// Lengths and texts by which a context can detect that the library has truncated or rejected something.
 #ifndef CPP2C_BINDING_LIMITS_H
 #define CPP2C_BINDING_LIMITS_H
 
@@ -10,10 +10,10 @@ constexpr std::size_t kDiagnosticBuffer = 1024;
 constexpr std::size_t kCommandBuffer = 1024;
 constexpr std::size_t kRecordBuffer = 80;
 
-// The file that diagnostics name: fixed, whatever the source file is called and wherever it was built.
+// The file name in diagnostics. It does not depend on the source file or the build directory.
 constexpr const char* kTraceFile = "cpp2c";
 
-// The diagnostic for a leaf that is read or written under another type than its own.
+// The diagnostic for reading or writing a leaf with the wrong type.
 constexpr const char* kTypeMismatch = "data type error!";
 
 #endif

@@ -4,7 +4,7 @@
 #include "binding/services.h"
 
 int __LoopData::handler(short events, int value) {
-  // The callback may remove its own watch, which deletes this object: touch no member after it.
+  // Do not use members after the call: the callback may stop its own watch, which deletes this object.
   if (callback != nullptr) callback(user, events, value);
   return 0;
 }
@@ -29,7 +29,8 @@ void c_loop_del_fd(int fd) {
     g_fd_watches.erase(entry);
   }
 
-  // The loop is told first, and of a descriptor that is not watched as well: it may know it from elsewhere.
+  // Calls delFd() for an unwatched descriptor too, because the loop may know it from another source. The
+  // adapter is deleted last, when the loop no longer uses it.
   if (ILoop* loop = currentLoop()) loop->delFd(fd);
   delete watch;
 }

@@ -5,7 +5,7 @@
 #include "binding/handlers.h"
 #include "include_c"
 
-// Presents one C callback to the loop. The watch map owns it from c_loop_add_fd() to c_loop_del_fd().
+// Adapter that calls a C callback for a watched descriptor. Owned by `g_fd_watches`.
 class __LoopData : public ILoopData {
  public:
   int handler(short events, int value) override;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Arithmetic on the dotted names of configuration nodes, and what is reached by it.
+// Names of configuration nodes: parent names, relative access to leaves, the lookup of instances.
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -22,8 +22,8 @@ Block newBlock() {
   return Block(c_malloc(kBlockSize, kTraceFile, __LINE__));
 }
 
-// `name` cut after the last dot that has a component behind it; empty if there is none. White space at the
-// end only hides that dot from view: it is not trimmed.
+// Returns `name` up to and including the last dot that is followed by a component, or an empty string. A dot
+// at the end of `name`, even if white space follows it, is not followed by a component.
 std::string parentOf(const std::string& name) {
   const std::size_t last = name.find_last_not_of(" \n\t\r");
   std::size_t dot = name.rfind('.');
@@ -33,18 +33,18 @@ std::string parentOf(const std::string& name) {
 
 int copyOut(const std::string& prefix, char* buf, unsigned int buf_len, const char* function) {
   if (buf == nullptr || buf_len == 0) return failed(C_RESULT_PARAM, function);
-  // The limit spares the buffer's last byte, so a buffer of one byte receives nothing, not even an end.
+  // The size passed is one less than the buffer's, so a buffer of one byte is not written at all. Keep it so.
   std::snprintf(buf, buf_len - 1, "%s", prefix.c_str());
   return C_RESULT_OK;
 }
 
-// The two blocks of a relative access. Both are held until the typed function has returned.
+// The two buffers of a relative access. Both are freed after c_cfm_set_value() or c_cfm_get_value() returns.
 struct Blocks {
   Block resolved;  // the full name of the leaf
-  Block object;    // the object that the path leads to
+  Block object;    // the object to which the path leads
 };
 
-// Makes the full name of the leaf `name` that `relpath` reaches from `base`.
+// Writes the full name of the leaf `name`, found from `base` along `relpath`, to `blocks.resolved`.
 int resolve(const char* function, const char* base, const char* relpath, const char* name, const char* type,
             Blocks& blocks) {
   if (base == nullptr || relpath == nullptr || name == nullptr || type == nullptr) {
@@ -54,17 +54,17 @@ int resolve(const char* function, const char* base, const char* relpath, const c
   if (blocks.resolved == nullptr) return leave(C_RESULT_NO_MEMORY, function);
   blocks.object = newBlock();
   if (blocks.object == nullptr) {
-    blocks.resolved.reset();  // before the diagnostic, whose formatting may need the memory
+    blocks.resolved.reset();  // before the diagnostic, because formatting it may need memory
     return leave(C_RESULT_NO_MEMORY, function);
   }
 
-  // Names of 512 bytes and more are not supported; they are cut, so that the block always has an end.
+  // Longer names are truncated; the zero-filled block keeps them terminated.
   std::strncpy(blocks.object.get(), base, kBlockSize - 1);
   for (const char* up = std::strstr(relpath, kUp); up != nullptr;
        up = std::strstr(up + sizeof kUp - 1, kUp)) {
-    c_cfm_parent_fullname(blocks.object.get());  // at the top it says so and stays there
+    c_cfm_parent_fullname(blocks.object.get());  // at the top, it only sends a diagnostic
   }
-  // An empty path adds no dot: a base that brings its own is joined as it stands.
+  // With an empty path no dot is added: `base` then ends with one.
   const char* separator = *relpath != '\0' ? "." : "";
   std::snprintf(blocks.resolved.get(), kBlockSize, "%s%s%s", blocks.object.get(), separator, name);
   return C_RESULT_OK;

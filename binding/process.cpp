@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Shell commands, log records and the allocator for C programs.
+// Shell commands, log records, memory.
 #include <cstdlib>
 
 #include "binding/bounded_text.h"
@@ -22,7 +22,7 @@ int c_system_call(const char* format, ...) {
   const CommandText command(format, arguments);
   va_end(arguments);
   context->systemCall(command.c_str());
-  // The answer is the length of this line, not the command's: c_system_call2() gives that.
+  // Returns the length of the printed line; c_system_call2() returns the result of the command.
   return std::printf("cmd:%s\r\n", command.c_str());
 }
 
@@ -59,7 +59,7 @@ void c_log_record(const char* module, int code, const char* format, ...) {
   log->record(module, code, text.c_str());
 }
 
-// The caller's position is taken for the sake of the interface and not kept anywhere.
+// The caller's file and line are part of the interface but not used.
 char* c_malloc(unsigned int size, const char* /*file*/, int /*line*/) {
   return static_cast<char*>(std::calloc(1, size));
 }

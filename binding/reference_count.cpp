@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Counts by name, the library's own: nothing happens when one reaches 0. Entries are never erased.
+// Reference counts by name. Nothing happens when a count reaches 0. Entries are never erased.
 #include "binding/globals.h"
 #include "binding/result.h"
 

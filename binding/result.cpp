@@ -24,7 +24,7 @@ const char* errorText(int code) {
       return "not init!";
     case C_RESULT_PARAM:
       return "param error!";
-    default:  // C_RESULT_NO_CALLBACK too: it is an answer to the framework and never part of a diagnostic
+    default:  // also C_RESULT_NO_CALLBACK, which never appears in a diagnostic
       return "unknow error!";
   }
 }

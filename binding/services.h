@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The way from a C function to the context and its services.
+// How the C functions get the context and its services.
 //
-// Each function goes this way anew at every call and keeps nothing: the context may have been released, or
-// may have appeared, in between.
+// A C function calls these functions each time and stores nothing: between two calls, the context may have
+// been released or may have become available.
 #ifndef CPP2C_BINDING_SERVICES_H
 #define CPP2C_BINDING_SERVICES_H
 
@@ -11,13 +11,13 @@
 #include "binding/globals.h"
 #include "include_c"
 
-// What getContext() answers, without the calls once there is a context.
+// Returns the same as getContext(), but without a function call if the context has been obtained.
 inline IContext* currentContext() {
   IContext* obtained = g_context_library != nullptr ? g_context_library->obtained() : nullptr;
   return obtained != nullptr ? obtained : getContext();
 }
 
-// The service that `getter` of the context answers, or null when there is no context or no such service.
+// Returns the service from `getter`, or null if there is no context or no such service.
 template <typename Service>
 Service* serviceOf(IContext* context, Service* (IContext::*getter)()) {
   return context != nullptr ? (context->*getter)() : nullptr;

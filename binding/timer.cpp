@@ -4,8 +4,8 @@
 #include "binding/services.h"
 
 int __NtpTimerCB::timeArrive(int /*value*/) {
-  // Not tested for null: the context is given this adapter only after a callback has been stored, so a null
-  // one is what the caller asked for.
+  // Do not check for null: the context receives this adapter only after `callback` has been set, so it is
+  // null only if the caller passed NULL, which is not allowed.
   return callback();
 }
 

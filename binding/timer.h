@@ -5,7 +5,7 @@
 #include "binding/handlers.h"
 #include "include_c"
 
-// Presents the C callback stored last to the context's timer. There is one, `g_timer`, never on the heap.
+// Adapter that calls the C callback set last. `g_timer` is the only object of this class.
 class __NtpTimerCB : public ITimer {
  public:
   int timeArrive(int value) override;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Typed reads and writes of the leaves of the configuration tree.
+// Reads and writes leaves of the configuration tree.
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -15,8 +15,8 @@ struct ReleaseNode {
   void operator()(ICfmNode* node) const { cfm->releaseNode(node); }
 };
 
-// A leaf that is open for one access: its node is on loan and of the caller's type. The node goes back when
-// the leaf goes out of scope, unless it was handed back before.
+// A leaf whose node has been obtained and has the type given by the caller. The node is released when the
+// object goes out of scope, if not earlier.
 struct OpenLeaf {
   ICfm* cfm = nullptr;
   std::unique_ptr<ICfmNode, ReleaseNode> node;
@@ -35,8 +35,8 @@ int openLeaf(const char* fullname, const char* type, const void* data, unsigned 
   leaf.cfm = context->getCfm();
   if (leaf.cfm == nullptr) return refuse(C_RESULT_NOT_INIT, "not inited, error!");
 
-  // A name that does not exist is told from nothing else that keeps the service from giving a node, and has
-  // always been reported with this text and this code.
+  // getNode() returns null for any failure, also for an unknown name. Programs depend on this text and code:
+  // keep them.
   leaf.node = {leaf.cfm->getNode(fullname), ReleaseNode{leaf.cfm}};
   if (leaf.node == nullptr) return refuse(C_RESULT_NOT_INIT, "malloc memory failed!");
   if (leaf.node->getType() != type) return refuse(C_RESULT_PARAM, kTypeMismatch);
@@ -45,8 +45,8 @@ int openLeaf(const char* fullname, const char* type, const void* data, unsigned 
 
 int readText(ICfmNode& node, void* data, unsigned int data_len) {
   if (data_len < node.getLength()) refuse(C_RESULT_OK, " data length of string is tool small!");
-  // The last byte of the buffer is the caller's: it is never written, so a text that fills the rest ends only
-  // if the caller cleared the buffer.
+  // The last byte of the buffer is never written: a longer text is terminated only if the caller has set that
+  // byte to 0. Programs depend on it: keep it.
   std::strncpy(static_cast<char*>(data), node.getValue().c_str(), data_len - 1);
   return C_RESULT_OK;
 }
@@ -57,8 +57,8 @@ int readWord(ICfmNode& node, void* data, unsigned int data_len) {
   return C_RESULT_OK;
 }
 
-// Stores a whole word whatever length the caller gave: flags have never been checked for it. Any text but
-// "false" and "0" is true, which is more than c_cfm_str2bool() lets pass.
+// Stores 4 bytes whatever length the caller gave: the length is not checked for flags. Every text except
+// "false" and "0" is true, whereas c_cfm_str2bool() accepts only "true" and "false".
 int readFlag(ICfmNode& node, void* data) {
   const std::string text = node.getValue();
   storeWord(data, text == "false" || text == "0" ? 0 : 1);
@@ -73,8 +73,8 @@ int c_cfm_set_value(const char* fullname, int option, const char* type, const vo
   const int opened = openLeaf(fullname, type, data, data_len, leaf);
   if (opened != C_RESULT_OK) return opened;
 
-  // The service gets the node back before the write. A word becomes text before that, as always; texts and
-  // flags are read after it.
+  // The node is released before the write. Words are read before the release; texts and flags after it.
+  // The order matters if `data` changes while the service releases the node: keep it.
   switch (valueKind(type)) {
     case ValueKind::kText:
       leaf.node.reset();
@@ -88,7 +88,7 @@ int c_cfm_set_value(const char* fullname, int option, const char* type, const vo
       leaf.node.reset();
       return leaf.cfm->setValue(fullname, loadWord(data) != 0 ? "true" : "false", option);
     case ValueKind::kUnknown:
-      break;  // a type of the service's own: nothing to write, and no failure
+      break;  // a type that only the service knows: nothing is written, no failure
   }
   return C_RESULT_OK;
 }
@@ -106,7 +106,7 @@ int c_cfm_get_value(const char* fullname, const char* type, void* data, unsigned
     case ValueKind::kFlag:
       return readFlag(*leaf.node, data);
     case ValueKind::kUnknown:
-      break;  // a type of the service's own: nothing to store, and no failure
+      break;  // a type that only the service knows: nothing is stored, no failure
   }
   return C_RESULT_OK;
 }

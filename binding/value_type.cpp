@@ -45,7 +45,7 @@ WordText::WordText(std::int32_t word) {
 }
 
 int c_cfm_str2bool(const char* text, int* flag) {
-  // Both comparisons come before the flag is stored: the caller may keep text and flag in the same storage.
+  // Compare before storing the flag: `text` and `flag` may share the same memory.
   const std::string_view given(text);
   const bool is_true = given == "true";
   const bool is_known = is_true || given == "false";

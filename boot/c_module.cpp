@@ -7,7 +7,7 @@ static_assert(sizeof(ModuleCallbacks) == 7 * sizeof(void (*)()), "C modules fill
 
 namespace {
 
-// Calls one entry of the table; an empty entry succeeds.
+// Calls an entry of the table. A null entry succeeds; a null table fails with a diagnostic.
 template <typename... Parameters, typename... Arguments>
 int callEntry(const char* operation, const ModuleCallbacks* table,
               int (*ModuleCallbacks::*entry)(Parameters...), Arguments... arguments) {

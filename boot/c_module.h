@@ -5,8 +5,7 @@
 #include "boot/module.h"
 #include "include_c"
 
-// Presents a table of C functions as a module. The stop step stays the default: the table has no entry for
-// it.
+// A module that calls a table of C functions. It does not override onStop(): the table has no entry for it.
 class __Module : public IModule {
  public:
   explicit __Module(ModuleCallbacks* callbacks) : table(callbacks) {}
@@ -19,8 +18,8 @@ class __Module : public IModule {
   int onUnload() override;
   int recvDependence(std::string name) override;
 
-  void* reserved = nullptr;  // never read; it gives the table its place
-  ModuleCallbacks* table;    // the caller's
+  void* reserved = nullptr;  // never read; keeps `table` at its offset
+  ModuleCallbacks* table;    // owned by the caller
 };
 
 #endif

@@ -5,7 +5,7 @@
 
 namespace {
 
-// Calls `entry` of the table if `tested` is set; a null table is refused without a diagnostic.
+// Calls `entry` of the table if `tested` is not null. A null table fails without a diagnostic.
 template <typename... Parameters, typename... Arguments>
 int callEntry(const ModuleCallbacks* table, int (*ModuleCallbacks::*tested)(Parameters...),
               int (*ModuleCallbacks::*entry)(Parameters...), Arguments... arguments) {
@@ -38,8 +38,8 @@ int __MasterObserver::onRun() {
 }
 
 int __MasterObserver::onUnconfig(std::string name, int arg) {
-  // Tests onConfig, not onUnconfig: a master that takes no configuration has none to give back, and one that
-  // does must set both entries.
+  // Tests onConfig, not onUnconfig: do not change it. An observer without onConfig has nothing to
+  // unconfigure; an observer with onConfig must set both entries.
   return callEntry(table, &ModuleCallbacks::onConfig, &ModuleCallbacks::onUnconfig, name.c_str(), arg);
 }
 

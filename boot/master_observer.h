@@ -5,8 +5,8 @@
 #include "boot/boot_context.h"
 #include "include_c"
 
-// Presents the main program's table of C functions as a participant of the lifecycle. The stop step stays the
-// default: the table has no entry for it.
+// A participant that calls the main program's table of C functions. It does not override onStop(): the table
+// has no entry for it.
 class __MasterObserver : public IBootContext {
  public:
   explicit __MasterObserver(ModuleCallbacks* callbacks) : table(callbacks) {}
@@ -19,7 +19,7 @@ class __MasterObserver : public IBootContext {
   int onUnload() override;
   int recvDependence(std::string name) override;
 
-  ModuleCallbacks* table;  // the caller's
+  ModuleCallbacks* table;  // owned by the caller
 };
 
 #endif

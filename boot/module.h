@@ -4,8 +4,8 @@
 
 #include "boot/boot_context.h"
 
-// A loadable module, handed out by the entry point "getInstance" of its library and taken back by the entry
-// point "relInstance". It adds nothing to the lifecycle but a type of its own.
+// A loadable module. The entry point "getInstance" of its library returns it, and the entry point
+// "relInstance" releases it.
 class CPP2C_API IModule : public IBootContext {
  public:
   ~IModule() override;

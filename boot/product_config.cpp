@@ -8,7 +8,7 @@ namespace {
 
 using Modules = std::map<IModule*, DllMgr*>;
 
-// Calls `operation` of every module, whatever the others answer; gives the last answer that was not 0.
+// Calls `operation` of every module, even if one fails. Returns the last result other than 0, or 0.
 template <typename... Arguments>
 int fanOut(const Modules& modules, int (IBootContext::*operation)(Arguments...),
            const Arguments&... arguments) {
@@ -34,8 +34,8 @@ void IProductConfig::loadModules() {
   for (const std::string& name : libraries) {
     auto* library = new DllMgr(name);
     auto* module = reinterpret_cast<IModule*>(library->getInstance(context));
-    // A library without a module stays open for good, as does one that yields a module already known: either
-    // may have left something behind in the process when it was opened.
+    // If a library returns no module or an already known module, its DllMgr is not deleted: the library must
+    // stay open, because the process may already use something from it.
     if (module != nullptr) modules[module] = library;
   }
 }
@@ -57,8 +57,8 @@ int IProductConfig::onStart() {
   return fanOut(modules, &IBootContext::onStart);
 }
 
-// Modules are configured under one name, "cfmd", and unconfigured under another, "master", which they share
-// with every other participant. The two differ in every product there is: do not make them equal.
+// onConfig() reaches the modules for "cfmd", onUnconfig() for "master". The difference is intended, and
+// existing products depend on it: do not make the names equal.
 int IProductConfig::onConfig(std::string name, int arg) {
   return name == "cfmd" ? fanOut(modules, &IBootContext::onConfig, name, arg) : kNotForMe;
 }

@@ -12,14 +12,14 @@ class DllMgr;
 class IContext;
 class IModule;
 
-// A whole product: opens its module libraries and passes every lifecycle call on to all of them.
+// A product: opens its module libraries and forwards every lifecycle call to all modules.
 //
-// Boot code derives from it, calls loadModules() once, and lets the context drive the product like any other
-// participant. Calls reach the modules in ascending order of their addresses, not in the order of the list;
-// all are called even after one has failed, and the answer is the last one that was not 0.
+// Boot code derives a class from it and calls loadModules() once. The context then calls the product like any
+// other participant. The modules are called in ascending order of their addresses, not in the order of the
+// list. All modules are called, even after one fails; the result is the last result other than 0.
 class CPP2C_API IProductConfig : public IBootContext {
  public:
-  // `context` is handed to each module library; it stays the caller's and must outlive this object.
+  // `context` is passed to each module library. The caller keeps ownership; it must outlive this object.
   explicit IProductConfig(IContext* context);
 
   // Releases the modules and closes their libraries.
@@ -30,27 +30,27 @@ class CPP2C_API IProductConfig : public IBootContext {
 
   int onLoad() override;
   int onStart() override;
-  int onConfig(std::string name, int arg) override;  // reaches the modules for exactly "cfmd"; else kNotForMe
+  int onConfig(std::string name, int arg) override;  // forwarded for "cfmd"; otherwise kNotForMe
   int onRun() override;
-  int onUnconfig(std::string name, int arg) override;  // reaches them for exactly "master"; else kNotForMe
+  int onUnconfig(std::string name, int arg) override;  // forwarded for "master"; otherwise kNotForMe
   int onUnload() override;
   int recvDependence(std::string name) override;  // always 0
 
-  // The product's name, for whoever reports on it. Never called by this class.
+  // The product's name, for reports. Not called by this class.
   virtual std::string productName() = 0;
 
-  // Appends the product's module libraries, file names or paths, to `libraries`. Called by loadModules().
+  // Appends the file names or paths of the module libraries to `libraries`. Called by loadModules().
   virtual void listLibraries() = 0;
 
-  // The product's version, for whoever reports on it. Never called by this class.
+  // The product's version, for reports. Not called by this class.
   virtual std::string productVersion() = 0;
 
-  // Opens every listed library and asks it for its module. A library that cannot be opened or yields no
-  // module is skipped; compare `libraries` with `modules` to find it.
+  // Opens every listed library and gets its module. A library that cannot be opened or returns no module is
+  // skipped; compare `libraries` with `modules` to detect it.
   void loadModules();
 
-  // Releases every module and closes its library. A library's "relInstance" is called twice, the second time
-  // with null.
+  // Releases every module and closes its library. Each library's "relInstance" is called twice, the second
+  // time with null.
   void release_modules();
 
  protected:

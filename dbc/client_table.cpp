@@ -16,7 +16,7 @@ void DBClientTable::lookup(int db, c_visit_callback visit, c_pass_fn3 pass_fn3, 
     if (item != nullptr) snapshot.push_back(item);
   }
   for (const DBClientItem* item : snapshot) {
-    std::string name = item->name;  // outlives the item, which `visit` may release
+    std::string name = item->name;  // a copy, because `visit` may remove the item
     visit(db, name.data(), item->userdata, pass_fn3, pass_fn4, arg);
   }
 }

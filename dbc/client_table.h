@@ -7,7 +7,7 @@
 
 #include "include_c"
 
-// One instance name and the pointer that the client hung on it. The pointer is only kept and handed back.
+// An instance name and the client's pointer, which is stored and never dereferenced.
 struct DBClientItem {
   std::string name;
   void* userdata = nullptr;
@@ -22,12 +22,12 @@ class DBClientTable {
   DBClientTable(const DBClientTable&) = delete;
   DBClientTable& operator=(const DBClientTable&) = delete;
 
-  // The item filed under `name`, or null. An unknown name leaves an empty entry, on purpose: walks skip it, a
-  // later add fills it.
+  // Returns the entry of `name`. For an unknown name it creates a null entry, which lookups skip and a later
+  // add fills. This is intended: do not replace it by a search.
   DBClientItem*& slot(const std::string& name) { return items[name]; }
 
-  // Calls `visit`, unless it is null, for each item in ascending order of names. What it visits is settled
-  // when the walk starts, so `visit` may add names, and may release the very item that it is given.
+  // Calls `visit`, unless it is null, for each item in ascending order of names. The set of items is fixed
+  // before the first call, so `visit` may add names and may remove the item it was called for.
   void lookup(int db, c_visit_callback visit, c_pass_fn3 pass_fn3, c_pass_fn4 pass_fn4, void* arg) const;
 
   std::map<std::string, DBClientItem*> items;

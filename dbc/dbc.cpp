@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The instance-name cache: one table for each configuration object, all behind one root.
+// The instance-name cache: a map of configuration objects, each with its table of names.
 #include "dbc/client_table.h"
 #include "include_c"
 
@@ -7,11 +7,11 @@ namespace {
 
 using Root = std::map<int, DBClientTable*>;
 
-// From c_dbc_create() to c_dbc_db_destory(); no other function makes it.
+// Exists from c_dbc_create() to c_dbc_db_destory(). No other function creates it.
 Root* g_root = nullptr;
 
-// The table of `db`, or null. As with a table's slot, an unknown number leaves an empty entry behind, which
-// means the same as none.
+// Returns the table of `db`, or null. For an unknown number it creates a null entry, like
+// DBClientTable::slot(); a null entry has the same effect as no entry.
 DBClientTable* tableOf(int db) {
   return g_root != nullptr ? (*g_root)[db] : nullptr;
 }
@@ -46,7 +46,7 @@ void c_dbc_db_release(int db, const char* name) {
   if (table == nullptr) return;
 
   const DBClientItem* item = table->slot(name);
-  if (item == nullptr) return;  // the empty entry stays
+  if (item == nullptr) return;  // the null entry remains
   table->items.erase(name);
   delete item;
 }

@@ -56,12 +56,12 @@ expect 0 "(hidden)" get Device.Key
 expect 0 secret --reveal get Device.Key
 expect 1 'contextctl: there is no leaf "Nobody"' get Nobody
 expect 0 "" add Device.If.eth0.
-expect 1 'contextctl: "Device.If.eth0." exists' add Device.If.eth0.
+expect 1 'contextctl: the instance "Device.If.eth0." exists' add Device.If.eth0.
 expect 0 "Device.If.eth0." instances Device.If.
 expect 0 "" set Device.If.eth0.Mtu 1400
 expect 0 1400 get Device.If.eth0.Mtu
 expect 1 'contextctl: the instance "Device.If.eth9." does not exist' get Device.If.eth9.Mtu
-expect 1 'contextctl: no leaf begins with "device.hst"; did you mean "Device.Host"?' list device.hst
+expect 1 'contextctl: no leaf begins with "Device.Hst"; did you mean "Device.Host"?' list Device.Hst
 expect 0 "NAME                TYPE  VALUE
 Device.If.eth0.Mtu  uint  1400" list Device.If.
 expect 0 "" export "" "$top/export.json"

@@ -10,6 +10,7 @@
 #include "contextctl/commands/command_set.h"
 #include "contextctl/commands/commands.h"
 #include "contextctl/commands/session.h"
+#include "util/similar_name.h"
 #include "util/text.h"
 
 namespace contextctl {
@@ -43,6 +44,37 @@ void addCommands(CommandSet& commands) {
   addCompletionCommands(commands);
 }
 
+// The chosen command, or the last group; `app` if none was chosen.
+const CLI::App& chosenCommand(const CLI::App& app) {
+  const std::vector<CLI::App*> chosen = app.get_subcommands();
+  return chosen.empty() ? app : chosenCommand(*chosen.front());
+}
+
+std::string adviceFor(const util::SimilarName& similar) {
+  return similar.best().empty() ? "; try --help" : "; did you mean " + util::quoted(similar.best()) + '?';
+}
+
+// A command also takes the options of its parents.
+[[noreturn]] void failUnknownOption(const CLI::App& command, const std::string& option) {
+  util::SimilarName similar(option);
+  for (const CLI::App* app = &command; app != nullptr; app = app->get_parent())
+    for (const CLI::Option* known : app->get_options())
+      for (const std::string& name : known->get_lnames()) similar.consider("--" + name);
+  throw Failure(kExitUsage, "unknown option " + util::quoted(option) + adviceFor(similar));
+}
+
+[[noreturn]] void failUnexpected(const CLI::App& app, const std::string& word) {
+  const CLI::App& command = chosenCommand(app);
+  if (util::startsWith(word, "-")) failUnknownOption(command, word.substr(0, word.find('=')));
+  const std::vector<const CLI::App*> known =
+      command.get_subcommands([](const CLI::App* c) { return !c->get_group().empty(); });
+  if (known.empty()) throw Failure(kExitUsage, "unexpected argument " + util::quoted(word) + "; try --help");
+  util::SimilarName similar(word);
+  for (const CLI::App* c : known) similar.consider(c->get_name());
+  const std::string place = &command == &app ? "" : " after " + util::quoted(command.get_name());
+  throw Failure(kExitUsage, "unknown command " + util::quoted(word) + place + adviceFor(similar));
+}
+
 // Returns false if the user asked for the help or the version, which has been printed.
 bool parse(CLI::App& app, int argc, const char* const* argv) {
   try {
@@ -52,8 +84,7 @@ bool parse(CLI::App& app, int argc, const char* const* argv) {
     app.exit(request);
     return false;
   } catch (const CLI::ExtrasError&) {
-    throw Failure(kExitUsage,
-                  "unexpected argument " + util::quoted(app.remaining(true).front()) + "; try --help");
+    failUnexpected(app, app.remaining(true).front());
   } catch (const CLI::ParseError& error) {
     throw Failure(kExitUsage, error.what());
   }

@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "contextctl/commands/command_set.h"
+#include "contextctl/connection/unix_socket.h"
 #include "contextctl/output/durations.h"
 #include "contextctl/output/table.h"
 #include "contextctl/system/files.h"
@@ -17,8 +18,10 @@ void save(const Session& session) {
   session.show(session.connection().post("/save", {}));
 }
 
-void stop(const Session& session) {
+void stop(const Session& session, bool wait) {
+  const Listener program(session.socket());
   session.show(session.connection().post("/stop", {}));
+  if (wait) program.waitForEnd(session.seconds());
 }
 
 void listModules(const Session& session) {
@@ -67,6 +70,15 @@ void showStatistics(const Session& session, const std::string& trace_file) {
   if (!trace_file.empty()) writeFile(trace_file, session.connection().getText("/trace"));
 }
 
+void addStop(CommandSet& commands) {
+  const auto no_wait = std::make_shared<bool>(false);
+  commands
+      .add(commands.app(), "stop", "End the program of the context, and wait for its end",
+           "  contextctl stop\n  contextctl stop --no-wait",
+           [=](const Session& session) { stop(session, !*no_wait); })
+      ->add_flag("--no-wait", *no_wait, "Do not wait for the end of the program");
+}
+
 void addStatistics(CommandSet& commands) {
   const auto trace_file = std::make_shared<std::string>();
   CLI::App* stats = commands.add(commands.app(), "stats", "Show statistics of the context",
@@ -80,7 +92,7 @@ void addStatistics(CommandSet& commands) {
 
 void addContextCommands(CommandSet& commands) {
   commands.add(commands.app(), "save", "Save the configuration", "  contextctl save", save);
-  commands.add(commands.app(), "stop", "End the program of the context", "  contextctl stop", stop);
+  addStop(commands);
   commands.add(commands.app(), "modules", "List the module libraries and their states",
                "  contextctl modules", listModules);
   commands.add(commands.app(), "registrations", "List registrations with the durations of their calls",

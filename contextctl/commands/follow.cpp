@@ -108,10 +108,11 @@ void addSend(CommandSet& commands, CLI::App& group) {
   };
   const auto arguments = std::make_shared<Arguments>();
   CLI::App* send =
-      commands.add(group, "send", "Send an event", "  contextctl event send link.down eth0",
+      commands.add(group, "send", "Send an event",
+                   "  contextctl event send link.down eth0\n  contextctl event send reload",
                    [=](const Session& session) { sendEvent(session, arguments->event, arguments->data); });
   addArgument(send, "EVENT", arguments->event, "Name of the event")->required();
-  addArgument(send, "DATA", arguments->data, "Data of the event")->required();
+  addArgument(send, "DATA", arguments->data, "Data of the event; default: none");
 }
 
 }  // namespace

@@ -85,6 +85,7 @@ void requireUtf8(const Leaf& leaf) {
 
 void exportLeaves(const Session& session, const std::string& prefix, const std::string& file) {
   std::vector<Leaf> leaves = getLeaves(session.connection(), prefix, session.reveal());
+  if (!prefix.empty() && leaves.empty()) failNoMatch(session.connection(), prefix);
   const auto is_left_out = [](const Leaf& leaf) { return leaf.computed || !leaf.value; };
   leaves.erase(std::remove_if(leaves.begin(), leaves.end(), is_left_out), leaves.end());
   for (const Leaf& leaf : leaves) requireUtf8(leaf);

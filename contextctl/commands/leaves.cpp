@@ -24,6 +24,7 @@ void getValues(const Session& session, const std::vector<std::string>& names) {
   std::string text;
   for (const std::string& name : names) {
     const Answer answer = session.connection().get("/leaf", leafQuery(name, session.reveal()));
+    requireInstanceOf(session.connection(), name);
     text += (session.json() ? answer.json : forOutput(valueText(leafOf(answer.record).value))) + '\n';
   }
   session.out() << text;
@@ -35,8 +36,14 @@ void setValue(const Session& session, const std::string& name, const std::string
   session.show(session.connection().put("/leaf", members));
 }
 
+Answer getTree(const Session& session, const std::string& prefix) {
+  Answer answer = session.connection().get("/tree", leafQuery(prefix, session.reveal()));
+  if (!prefix.empty() && answer.objectArray("leaves").empty()) failNoMatch(session.connection(), prefix);
+  return answer;
+}
+
 void listLeaves(const Session& session, const std::string& prefix) {
-  const Answer answer = session.connection().get("/tree", leafQuery(prefix, session.reveal()));
+  const Answer answer = getTree(session, prefix);
   session.show(answer, [&](std::ostream& out) {
     Table table({"NAME", "TYPE", "VALUE"});
     for (const Record& record : answer.objectArray("leaves")) {
@@ -84,7 +91,7 @@ class TreePrinter {
 };
 
 void showTree(const Session& session, const std::string& prefix) {
-  const Answer answer = session.connection().get("/tree", leafQuery(prefix, session.reveal()));
+  const Answer answer = getTree(session, prefix);
   session.show(answer, [&](std::ostream& out) {
     TreePrinter printer(out);
     for (const Record& record : answer.objectArray("leaves")) printer.print(leafOf(record));

@@ -11,29 +11,48 @@
 namespace contextctl {
 namespace {
 
+// A common mistake: the name of an object or instance without its last dot. Numbers have none.
+template <typename Request>
+Answer requestFor(const std::string& name, Request request) {
+  try {
+    return request();
+  } catch (const Failure& failure) {
+    const bool is_name = name.find_first_not_of("-0123456789") != std::string::npos;
+    if (failure.status() != kExitNo || !is_name || name.back() == '.') throw;
+    throw Failure(kExitNo,
+                  failure.what() + std::string("; the names of objects and instances end with \".\""));
+  }
+}
+
 void listInstances(const Session& session, const std::string& object) {
-  const Answer answer = session.connection().get("/instances", {{"object", object}});
+  const Answer answer = requestFor(object, [&] {
+    return session.connection().get("/instances", {{"object", object}});
+  });
   session.show(answer, [&](std::ostream& out) {
     for (const std::string& name : answer.stringArray("instances")) out << util::printable(name) << '\n';
   });
 }
 
 void addInstance(const Session& session, const std::string& name) {
-  session.show(session.connection().post("/instances", {{"name", name}}));
+  session.show(requestFor(name, [&] { return session.connection().post("/instances", {{"name", name}}); }));
 }
 
 void deleteInstance(const Session& session, const std::string& name) {
-  session.show(session.connection().remove("/instances", {{"name", name}}));
+  session.show(requestFor(name, [&] { return session.connection().remove("/instances", {{"name", name}}); }));
 }
 
 void showAttribute(const Session& session, const std::string& object) {
-  const Answer answer = session.connection().get("/attribute", {{"object", object}});
+  const Answer answer = requestFor(object, [&] {
+    return session.connection().get("/attribute", {{"object", object}});
+  });
   session.show(answer,
                [&](std::ostream& out) { out << util::printable(answer.record.text("attribute")) << '\n'; });
 }
 
 void setAttribute(const Session& session, const std::string& object, int value) {
-  session.show(session.connection().put("/attribute", {{"object", object}, {"value", std::int64_t{value}}}));
+  session.show(requestFor(object, [&] {
+    return session.connection().put("/attribute", {{"object", object}, {"value", std::int64_t{value}}});
+  }));
 }
 
 void addInstances(CommandSet& commands) {

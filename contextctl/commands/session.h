@@ -24,6 +24,7 @@ class Session {
       : options_(options), connection_(options.socket, options.seconds), out_(out) {}
 
   const Connection& connection() const { return connection_; }
+  const std::string& socket() const { return options_.socket; }
   double seconds() const { return options_.seconds; }
   bool json() const { return options_.json; }
   bool reveal() const { return options_.reveal; }

@@ -28,6 +28,13 @@ Query leafQuery(const std::string& name, bool reveal);
 // The leaves whose full names begin with `prefix`, sorted by name.
 std::vector<Leaf> getLeaves(const Connection& connection, const std::string& prefix, bool reveal);
 
+// Throws Failure if the context has no instance that the leaf would belong to. The context has a value for
+// every leaf that may exist: its default.
+void requireInstanceOf(const Connection& connection, const std::string& name);
+
+// Throws Failure, with a similar name if there is one: no leaf begins with the prefix.
+[[noreturn]] void failNoMatch(const Connection& connection, const std::string& prefix);
+
 // The value, or "(hidden)".
 std::string valueText(const std::optional<std::string>& value);
 

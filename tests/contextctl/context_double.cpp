@@ -73,6 +73,10 @@ void ContextDouble::answer(const std::string& request, const std::string& body, 
   replies_[request] = {Manner::kAnswer, status, {body}};
 }
 
+void ContextDouble::onAnswered(const std::string& request, std::function<void()> action) {
+  actions_[request] = std::move(action);
+}
+
 void ContextDouble::stream(const std::string& request, const std::vector<std::string>& pieces) {
   replies_[request] = {Manner::kStream, 200, pieces};
 }
@@ -91,7 +95,12 @@ void ContextDouble::onRequest(evhttp_request* request, void* user) {
   const std::string body = bodyOf(request);
   self.requests_.push_back(body.empty() ? line : line + ' ' + body);
   const auto found = self.replies_.find(line);
-  if (found != self.replies_.end()) return self.reply(request, found->second);
+  if (found != self.replies_.end()) {
+    self.reply(request, found->second);
+    const auto action = self.actions_.find(line);
+    if (action != self.actions_.end()) action->second();
+    return;
+  }
   ADD_FAILURE() << "unexpected request: " << line;
   self.reply(request, {Manner::kAnswer, 500, {"unexpected"}});  // without an answer, the client would wait
 }

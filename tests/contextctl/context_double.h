@@ -2,6 +2,7 @@
 #ifndef CPP2C_TESTS_CONTEXTCTL_CONTEXT_DOUBLE_H
 #define CPP2C_TESTS_CONTEXTCTL_CONTEXT_DOUBLE_H
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -25,6 +26,7 @@ class ContextDouble {
 
   // `request` is the method and the target, as in "GET /leaf?name=A".
   void answer(const std::string& request, const std::string& body, int status = 200);
+  void onAnswered(const std::string& request, std::function<void()> action);        // after it was answered
   void stream(const std::string& request, const std::vector<std::string>& pieces);  // stays open
   void streamAndClose(const std::string& request, const std::vector<std::string>& pieces);
   void keepSilent(const std::string& request);
@@ -45,6 +47,7 @@ class ContextDouble {
   std::unique_ptr<event_base, decltype(&event_base_free)> base_;
   std::unique_ptr<evhttp, decltype(&evhttp_free)> http_;
   std::map<std::string, Reply> replies_;
+  std::map<std::string, std::function<void()>> actions_;
   std::vector<std::string> requests_;
   std::vector<evhttp_request*> unfinished_;  // owned here until they end, even if their clients have closed
 };

@@ -59,6 +59,9 @@ expect 0 "" add Device.If.eth0.
 expect 1 'contextctl: the instance "Device.If.eth0." exists' add Device.If.eth0.
 expect 0 "Device.If.eth0." instances Device.If.
 expect 0 "" set Device.If.eth0.Mtu 1400
+expect 0 1400 get Device.If.eth0.Mtu
+expect 1 'contextctl: the instance "Device.If.eth9." does not exist' get Device.If.eth9.Mtu
+expect 1 'contextctl: no leaf begins with "Device.Hst"; did you mean "Device.Host"?' list Device.Hst
 expect 0 "NAME                TYPE  VALUE
 Device.If.eth0.Mtu  uint  1400" list Device.If.
 expect 0 "" export "" "$top/export.json"
@@ -96,6 +99,7 @@ done
 grep -Eq '^[0-9T:.Z-]+  changed  Device.Host  host[0-9]+$' "$top/changes" || fail "unexpected: $(cat "$top/changes")"
 
 expect 0 "" stop
+[ ! -e "$CPP2C_CONTROL" ] || fail "stop has not waited"
 wait $service || fail "the service ended with status $?"
 [ "$(cat "$top/output")" = "line from hello: hello" ] || fail "the service printed: $(cat "$top/output")"
 status=0

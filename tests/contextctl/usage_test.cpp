@@ -122,15 +122,36 @@ TEST_F(UsageTest, AGroupWithoutACommandIsWrongUsage) {
 }
 
 TEST_F(UsageTest, AnUnknownCommandIsWrongUsage) {
-  expectFailure({"frob"}, 2, "unexpected argument \"frob\"; try --help");
+  expectFailure({"frob"}, 2, "unknown command \"frob\"; try --help");
+  expectFailure({"frob", "Device.Host"}, 2, "unknown command \"frob\"; try --help");
 }
 
 TEST_F(UsageTest, AnUnknownCommandOfAGroupIsWrongUsage) {
-  expectFailure({"follow", "frob"}, 2, "unexpected argument \"frob\"; try --help");
+  expectFailure({"follow", "frob"}, 2, "unknown command \"frob\" after \"follow\"; try --help");
 }
 
 TEST_F(UsageTest, AnUnknownOptionIsWrongUsage) {
-  expectFailure({"top", "--frob"}, 2, "unexpected argument \"--frob\"; try --help");
+  expectFailure({"top", "--frob"}, 2, "unknown option \"--frob\"; try --help");
+}
+
+TEST_F(UsageTest, ASimilarCommandIsSuggested) {
+  expectFailure({"gett", "Device.Host"}, 2, "unknown command \"gett\"; did you mean \"get\"?");
+  expectFailure({"event", "sent", "x"}, 2,
+                "unknown command \"sent\" after \"event\"; did you mean \"send\"?");
+}
+
+TEST_F(UsageTest, AnInternalCommandIsNotSuggested) {
+  expectFailure({"complet"}, 2, "unknown command \"complet\"; try --help");
+}
+
+TEST_F(UsageTest, ASimilarOptionIsSuggested) {
+  expectFailure({"top", "--intervall=1"}, 2, "unknown option \"--intervall\"; did you mean \"--interval\"?");
+  expectFailure({"top", "--jsn"}, 2, "unknown option \"--jsn\"; did you mean \"--json\"?");
+  expectFailure({"--jsn", "save"}, 2, "unknown option \"--jsn\"; did you mean \"--json\"?");
+}
+
+TEST_F(UsageTest, AnArgumentTooManyIsWrongUsage) {
+  expectFailure({"save", "x"}, 2, "unexpected argument \"x\"; try --help");
 }
 
 TEST_F(UsageTest, AMissingArgumentIsWrongUsage) {

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <filesystem>
+
 #include "tests/contextctl/commands/answers.h"
 #include "tests/contextctl/contextctl_test.h"
 
@@ -18,9 +20,33 @@ TEST_F(ContextCommandsTest, SaveReportsWhyItFailed) {
   expectFailure({"save"}, 1, "no state file");
 }
 
-TEST_F(ContextCommandsTest, StopPrintsNothing) {
+TEST_F(ContextCommandsTest, StopWaitsForTheEnd) {
   context.answer("POST /stop", kDone);
+  expectFailure({"stop", "--timeout", "0.2"}, 3, "the program at " + socket + " has not ended within 0.2 s");
+}
+
+TEST_F(ContextCommandsTest, StopEndsWhenTheSocketIsGone) {
+  context.answer("POST /stop", kDone);
+  context.onAnswered("POST /stop", [&] { std::filesystem::remove(socket); });
   expectOutput({"stop"}, "");
+}
+
+TEST_F(ContextCommandsTest, StopEndsWhenAnotherProgramListens) {
+  const std::string successor_socket = folder.file("successor.sock");
+  const ContextDouble successor(successor_socket);
+  context.answer("POST /stop", kDone);
+  context.onAnswered("POST /stop", [&] { std::filesystem::rename(successor_socket, socket); });
+  expectOutput({"stop"}, "");
+}
+
+TEST_F(ContextCommandsTest, StopNeedNotWait) {
+  context.answer("POST /stop", kDone);
+  expectOutput({"stop", "--no-wait"}, "");
+}
+
+TEST_F(ContextCommandsTest, StopPrintsTheAnswerAsJson) {
+  context.answer("POST /stop", kDone);
+  expectOutput({"stop", "--no-wait", "--json"}, "{\"result\":0}\n");
 }
 
 TEST_F(ContextCommandsTest, ModulesArePrintedAsATable) {

@@ -105,6 +105,12 @@ TEST_F(FollowTest, EventsAreSent) {
   EXPECT_EQ(context.requests(), Requests{R"(POST /events {"event":"link.down","data":"eth0"})"});
 }
 
+TEST_F(FollowTest, AnEventMayHaveNoData) {
+  context.answer("POST /events", kDone);
+  expectOutput({"event", "send", "reload"}, "");
+  EXPECT_EQ(context.requests(), Requests{R"(POST /events {"event":"reload","data":""})"});
+}
+
 TEST_F(FollowTest, EventsAreFollowed) {
   context.stream(
       "GET /events?event=link.down",

@@ -129,8 +129,62 @@ TEST_F(LeavesTest, ListPrintsATable) {
 }
 
 TEST_F(LeavesTest, ListAsksForAPrefix) {
-  context.answer("GET /tree?name=Device.If.", R"({"leaves":[]})");
-  expectOutput({"list", "Device.If."}, "NAME  TYPE  VALUE\n");
+  context.answer("GET /tree?name=Device.If.",
+                 R"({"leaves":[{"name":"Device.If.A","type":"str","value":"a","computed":false}]})");
+  expectOutput({"list", "Device.If."}, "NAME         TYPE  VALUE\nDevice.If.A  str   a\n");
+}
+
+TEST_F(LeavesTest, AnEmptyTreeIsListed) {
+  context.answer("GET /tree", R"({"leaves":[]})");
+  expectOutput({"list"}, "NAME  TYPE  VALUE\n");
+}
+
+TEST_F(LeavesTest, APrefixWithoutLeavesIsAFailure) {
+  context.answer("GET /tree", kTree);
+  context.answer("GET /tree?name=x", R"({"leaves":[]})");
+  for (const char* command : {"list", "tree", "export"})
+    expectFailure({command, "x"}, 1, "no leaf begins with \"x\"");
+}
+
+TEST_F(LeavesTest, ASimilarNameIsSuggested) {
+  context.answer("GET /tree", kTree);
+  const std::pair<const char*, const char*> names[] = {{"device.if.", "Device.If."},
+                                                       {"if", "Device.If."},
+                                                       {"If.eth1", "Device.If.eth0."},
+                                                       {"Device.Hostname.", "Device.Hostname"},
+                                                       {"hostnam", "Device.Hostname"},
+                                                       {"Devise", "Device."},
+                                                       {"Device.If.eth0.MTU", "Device.If.eth0.Mtu"}};
+  for (const auto& [wrong, right] : names) {
+    context.answer(std::string("GET /tree?name=") + wrong, R"({"leaves":[]})");
+    expectFailure({"tree", wrong}, 1,
+                  std::string("no leaf begins with \"") + wrong + "\"; did you mean \"" + right + "\"?");
+  }
+}
+
+TEST_F(LeavesTest, ALeafOfAMissingInstanceHasNoValue) {
+  context.answer("GET /leaf?name=Device.If.eth9.Mtu",
+                 R"({"name":"Device.If.eth9.Mtu","type":"uint","value":"1500","computed":false})");
+  context.answer("GET /instances?object=Device.If.eth9.", R"({"result":-1019,"error":"no object"})", 404);
+  context.answer("GET /instances?object=Device.If.", R"({"instances":["Device.If.eth0."]})");
+  expectFailure({"get", "Device.If.eth9.Mtu"}, 1, "the instance \"Device.If.eth9.\" does not exist");
+  expectFailure({"get", "Device.If.eth9.Mtu", "--json"}, 1,
+                "the instance \"Device.If.eth9.\" does not exist");
+}
+
+TEST_F(LeavesTest, ALeafOfAnInstanceHasAValue) {
+  context.answer("GET /leaf?name=Device.If.eth0.Mtu",
+                 R"({"name":"Device.If.eth0.Mtu","type":"uint","value":"1500","computed":false})");
+  context.answer("GET /instances?object=Device.If.eth0.", R"({"result":-1019,"error":"no object"})", 404);
+  context.answer("GET /instances?object=Device.If.", R"({"instances":["Device.If.eth0."]})");
+  expectOutput({"get", "Device.If.eth0.Mtu"}, "1500\n");
+}
+
+TEST_F(LeavesTest, ALeafOfAnObjectHasAValue) {
+  context.answer("GET /leaf?name=Device.Settings.Host",
+                 R"({"name":"Device.Settings.Host","type":"str","value":"a","computed":false})");
+  context.answer("GET /instances?object=Device.Settings.", R"({"instances":["Device.Settings."]})");
+  expectOutput({"get", "Device.Settings.Host"}, "a\n");
 }
 
 TEST_F(LeavesTest, ListEscapesControlCharacters) {

@@ -54,6 +54,28 @@ TEST_F(ObjectsTest, AttributeIsSet) {
   EXPECT_EQ(context.requests(), Requests{R"(PUT /attribute {"object":"100","value":-3})"});
 }
 
+TEST_F(ObjectsTest, AMissingLastDotIsPointedOut) {
+  const std::string refusal = R"({"result":-1019,"error":"no"})";
+  for (const char* request : {"GET /instances?object=A.B", "POST /instances", "DELETE /instances?name=A.B",
+                              "GET /attribute?object=A.B", "PUT /attribute"})
+    context.answer(request, refusal, 404);
+  for (const Requests& command : {Requests{"instances", "A.B"},
+                                  {"add", "A.B"},
+                                  {"del", "A.B"},
+                                  {"attribute", "A.B"},
+                                  {"attribute", "A.B", "1"}})
+    expectFailure(command, 1, "no; the names of objects and instances end with \".\"");
+}
+
+TEST_F(ObjectsTest, OtherRefusalsHaveNoAdvice) {
+  context.answer("GET /instances?object=A.", R"({"result":-1019,"error":"no"})", 404);
+  context.answer("GET /instances?object=7", R"({"result":-1019,"error":"no"})", 404);
+  context.answer("GET /instances?object=A", "", 500);
+  expectFailure({"instances", "A."}, 1, "no");
+  expectFailure({"instances", "7"}, 1, "no");
+  expectFailure({"instances", "A"}, 3, "HTTP status 500");
+}
+
 TEST_F(ObjectsTest, AttributeMustBeAnInteger) {
   expectFailure({"attribute", "100", "x"}, 2, "ATTRIBUTE: \"x\" is not a 32-bit integer");
 }

@@ -45,29 +45,29 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
     : clock(options.clock),
       log(options.log_level, options.log_file, clock),
       processes(log),
-      heartbeat(log, configuration.heartbeat_limit),
+      heartbeat(log.messages(), configuration.heartbeat_limit),
       registry(heartbeat, [this] { return clock.wallTime(); }),
       history(registry),
-      state(stateFor(options, log)),
+      state(stateFor(options, log.messages())),
       config(configFor(std::move(configuration.objects), state.get(), registry)),
       events(program_invocation_short_name, registry),
-      event_base(log),
+      event_base(log.messages()),
       loop(event_base, registry),
       deadlines(event_base, clock),
       timers(deadlines, clock, registry),
-      lifecycle(context, std::move(configuration.modules), log, registry) {
+      lifecycle(context, std::move(configuration.modules), log.messages(), registry) {
   log.debugSwitch(options.debug);
   if (options.log_reopen) log_reopening = reopenOnHangup(event_base, log);
   loop.callWhenStopped([this] { unload(); });
   if (options.strictness != Strictness::kOff) {
-    strict = std::make_unique<StrictMode>(log, options.strictness == Strictness::kFatal, guard, event_base,
-                                          config, heartbeat, registry);
+    strict = std::make_unique<StrictMode>(log.messages(), options.strictness == Strictness::kFatal, guard,
+                                          event_base, config, heartbeat, registry);
     lifecycle.callWhenUnloaded([this] { strict->checkUnloaded(); });
   }
   if (!options.script.empty()) {
     script_player = std::make_unique<ScriptPlayer>(
         readScript(options.script), guard,
-        ScriptPlayer::Services{clock, deadlines, log, config, events, [this] { loop.stop(); }});
+        ScriptPlayer::Services{clock, deadlines, log.messages(), config, events, [this] { loop.stop(); }});
   }
   if (!options.control.empty()) {
     control = std::make_unique<Control>(

@@ -6,8 +6,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
-#include "host/clock/clock.h"
 #include "host/include/cpp2c_host.h"
 #include "host/log/log_file.h"
 #include "include_c"
@@ -21,6 +21,17 @@ constexpr LogLevel kLevels[] = {
     {"critical", C_LOG_CRITICAL}, {"error", C_LOG_ERROR}, {"warning", C_LOG_WARNING},
     {"notice", C_LOG_NOTICE},     {"info", C_LOG_INFO},   {"debug", C_LOG_DEBUG},
 };
+
+constexpr Clock::Duration kFirstInterval = std::chrono::seconds(1);
+constexpr Clock::Duration kLongestInterval = std::chrono::hours(1);
+
+LogService::Line lineOf(int level, const std::string& module, const char* text) {
+  return {nearestLogLevel(level).name, util::oneLine(module), util::oneLine(text)};
+}
+
+bool operator==(const LogService::Line& a, const LogService::Line& b) {
+  return a.level == b.level && a.module == b.module && a.text == b.text;
+}
 
 spdlog::sink_ptr sinkOf(const std::shared_ptr<LogFile>& file) {
   if (file == nullptr) return std::make_shared<spdlog::sinks::stderr_sink_st>();
@@ -56,18 +67,25 @@ LogService::LogService(int level, const std::string& file, const Clock& clock)
   logger_->flush_on(spdlog::level::trace);
 }
 
-LogService::~LogService() = default;
+LogService::~LogService() {
+  writeCount();
+}
 
 int LogService::record(std::string module, int level, const char* text) {
   if (text == nullptr) return C_RESULT_PARAM;
-  const LogLevel& nearest = nearestLogLevel(level);
-  if (nearest.number <= level_) write(nearest.name, module, text);
+  if (isShown(level)) write(lineOf(level, module, text), std::nullopt);
   return C_RESULT_OK;
 }
 
 int LogService::debugOut(const char* file, int line, const char* text) {
   if (file == nullptr || text == nullptr) return C_RESULT_PARAM;
-  if (debug_) write(nearestLogLevel(C_LOG_DEBUG).name, file + (':' + std::to_string(line)), text);
+  if (debug_) write(lineOf(C_LOG_DEBUG, file + (':' + std::to_string(line)), text), std::nullopt);
+  return C_RESULT_OK;
+}
+
+int LogService::Messages::record(std::string module, int level, const char* text) {
+  if (text == nullptr) return C_RESULT_PARAM;
+  if (log_.isShown(level)) log_.writeMessage(lineOf(level, module, text));
   return C_RESULT_OK;
 }
 
@@ -76,15 +94,50 @@ void LogService::reopen() {
   try {
     file_->reopen();
   } catch (const util::Error& error) {
-    record("log", C_LOG_ERROR, error.what());
+    messages_.record("log", C_LOG_ERROR, error.what());
   }
 }
 
-void LogService::write(const char* level, const std::string& module, const char* text) {
-  // spdlog has no level "notice". The caller has checked the level, so spdlog receives "info" for each line.
-  const Line line{level, util::oneLine(module), util::oneLine(text)};
-  logger_->log(clock_.wallTime(), {}, spdlog::level::info,
-               line.level + (' ' + line.module) + ": " + line.text);
+bool LogService::isShown(int level) const {
+  return nearestLogLevel(level).number <= level_;
+}
+
+// The state is complete before the line is appended: a follower of the log may write a line itself.
+void LogService::write(const Line& line, std::optional<Repeated> repeated) {
+  writeCount();
+  repeated_ = std::move(repeated);
+  append(line, clock_.wallTime());
+}
+
+void LogService::writeMessage(const Line& line) {
+  if (repeated_ && repeated_->line == line) {
+    countRepetition();
+  } else {
+    write(line, Repeated{line, clock_.now() + kFirstInterval, kFirstInterval});
+  }
+}
+
+void LogService::countRepetition() {
+  Repeated& repeated = *repeated_;
+  repeated.count++;
+  repeated.latest = clock_.wallTime();
+  if (clock_.now() < repeated.due) return;
+  repeated.interval = std::min(repeated.interval * 2, kLongestInterval);
+  repeated.due = clock_.now() + repeated.interval;
+  writeCount();
+}
+
+void LogService::writeCount() {
+  if (!repeated_ || repeated_->count == 0) return;
+  Line line = repeated_->line;
+  const std::uint64_t count = std::exchange(repeated_->count, 0);
+  if (count > 1) line.text = "last message repeated " + std::to_string(count) + " times";
+  append(line, repeated_->latest);
+}
+
+// spdlog has no level "notice". The caller has checked the level, so spdlog receives "info" for each line.
+void LogService::append(const Line& line, std::chrono::system_clock::time_point time) {
+  logger_->log(time, {}, spdlog::level::info, line.level + (' ' + line.module) + ": " + line.text);
   on_line_(line);
 }
 

@@ -2,12 +2,16 @@
 #ifndef CPP2C_HOST_LOG_LOG_SERVICE_H
 #define CPP2C_HOST_LOG_LOG_SERVICE_H
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "binding/context.h"
+#include "host/clock/clock.h"
 
 namespace spdlog {
 class logger;
@@ -15,7 +19,6 @@ class logger;
 
 namespace host {
 
-class Clock;
 class LogFile;
 
 struct LogLevel {
@@ -39,8 +42,15 @@ class LogService final : public ILog {
   // util::Error if the file cannot be opened.
   LogService(int level, const std::string& file, const Clock& clock);
   ~LogService() override;
+  LogService(const LogService&) = delete;
+  LogService& operator=(const LogService&) = delete;
 
+  // Writes a record of the program.
   int record(std::string module, int level, const char* text) override;
+
+  // The log for the host context's own messages, which must not fill it: a message that repeats the line
+  // before is counted, and the count is written before the next line, at growing intervals and at the end.
+  ILog& messages() { return messages_; }
 
   // Writes one diagnostic if diagnostics are switched on, whatever the level of the log.
   int debugOut(const char* file, int line, const char* text);
@@ -51,18 +61,43 @@ class LogService final : public ILog {
 
   // Sets the function to call with each line that is written.
   struct Line {
-    const char* level;
+    const char* level;  // the name of a LogLevel
     std::string module;
     std::string text;
   };
   void onLine(std::function<void(const Line&)> callback) { on_line_ = std::move(callback); }
 
  private:
-  void write(const char* level, const std::string& module, const char* text);
+  class Messages final : public ILog {
+   public:
+    explicit Messages(LogService& log) : log_(log) {}
+    int record(std::string module, int level, const char* text) override;
+
+   private:
+    LogService& log_;
+  };
+
+  // The message that is the last line, and what is known of its repetitions since then.
+  struct Repeated {
+    Line line;
+    Clock::TimePoint due;  // when to write the count
+    Clock::Duration interval;
+    std::uint64_t count = 0;
+    std::chrono::system_clock::time_point latest = {};
+  };
+
+  bool isShown(int level) const;
+  void write(const Line& line, std::optional<Repeated> repeated);
+  void writeMessage(const Line& line);
+  void countRepetition();
+  void writeCount();
+  void append(const Line& line, std::chrono::system_clock::time_point time);
 
   const int level_;
   const Clock& clock_;
   bool debug_ = false;
+  Messages messages_{*this};
+  std::optional<Repeated> repeated_;
   std::function<void(const Line&)> on_line_ = [](const Line&) {};
   std::shared_ptr<LogFile> file_;  // null: standard error
   std::unique_ptr<spdlog::logger> logger_;

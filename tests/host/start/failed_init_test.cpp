@@ -33,11 +33,16 @@ long g_allocated = 0;              // memory blocks
 }  // namespace
 
 // Replaces the allocator of the whole test program.
-void* operator new(std::size_t size) {
-  if (g_allocations_left != kNever && g_allocations_left-- == 0) throw std::bad_alloc();
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  if (g_allocations_left != kNever && g_allocations_left-- == 0) return nullptr;
   void* block = std::malloc(size > 0 ? size : 1);
+  if (block != nullptr) g_allocated++;
+  return block;
+}
+
+void* operator new(std::size_t size) {
+  void* block = operator new(size, std::nothrow);
   if (block == nullptr) throw std::bad_alloc();
-  g_allocated++;
   return block;
 }
 

@@ -2,6 +2,7 @@
 #include "host/state/database.h"
 
 #include <sqlite3.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <cstring>
@@ -38,6 +39,23 @@ constexpr Failure kFailures[] = {
   std::string message = file + ": " + (is_known ? known->text : sqlite3_errmsg(connection));
   if (code == SQLITE_CANTOPEN) message += std::string(": ") + std::strerror(sqlite3_system_errno(connection));
   throw util::Error(is_known ? known->result : C_RESULT_SYSTEM_CALL, message);
+}
+
+int control(sqlite3* connection, int operation, void* argument) {
+  return sqlite3_file_control(connection, "main", operation, argument);
+}
+
+sqlite3_file* fileOf(sqlite3* connection) {
+  sqlite3_file* file = nullptr;
+  control(connection, SQLITE_FCNTL_FILE_POINTER, &file);
+  return file;
+}
+
+const char* whyNotLarger(std::int64_t size) {
+  rlimit limit = {};
+  getrlimit(RLIMIT_FSIZE, &limit);
+  return static_cast<rlim_t>(size) > limit.rlim_cur ? "would exceed the limit for file sizes (RLIMIT_FSIZE)"
+                                                    : "the disk is full";
 }
 
 }  // namespace
@@ -79,8 +97,30 @@ bool Database::isReadOnly() const {
   return sqlite3_db_readonly(connection_.get(), "main") == 1;
 }
 
-void Database::rollBack() noexcept {
+std::int64_t Database::fileSize() const {
+  sqlite3_file* file = fileOf(connection_.get());
+  sqlite3_int64 size = 0;
+  file->pMethods->xFileSize(file, &size);
+  return size;
+}
+
+void Database::reserveRoom() {
+  std::int64_t size = std::int64_t{number("PRAGMA page_count")} * number("PRAGMA page_size");
+  int unit = 4096;  // without a unit, SQLite ignores the size
+  control(connection_.get(), SQLITE_FCNTL_CHUNK_SIZE, &unit);
+  if (control(connection_.get(), SQLITE_FCNTL_SIZE_HINT, &size) != SQLITE_OK) {
+    throw util::Error(C_RESULT_SYSTEM_CALL, file_ + ": " + whyNotLarger(size));
+  }
+}
+
+void Database::rollBack(std::int64_t file_size) noexcept {
   sqlite3_exec(connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_file* file = fileOf(connection_.get());
+  if (fileSize() > file_size) file->pMethods->xTruncate(file, file_size);
+}
+
+void Database::emptyLog() noexcept {
+  sqlite3_wal_checkpoint_v2(connection_.get(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
 }
 
 Statement::Statement(const Database& database, const char* sql) : file_(database.file_) {

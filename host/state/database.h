@@ -4,6 +4,7 @@
 #ifndef CPP2C_HOST_STATE_DATABASE_H
 #define CPP2C_HOST_STATE_DATABASE_H
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,7 +26,16 @@ class Database {
   std::string text(const char* sql);
 
   bool isReadOnly() const;
-  void rollBack() noexcept;  // does nothing if SQLite has already rolled back
+  std::int64_t fileSize() const;
+
+  // Extends the file to the size of the database in the open transaction, so that the log can be copied into
+  // it even if the disk is full by then.
+  void reserveRoom();
+
+  void rollBack(std::int64_t file_size) noexcept;  // no matter whether SQLite has already rolled back
+
+  // Copies the write-ahead log into the database and frees the room that it takes on the disk.
+  void emptyLog() noexcept;
 
  private:
   friend class Statement;
@@ -72,9 +82,11 @@ class Statement {
 // A transaction that is rolled back unless it is committed.
 class Transaction {
  public:
-  explicit Transaction(Database& database) : database_(database) { database.execute("BEGIN EXCLUSIVE"); }
+  explicit Transaction(Database& database) : database_(database), file_size_(database.fileSize()) {
+    database.execute("BEGIN EXCLUSIVE");
+  }
   ~Transaction() {
-    if (!committed_) database_.rollBack();
+    if (!committed_) database_.rollBack(file_size_);
   }
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
@@ -86,6 +98,7 @@ class Transaction {
 
  private:
   Database& database_;
+  const std::int64_t file_size_;
   bool committed_ = false;
 };
 

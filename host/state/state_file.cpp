@@ -41,14 +41,24 @@ void StateFile::restore(Tree& tree) {
 }
 
 int StateFile::save(Tree& tree, const Changes& changes) {
+  std::optional<util::Error> error = attempt(tree, changes);
+  if (error) error = attempt(tree, changes);
+  if (!error) return C_RESULT_OK;
+  log_.record("state", C_LOG_ERROR, error->what());
+  return C_RESULT_SYSTEM_CALL;
+}
+
+// A failed attempt empties the log. This frees the room that the attempt took, and room for a second one.
+std::optional<util::Error> StateFile::attempt(Tree& tree, const Changes& changes) {
   try {
     Transaction transaction(database_);
     write(tree, changes);
+    database_.reserveRoom();
     transaction.commit();
-    return C_RESULT_OK;
+    return std::nullopt;
   } catch (const util::Error& error) {
-    log_.record("state", C_LOG_ERROR, error.what());
-    return C_RESULT_SYSTEM_CALL;
+    database_.emptyLog();
+    return error;
   }
 }
 

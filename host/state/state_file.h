@@ -2,6 +2,7 @@
 #ifndef CPP2C_HOST_STATE_STATE_FILE_H
 #define CPP2C_HOST_STATE_STATE_FILE_H
 
+#include <optional>
 #include <set>
 #include <string>
 
@@ -28,6 +29,7 @@ class StateFile {
   int save(Tree& tree, const Changes& changes);
 
  private:
+  std::optional<util::Error> attempt(Tree& tree, const Changes& changes);
   void write(Tree& tree, const Changes& changes);
   void writeInstance(Tree& tree, const std::string& instance);
   void writeDeleted(const std::string& instance);

@@ -2,11 +2,14 @@
 #ifndef CPP2C_HOST_STATE_STATE_FILE_H
 #define CPP2C_HOST_STATE_STATE_FILE_H
 
+#include <signal.h>
+
 #include <optional>
 #include <set>
 #include <string>
 
 #include "host/state/database.h"
+#include "util/harmless_signal.h"
 
 class ILog;
 
@@ -34,6 +37,7 @@ class StateFile {
   void writeInstance(Tree& tree, const std::string& instance);
   void writeDeleted(const std::string& instance);
 
+  const util::HarmlessSignal file_too_large_{SIGXFSZ};  // the write fails instead
   ILog& log_;
   Database database_;
   Statement put_attribute_;

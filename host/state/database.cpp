@@ -97,6 +97,10 @@ bool Database::isReadOnly() const {
   return sqlite3_db_readonly(connection_.get(), "main") == 1;
 }
 
+std::string Database::logFile() const {
+  return sqlite3_filename_wal(sqlite3_db_filename(connection_.get(), "main"));
+}
+
 std::int64_t Database::fileSize() const {
   sqlite3_file* file = fileOf(connection_.get());
   sqlite3_int64 size = 0;

@@ -26,6 +26,7 @@ class Database {
   std::string text(const char* sql);
 
   bool isReadOnly() const;
+  std::string logFile() const;  // the name of the write-ahead log, whether it exists or not
   std::int64_t fileSize() const;
 
   // Extends the file to the size of the database in the open transaction, so that the log can be copied into

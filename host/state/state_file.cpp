@@ -19,7 +19,7 @@ constexpr int kPresent = 1;
 
 StateFile::StateFile(const std::string& file, const std::string& product, ILog& log)
     : log_(log),
-      database_(openStateFile(file, product)),
+      database_(openStateFile(file, product, log)),
       put_attribute_(database_,
                      "INSERT INTO attribute VALUES (?, ?) "
                      "ON CONFLICT DO UPDATE SET value = excluded.value"),

@@ -3,10 +3,11 @@
 
 #include <sqlite3.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <iterator>
 
 #include "include_c"
@@ -41,6 +42,12 @@ constexpr Failure kFailures[] = {
   throw util::Error(is_known ? known->result : C_RESULT_SYSTEM_CALL, message);
 }
 
+FileIdentity identityOf(const std::string& name) {
+  struct stat status {};
+  if (stat(name.c_str(), &status) != 0) return {};
+  return {status.st_dev, status.st_ino};
+}
+
 int control(sqlite3* connection, int operation, void* argument) {
   return sqlite3_file_control(connection, "main", operation, argument);
 }
@@ -71,12 +78,18 @@ void Statement::Finalize::operator()(sqlite3_stmt* statement) const {
 // SQLite gives some relative names, such as ":memory:", a meaning of their own. An absolute path has none.
 // "unix-excl" takes the write lock at once. By default, SQLite takes a read lock first; of two processes that
 // hold it, neither gets the write lock.
-Database::Database(const std::string& file) : file_(file) {
+Database::Database(const std::string& file) : file_(file), identity_(identityOf(file)) {
   sqlite3* connection = nullptr;
-  const std::string path = std::filesystem::absolute(file);
-  const int result = sqlite3_open_v2(path.c_str(), &connection, SQLITE_OPEN_READWRITE, "unix-excl");
+  const int result = sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE, "unix-excl");
   connection_.reset(connection);
   if (result != SQLITE_OK) fail(file_, connection);
+}
+
+// When it is closed, SQLite would remove the log of the file that has the name now.
+Database::~Database() {
+  if (connection_ == nullptr || hasItsName()) return;
+  removeLog();
+  sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
 
 void Database::execute(const char* sql) {
@@ -99,6 +112,31 @@ bool Database::isReadOnly() const {
 
 std::string Database::logFile() const {
   return sqlite3_filename_wal(sqlite3_db_filename(connection_.get(), "main"));
+}
+
+void Database::openLog() {
+  if (text("PRAGMA journal_mode = WAL") != "wal") {
+    throw util::Error(C_RESULT_SYSTEM_CALL, file_ + ": cannot create a journal beside it");
+  }
+  number("PRAGMA schema_version");  // the first read creates the file
+  log_identity_ = identityOf(logFile());
+}
+
+void Database::reopenLog() {
+  execute("PRAGMA journal_mode = DELETE");
+  openLog();
+}
+
+bool Database::hasItsName() const {
+  return identityOf(file_) == identity_;
+}
+
+bool Database::logHasItsName() const {
+  return identityOf(logFile()) == log_identity_;
+}
+
+void Database::removeLog() noexcept {
+  if (logHasItsName()) unlink(logFile().c_str());
 }
 
 std::int64_t Database::fileSize() const {

@@ -16,9 +16,19 @@ struct sqlite3_stmt;
 
 namespace host {
 
+// A file, whatever its name.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+
+  bool operator==(const FileIdentity& other) const { return device == other.device && inode == other.inode; }
+};
+
 class Database {
  public:
-  explicit Database(const std::string& file);  // must exist
+  explicit Database(const std::string& file);  // an absolute path; must exist
+  Database(Database&&) = default;
+  ~Database();
 
   // Each runs one statement; number() and text() return the first column of its first row.
   void execute(const char* sql);
@@ -35,6 +45,17 @@ class Database {
 
   void rollBack(std::int64_t file_size) noexcept;  // no matter whether SQLite has already rolled back
 
+  void openLog();    // a write-ahead log from now on
+  void reopenLog();  // a new one, after its content has been copied into the database
+
+  // Whether the names still lead to the files that were opened.
+  bool hasItsName() const;
+  bool logHasItsName() const;
+
+  // For a file without its name: removes the log, which would be taken for that of the file with the name
+  // now.
+  void removeLog() noexcept;
+
   // Copies the write-ahead log into the database and frees the room that it takes on the disk.
   void emptyLog() noexcept;
 
@@ -46,6 +67,8 @@ class Database {
   };
 
   std::string file_;
+  FileIdentity identity_;
+  FileIdentity log_identity_;
   std::unique_ptr<sqlite3, Close> connection_;
 };
 

@@ -121,9 +121,7 @@ Database openStateFile(const std::string& file, const std::string& product, ILog
   if (database.text("PRAGMA quick_check(1)") != "ok") fail(C_RESULT_PARAM, file, "is damaged");
 
   // With these two, a save is one write to one file, which is on the disk when it returns.
-  if (database.text("PRAGMA journal_mode = WAL") != "wal") {
-    fail(C_RESULT_SYSTEM_CALL, file, "cannot create a journal beside it");
-  }
+  database.openLog();
   database.execute("PRAGMA synchronous = FULL");
 
   // Copies the log into the database at 16 pages, and keeps it no larger, for small disks.

@@ -141,7 +141,6 @@ int ConfigService::deleteInstance(const std::string& instance) {
 
 int ConfigService::save(int scope) {
   if (scope != 1) return C_RESULT_PARAM;
-  if (changes_.empty()) return C_RESULT_OK;
   const int result = store_(tree_, changes_);
   if (result == C_RESULT_OK) changes_.clear();
   return result;

@@ -19,7 +19,8 @@ namespace host {
 // every operation. `number` is the number of an object.
 class ConfigService final : public ICfm {
  public:
-  // Saves the changes of a tree permanently, all or none. Returns a result code.
+  // Saves the changes of a tree permanently, all or none. Returns a result code. Is also called without
+  // changes.
   using Store = std::function<int(Tree& tree, const Changes& changes)>;
 
   ConfigService(Tree tree, Registry& registry, Store store = saveNothing);

@@ -4,17 +4,18 @@
 
 #include <event2/http.h>
 #include <event2/listener.h>
+#include <signal.h>
 
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
 
-#include "host/http/broken_pipe.h"
 #include "host/http/connections.h"
 #include "host/http/stream.h"
 #include "host/http/unix_socket.h"
 #include "host/loop/event_base.h"
+#include "util/harmless_signal.h"
 
 namespace host {
 
@@ -62,7 +63,7 @@ class HttpServer {
   static bufferevent* onAccept(event_base* base, void* self);
   static void onRequest(evhttp_request* request, void* self);
 
-  const BrokenPipe broken_pipe_;
+  const util::HarmlessSignal broken_pipe_{SIGPIPE};  // libevent writes to clients that have closed
   const Handler handler_;
   UnixSocket socket_;
   Streams streams_;

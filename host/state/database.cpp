@@ -2,10 +2,12 @@
 #include "host/state/database.h"
 
 #include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <iterator>
 
 #include "include_c"
@@ -40,6 +42,29 @@ constexpr Failure kFailures[] = {
   throw util::Error(is_known ? known->result : C_RESULT_SYSTEM_CALL, message);
 }
 
+FileIdentity identityOf(const std::string& name) {
+  struct stat status {};
+  if (stat(name.c_str(), &status) != 0) return {};
+  return {status.st_dev, status.st_ino};
+}
+
+int control(sqlite3* connection, int operation, void* argument) {
+  return sqlite3_file_control(connection, "main", operation, argument);
+}
+
+sqlite3_file* fileOf(sqlite3* connection) {
+  sqlite3_file* file = nullptr;
+  control(connection, SQLITE_FCNTL_FILE_POINTER, &file);
+  return file;
+}
+
+const char* whyNotLarger(std::int64_t size) {
+  rlimit limit = {};
+  getrlimit(RLIMIT_FSIZE, &limit);
+  return static_cast<rlim_t>(size) > limit.rlim_cur ? "would exceed the limit for file sizes (RLIMIT_FSIZE)"
+                                                    : "the disk is full";
+}
+
 }  // namespace
 
 void Database::Close::operator()(sqlite3* connection) const {
@@ -51,12 +76,20 @@ void Statement::Finalize::operator()(sqlite3_stmt* statement) const {
 }
 
 // SQLite gives some relative names, such as ":memory:", a meaning of their own. An absolute path has none.
-Database::Database(const std::string& file) : file_(file) {
+// "unix-excl" takes the write lock at once. By default, SQLite takes a read lock first; of two processes that
+// hold it, neither gets the write lock.
+Database::Database(const std::string& file) : file_(file), identity_(identityOf(file)) {
   sqlite3* connection = nullptr;
-  const std::string path = std::filesystem::absolute(file);
-  const int result = sqlite3_open_v2(path.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr);
+  const int result = sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE, "unix-excl");
   connection_.reset(connection);
   if (result != SQLITE_OK) fail(file_, connection);
+}
+
+// When it is closed, SQLite would remove the log of the file that has the name now.
+Database::~Database() {
+  if (connection_ == nullptr || hasItsName()) return;
+  removeLog();
+  sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
 
 void Database::execute(const char* sql) {
@@ -77,8 +110,59 @@ bool Database::isReadOnly() const {
   return sqlite3_db_readonly(connection_.get(), "main") == 1;
 }
 
-void Database::rollBack() noexcept {
+std::string Database::logFile() const {
+  return sqlite3_filename_wal(sqlite3_db_filename(connection_.get(), "main"));
+}
+
+void Database::openLog() {
+  if (text("PRAGMA journal_mode = WAL") != "wal") {
+    throw util::Error(C_RESULT_SYSTEM_CALL, file_ + ": cannot create a journal beside it");
+  }
+  number("PRAGMA schema_version");  // the first read creates the file
+  log_identity_ = identityOf(logFile());
+}
+
+void Database::reopenLog() {
+  execute("PRAGMA journal_mode = DELETE");
+  openLog();
+}
+
+bool Database::hasItsName() const {
+  return identityOf(file_) == identity_;
+}
+
+bool Database::logHasItsName() const {
+  return identityOf(logFile()) == log_identity_;
+}
+
+void Database::removeLog() noexcept {
+  if (logHasItsName()) unlink(logFile().c_str());
+}
+
+std::int64_t Database::fileSize() const {
+  sqlite3_file* file = fileOf(connection_.get());
+  sqlite3_int64 size = 0;
+  file->pMethods->xFileSize(file, &size);
+  return size;
+}
+
+void Database::reserveRoom() {
+  std::int64_t size = std::int64_t{number("PRAGMA page_count")} * number("PRAGMA page_size");
+  int unit = 4096;  // without a unit, SQLite ignores the size
+  control(connection_.get(), SQLITE_FCNTL_CHUNK_SIZE, &unit);
+  if (control(connection_.get(), SQLITE_FCNTL_SIZE_HINT, &size) != SQLITE_OK) {
+    throw util::Error(C_RESULT_SYSTEM_CALL, file_ + ": " + whyNotLarger(size));
+  }
+}
+
+void Database::rollBack(std::int64_t file_size) noexcept {
   sqlite3_exec(connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_file* file = fileOf(connection_.get());
+  if (fileSize() > file_size) file->pMethods->xTruncate(file, file_size);
+}
+
+void Database::emptyLog() noexcept {
+  sqlite3_wal_checkpoint_v2(connection_.get(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
 }
 
 Statement::Statement(const Database& database, const char* sql) : file_(database.file_) {

@@ -6,12 +6,15 @@
 
 #include "host/state/database.h"
 
+class ILog;
+
 namespace host {
 
 // Opens the state file of a product, or makes it, and keeps other processes from it until it is closed.
-// Throws util::Error if it is damaged, not of this product, in use or cannot be written; it is then
-// unchanged.
-Database openStateFile(const std::string& file, const std::string& product);
+// If other users have access to the file, takes it from them and logs that. Throws util::Error if the file is
+// damaged, not of this product, in use, cannot be written or is open to others and not of this user; it is
+// then unchanged.
+Database openStateFile(const std::string& file, const std::string& product, ILog& log);
 
 }  // namespace host
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/state/state_file.h"
 
+#include <filesystem>
+
 #include "binding/context.h"
 #include "host/config/changes.h"
 #include "host/config/tree.h"
@@ -10,80 +12,66 @@
 #include "include_c"
 
 namespace host {
-namespace {
 
-constexpr int kDeleted = 0;
-constexpr int kPresent = 1;
-
-}  // namespace
-
+// The program may change its working directory later.
 StateFile::StateFile(const std::string& file, const std::string& product, ILog& log)
     : log_(log),
-      database_(openStateFile(file, product)),
-      put_attribute_(database_,
-                     "INSERT INTO attribute VALUES (?, ?) "
-                     "ON CONFLICT DO UPDATE SET value = excluded.value"),
-      put_instance_(database_,
-                    "INSERT INTO instance VALUES (?, ?) "
-                    "ON CONFLICT DO UPDATE SET present = excluded.present"),
-      put_value_(database_,
-                 "INSERT INTO value VALUES (?, ?, ?, ?) "
-                 "ON CONFLICT DO UPDATE SET type = excluded.type, value = excluded.value"),
-      forget_instance_(database_, "DELETE FROM instance WHERE name = ?"),
-      forget_values_(database_, "DELETE FROM value WHERE instance = ?") {}
+      file_(std::filesystem::absolute(file)),
+      product_(product),
+      tables_(std::make_unique<StateTables>(openStateFile(file_, product_, log_))) {}
 
 void StateFile::restore(Tree& tree) {
   for (const auto& [number, object] : tree.objects()) {
     if (!object.dynamic) continue;
     for (const auto& [instance, values] : object.instances) configured_.insert(instance);
   }
-  restoreTree(database_, tree, log_);
+  restoreTree(tables_->database(), tree, log_);
 }
 
 int StateFile::save(Tree& tree, const Changes& changes) {
+  std::optional<util::Error> error = attempt(tree, changes);
+  if (error) error = attempt(tree, changes);
+  if (!error) return C_RESULT_OK;
+  log_.record("state", C_LOG_ERROR, error->what());
+  return C_RESULT_SYSTEM_CALL;
+}
+
+// A failed attempt empties the log. This frees the room that the attempt took, and room for a second one.
+std::optional<util::Error> StateFile::attempt(Tree& tree, const Changes& changes) {
   try {
-    Transaction transaction(database_);
-    write(tree, changes);
-    transaction.commit();
-    return C_RESULT_OK;
+    replaceLostFiles();
+    if (!changes.empty()) tables_->save(tree, changes, configured_);
+    return std::nullopt;
   } catch (const util::Error& error) {
-    log_.record("state", C_LOG_ERROR, error.what());
-    return C_RESULT_SYSTEM_CALL;
+    tables_->database().emptyLog();
+    return error;
   }
 }
 
-void StateFile::write(Tree& tree, const Changes& changes) {
-  for (const std::string& object : changes.attributes()) {
-    put_attribute_.run(object, tree.named(object)->attribute);
-  }
-  for (const auto& [instance, was_saved] : changes.instances()) writeInstance(tree, instance);
-  for (const auto& [instance, leaves] : changes.leaves()) {
-    for (const std::string& leaf : leaves) {
-      const Tree::Place place = tree.find(instance + leaf).value();
-      put_value_.run(instance, leaf, place.leaf->type->name, place.value());
-    }
+void StateFile::replaceLostFiles() {
+  if (!tables_->database().hasItsName()) {
+    replaceFile();
+  } else if (!tables_->database().logHasItsName()) {
+    replaceLog();
   }
 }
 
-void StateFile::writeInstance(Tree& tree, const std::string& instance) {
-  forget_values_.run(instance);
-  const Object& object = *tree.ownerOf(instance);
-  const auto present = object.instances.find(instance);
-  if (present == object.instances.end()) return writeDeleted(instance);
-
-  put_instance_.run(instance, kPresent);
-  for (const auto& [leaf, value] : present->second) {
-    put_value_.run(instance, leaf, object.leaves.at(leaf).type->name, value);
-  }
+// The lost file can still be read, because it is open.
+void StateFile::replaceFile() {
+  tables_->database().removeLog();
+  auto tables = std::make_unique<StateTables>(openStateFile(file_, product_, log_));
+  tables->copy(*tables_);
+  tables_ = std::move(tables);
+  warn(file_ + ": was removed or replaced; the whole saved state was written again");
 }
 
-// The file must remember a deletion only if the configuration file would bring the instance back.
-void StateFile::writeDeleted(const std::string& instance) {
-  if (configured_.count(instance) != 0) {
-    put_instance_.run(instance, kDeleted);
-  } else {
-    forget_instance_.run(instance);
-  }
+void StateFile::replaceLog() {
+  tables_->database().reopenLog();
+  warn(tables_->database().logFile() + ": was removed or replaced; the whole saved state is in " + file_);
+}
+
+void StateFile::warn(const std::string& text) {
+  log_.record("state", C_LOG_WARNING, text.c_str());
 }
 
 }  // namespace host

@@ -2,10 +2,15 @@
 #ifndef CPP2C_HOST_STATE_STATE_FILE_H
 #define CPP2C_HOST_STATE_STATE_FILE_H
 
-#include <set>
+#include <signal.h>
+
+#include <memory>
+#include <optional>
 #include <string>
 
-#include "host/state/database.h"
+#include "host/state/state_tables.h"
+#include "util/error.h"
+#include "util/harmless_signal.h"
 
 class ILog;
 
@@ -23,23 +28,24 @@ class StateFile {
   // Applies the saved state to the tree of the configuration. Throws util::Error if the file is damaged.
   void restore(Tree& tree);
 
-  // Writes all changes of that tree in one transaction. On failure, writes none, logs the reason and returns
-  // C_RESULT_SYSTEM_CALL.
+  // Writes all changes of that tree in one transaction. If the file has been removed or replaced meanwhile,
+  // first writes the whole saved state to a new file and logs that. On failure, writes none, logs the reason
+  // and returns C_RESULT_SYSTEM_CALL.
   int save(Tree& tree, const Changes& changes);
 
  private:
-  void write(Tree& tree, const Changes& changes);
-  void writeInstance(Tree& tree, const std::string& instance);
-  void writeDeleted(const std::string& instance);
+  std::optional<util::Error> attempt(Tree& tree, const Changes& changes);
+  void replaceLostFiles();
+  void replaceFile();
+  void replaceLog();
+  void warn(const std::string& text);
 
+  const util::HarmlessSignal file_too_large_{SIGXFSZ};  // the write fails instead
   ILog& log_;
-  Database database_;
-  Statement put_attribute_;
-  Statement put_instance_;
-  Statement put_value_;
-  Statement forget_instance_;
-  Statement forget_values_;
-  std::set<std::string> configured_;  // the instances of dynamic objects in the configuration file
+  const std::string file_;  // absolute
+  const std::string product_;
+  std::unique_ptr<StateTables> tables_;
+  StateTables::Names configured_;  // the instances of dynamic objects in the configuration file
 };
 
 }  // namespace host

@@ -259,8 +259,9 @@ TEST_F(StateErrorTest, FailedSaveIsLoggedAndDoneByALaterSave) {
               for (const std::string& record : log_.records) results += '\n' + record;
               return results + '\n' + std::to_string(config.save());
             }),
-            "-1021 -1021\n3 state: " + file_ + ": cannot be read or written\n3 state: " + file_ +
-                ": cannot be read or written\n0");
+            "-1021 -1021\n3 state: " + file_ +
+                ": would exceed the limit for file sizes (RLIMIT_FSIZE)\n3 state: " + file_ +
+                ": would exceed the limit for file sizes (RLIMIT_FSIZE)\n0");
   EXPECT_EQ(saved(), std::string(100000, 'n'));
 }
 

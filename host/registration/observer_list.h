@@ -32,15 +32,18 @@ class ObserverList {
   }
 
   // Calls `callback` with each observer of the topic. The callback may add and remove observers: an observer
-  // added meanwhile is not called this time, and a removed one is not called any more.
+  // added meanwhile is not called this time, and a removed one is not called any more. Returns whether all
+  // calls succeeded.
   template <typename Callback>
-  void notify(const Topic& topic, Callback callback) const {
+  bool notify(const Topic& topic, Callback callback) const {
+    bool succeeded = true;
     for (const Serial serial : serialsOf(topic)) {
       auto entry = entries_.find(serial);
       if (entry == entries_.end()) continue;
       Observer& observer = *entry->second.observer;
-      entry->second.registration.call([&] { return callback(observer); });
+      if (!entry->second.registration.call([&] { return callback(observer); })) succeeded = false;
     }
+    return succeeded;
   }
 
  private:

@@ -103,7 +103,7 @@ TEST_F(RegistryTest, CallInsideACallCountsOnceForTheWhole) {
   const RegistrationHandle inner = registry_.add(RegistrationKind::kEvent, "e", kNobody);
   outer.call([&] {
     pass(10);
-    return inner.call([] { return pass(20); });
+    return inner.call([] { return pass(20); }).value();
   });
   EXPECT_EQ(registry_.statistics().count, 1U);
   EXPECT_EQ(registry_.statistics().total, milliseconds(30));

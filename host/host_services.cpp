@@ -43,8 +43,10 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
       timers(deadlines, clock, registry),
       lifecycle(context, std::move(configuration.modules), log, registry) {
   log.debugSwitch(options.debug);
-  registry.onFailed(
-      [this](const FailedCall& call) { log.record("callback", C_LOG_ERROR, call.text.c_str()); });
+  registry.onFailed([this](const FailedCall& call) {
+    log.record("callback", C_LOG_ERROR, call.text.c_str());
+    if (call.threw) loop.fail();
+  });
   loop.callWhenStopped([this] { unload(); });
   if (options.strictness != Strictness::kOff) {
     strict = std::make_unique<StrictMode>(log, options.strictness == Strictness::kFatal, guard, event_base,

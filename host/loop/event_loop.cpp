@@ -89,6 +89,7 @@ EventPtr EventLoop::stopOn(int signal) {
 int EventLoop::run() {
   if (running_) return C_RESULT_REDUNDANT;
   running_ = true;
+  failed_ = false;
   static const bool prepared = pthread_atfork(nullptr, nullptr, restoreDefaultSignals) == 0;
   g_running_loops++;
   // Both signals stay caught until the callback returns: a second signal must not interrupt it.
@@ -99,11 +100,16 @@ int EventLoop::run() {
   when_stopped_();
   g_running_loops--;
   running_ = false;
-  return ran ? C_RESULT_OK : C_RESULT_SYSTEM_CALL;
+  return ran && !failed_ ? C_RESULT_OK : C_RESULT_SYSTEM_CALL;
 }
 
 void EventLoop::stop() {
   event_base_loopbreak(base_.get());
+}
+
+void EventLoop::fail() {
+  failed_ = true;
+  stop();
 }
 
 }  // namespace host

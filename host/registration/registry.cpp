@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "host/registration/registry.h"
 
+#include <cxxabi.h>
+
 #include <algorithm>
+#include <exception>
+#include <typeinfo>
 
 #include "host/symbol/symbol.h"
 
@@ -61,9 +65,25 @@ bool Registry::allowsCallOf(const Registration& registration) {
   if (running_.size() < kMostNested) return true;
   too_deep_ = true;
   on_failed_({"the callback " + textOf(registration) +
-              " is not called, nor any other until the outermost callback returns: " +
-              std::to_string(kMostNested) + " calls are nested, probably an endless recursion"});
+                  " is not called, nor any other until the outermost callback returns: " +
+                  std::to_string(kMostNested) + " calls are nested, probably an endless recursion",
+              false});
   return false;
+}
+
+// To be called while the exception is handled.
+void Registry::reportException() {
+  std::string thrown;
+  try {
+    throw;
+  } catch (const abi::__forced_unwind&) {
+    throw;  // ends the thread, which must not be stopped: pthread_exit()
+  } catch (const std::exception& exception) {
+    thrown = typeName(typeid(exception).name()) + ": " + exception.what();
+  } catch (...) {
+    thrown = typeName(abi::__cxa_current_exception_type()->name());
+  }
+  on_failed_({"the callback " + textOf(*running()) + " threw " + thrown, true});
 }
 
 void Registry::leave() {

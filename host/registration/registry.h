@@ -56,9 +56,10 @@ struct Call {
   std::optional<int> result;
 };
 
-// A call that was not made.
+// A call that was not made, or that ended by an exception.
 struct FailedCall {
   std::string text;  // for the log
+  bool threw;
 };
 
 class RegistrationHandle;
@@ -96,7 +97,7 @@ class Registry {
 
   using Registrations = std::list<std::shared_ptr<Registration>>;
 
-  // A call in progress, also if it ends by an exception. Such a call is not measured.
+  // A call in progress.
   class Running {
    public:
     Running(Registry& registry, std::shared_ptr<Registration> registration) : registry_(registry) {
@@ -111,6 +112,7 @@ class Registry {
   };
 
   bool allowsCallOf(const Registration& registration);
+  void reportException();
   void finish(const Heartbeat::Reading& before, std::optional<int> result);
   void leave();
 
@@ -141,8 +143,8 @@ class RegistrationHandle {
     return *this;
   }
 
-  // Makes one call and returns its result. Returns nothing if too many calls are nested. The call may destroy
-  // this handle.
+  // Makes one call and returns its result, or nothing if it throws or if too many calls are nested.
+  // Exceptions end here because most callers are C functions. The call may destroy this handle.
   template <typename Function>
   auto call(Function function) const -> std::optional<decltype(function())> {
     if (registry_ == nullptr) return function();
@@ -150,14 +152,19 @@ class RegistrationHandle {
     if (!registry.allowsCallOf(**entry_)) return std::nullopt;
     const Registry::Running running(registry, *entry_);
     const Heartbeat::Reading before = registry.heartbeat_.read();
-    auto result = function();
+    std::optional<decltype(function())> result;
+    try {
+      result = function();
+    } catch (...) {
+      registry.reportException();
+    }
     registry.finish(before, numberIn(result));
     return result;
   }
 
  private:
-  static std::optional<int> numberIn(int result) { return result; }
-  static std::optional<int> numberIn(const std::string& /*result*/) { return std::nullopt; }
+  static std::optional<int> numberIn(std::optional<int> result) { return result; }
+  static std::optional<int> numberIn(const std::optional<std::string>& /*result*/) { return std::nullopt; }
 
   void remove() {
     if (registry_ != nullptr) registry_->registrations_.erase(entry_);

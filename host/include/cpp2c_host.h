@@ -20,6 +20,7 @@
  *   leaves a callback ends it in the same way, but it then returns C_RESULT_SYSTEM_CALL. Before and after
  *   c_loop_run(), both signals keep the disposition that the program gave them. A process that the
  *   service forks must not use the context; both signals end it.
+ * - c_context_deinit(): inside a callback, it prints one line to standard error and calls abort().
  * - c_system_call2() and c_popen_call(): run the command with `/bin/sh -c` and return its exit status,
  *   128 + N if signal N ended it, or C_RESULT_SYSTEM_CALL if it could not be run. c_popen_call() also
  *   writes each line of the command's standard output to the log, as a record of the module "command".

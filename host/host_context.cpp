@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/host_context.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -55,10 +57,17 @@ auto enter(const std::unique_ptr<HostServices>& services, const OperationCall& c
 
 HostContext::HostContext() = default;
 
+// A forked process shares the loop's descriptors, the control socket and the state file with its parent, and
+// would release what the parent still uses.
+//
 // Modules are closed with the services and may still call the context. reset() clears the pointer first, so
 // such a call finds no services instead of partly destroyed ones.
 HostContext::~HostContext() {
   if (services_ == nullptr) return;
+  if (getpid() != services_->process) {
+    static_cast<void>(services_.release());
+    return;
+  }
   if (const Registration* running = services_->registry.running()) abortInside(*running);
   services_.reset();
 }

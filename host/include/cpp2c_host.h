@@ -18,8 +18,10 @@
  * - c_loop_run(): ends on SIGINT, on SIGTERM, or when the control socket or a script stops it. It then
  *   returns 0, after all participants have been unconfigured, stopped and unloaded. An exception that
  *   leaves a callback ends it in the same way, but it then returns C_RESULT_SYSTEM_CALL. Before and after
- *   c_loop_run(), both signals keep the disposition that the program gave them. A process that the
- *   service forks must not use the context; both signals end it.
+ *   c_loop_run(), both signals keep the disposition that the program gave them.
+ * - fork(): both signals end the new process. It must not use the context, whose control socket and state
+ *   file belong to the service. It may call c_context_deinit(), which then releases nothing, and
+ *   c_loop_del_fd(): neither affects the service.
  * - c_context_deinit(): inside a callback, it prints one line to standard error and calls abort().
  * - c_system_call2() and c_popen_call(): run the command with `/bin/sh -c` and return its exit status,
  *   128 + N if signal N ended it, or C_RESULT_SYSTEM_CALL if it could not be run. c_popen_call() also

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/loop/event_base.h"
 
+#include <unistd.h>
+
 #include "binding/context.h"
 #include "host/include/cpp2c_host.h"
 #include "include_c"
@@ -30,7 +32,7 @@ void logMessage(int severity, const char* text) {
 
 }  // namespace
 
-EventBase::EventBase(ILog& log) {
+EventBase::EventBase(ILog& log) : process_(getpid()) {
   g_log = &log;
   event_set_log_callback(logMessage);
   base_.reset(newBase());
@@ -43,6 +45,13 @@ EventBase::~EventBase() {
   base_.reset();
   event_set_log_callback(nullptr);
   g_log = nullptr;
+}
+
+bool EventBase::separateFromParent() {
+  if (getpid() == process_) return true;
+  if (event_reinit(base_.get()) != 0) return false;
+  process_ = getpid();
+  return true;
 }
 
 timeval timevalOf(std::chrono::nanoseconds duration) {

@@ -2,8 +2,10 @@
 #include "host/host_context.h"
 
 #include <errno.h>
+#include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <new>
@@ -49,13 +51,31 @@ auto enter(const std::unique_ptr<HostServices>& services, const OperationCall& c
   return services->guard.enter(call, [&] { return function(*services); });
 }
 
+// The library has already deleted the callback's adapter, and unloads this library next: nothing could return
+// from the callback.
+[[noreturn]] void abortInside(const Registration& running) {
+  const std::string text = "c_context_deinit() is called inside the callback " + textOf(running) +
+                           "; call it after c_loop_run() has returned";
+  std::fprintf(stderr, "%s\n", util::oneLine(text).c_str());
+  std::abort();  // a core file has the stack
+}
+
 }  // namespace
 
 HostContext::HostContext() = default;
 
+// A forked process shares the loop's descriptors, the control socket and the state file with its parent, and
+// would release what the parent still uses.
+//
 // Modules are closed with the services and may still call the context. reset() clears the pointer first, so
 // such a call finds no services instead of partly destroyed ones.
 HostContext::~HostContext() {
+  if (services_ == nullptr) return;
+  if (getpid() != services_->process) {
+    static_cast<void>(services_.release());
+    return;
+  }
+  if (const Registration* running = services_->registry.running()) abortInside(*running);
   services_.reset();
 }
 

@@ -14,7 +14,8 @@ struct HostServices;
 // The context on a Linux host. Its services exist once init() has succeeded. Until then, every operation
 // returns C_RESULT_NOT_INIT or null.
 //
-// The library deletes all registered objects before the context, so the destructor must not access them.
+// The library deletes all registered objects before the context, so the destructor must not access them. In a
+// forked process, the destructor leaves the services as they are: they belong to the parent.
 class HostContext final : public IContext {
  public:
   HostContext();

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/include/cpp2c_host.h"
 #include "include_c"
 #include "util/error.h"
 
@@ -58,6 +59,10 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
       lifecycle(context, std::move(configuration.modules), log.messages(), registry) {
   log.debugSwitch(options.debug);
   if (options.log_reopen) log_reopening = reopenOnHangup(event_base, log);
+  registry.onFailed([this](const FailedCall& call) {
+    log.messages().record("callback", C_LOG_ERROR, call.text.c_str());
+    if (call.threw) loop.fail();
+  });
   loop.callWhenStopped([this] { unload(); });
   if (options.strictness != Strictness::kOff) {
     strict = std::make_unique<StrictMode>(log.messages(), options.strictness == Strictness::kFatal, guard,

@@ -2,6 +2,9 @@
 #ifndef CPP2C_HOST_HOST_SERVICES_H
 #define CPP2C_HOST_HOST_SERVICES_H
 
+#include <sys/types.h>
+#include <unistd.h>
+
 #include <memory>
 
 #include "host/clock/clock.h"
@@ -35,6 +38,7 @@ struct HostServices {
   // Throws util::Error if a service cannot be created.
   HostServices(IContext* context, const Options& options, Configuration configuration);
 
+  const pid_t process = getpid();
   Clock clock;
   LogService log;
   Processes processes;

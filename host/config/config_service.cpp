@@ -89,9 +89,10 @@ std::string ConfigService::value(const std::string& fullname) {
   const Tree::Place place = tree_.find(fullname).value();
   auto provider = providers_.find(place.object->number);
   if (!place.leaf->computed || place.values == nullptr || provider == providers_.end()) return place.value();
-  return provider->second.registration.call([&, source = provider->second.provider] {
+  const auto computed = provider->second.registration.call([&, source = provider->second.provider] {
     return source->dataGet(place.object->number, place.instance, place.leaf_name);
   });
+  return computed ? *computed : tree_.find(fullname).value().value();  // the place may be invalid by now
 }
 
 const Leaf* ConfigService::findLeaf(const std::string& fullname) {
@@ -108,16 +109,16 @@ int ConfigService::setValue(std::string fullname, std::string value, int option)
   if (place->values != nullptr) return write(*place, value);
   if (option != C_CFM_CREATE) return C_RESULT_NOT_FOUND;
 
-  addInstance(place->instance);
-  return setValue(std::move(fullname), std::move(value), 0);  // looks again: an observer may have deleted it
+  const int added = addInstance(place->instance);
+  const int written = setValue(std::move(fullname), std::move(value), 0);  // an observer may have deleted it
+  return written != C_RESULT_OK ? written : added;
 }
 
 int ConfigService::write(const Tree::Place& place, const std::string& value) {
   if (place.value() == value) return C_RESULT_OK;
   (*place.values)[place.leaf_name] = value;
   changes_.leafChanged(place.instance, place.leaf_name);
-  notify(*place.object, place.instance, C_CFM_CHANGED, place.leaf_name);
-  return C_RESULT_OK;
+  return notify(*place.object, place.instance, C_CFM_CHANGED, place.leaf_name);
 }
 
 int ConfigService::addInstance(const std::string& instance) {
@@ -125,8 +126,7 @@ int ConfigService::addInstance(const std::string& instance) {
   if (object == nullptr) return C_RESULT_NOT_FOUND;
   if (!object->instances.emplace(instance, Values()).second) return C_RESULT_REDUNDANT;
   changes_.instanceAdded(instance);
-  notify(*object, instance, C_CFM_ADDED, "");
-  return C_RESULT_OK;
+  return notify(*object, instance, C_CFM_ADDED, "");
 }
 
 int ConfigService::deleteInstance(const std::string& instance) {
@@ -135,8 +135,7 @@ int ConfigService::deleteInstance(const std::string& instance) {
   if (!object->dynamic) return C_RESULT_PARAM;
   if (object->instances.erase(instance) == 0) return C_RESULT_NOT_FOUND;
   changes_.instanceDeleted(instance);
-  notify(*object, instance, C_CFM_DELETED, "");
-  return C_RESULT_OK;
+  return notify(*object, instance, C_CFM_DELETED, "");
 }
 
 int ConfigService::save(int scope) {
@@ -150,12 +149,13 @@ int ConfigService::saveNothing(Tree& /*tree*/, const Changes& /*changes*/) {
   return C_RESULT_OK;
 }
 
-void ConfigService::notify(const Object& object, const std::string& instance, int operation,
-                           const std::string& leaf) {
+int ConfigService::notify(const Object& object, const std::string& instance, int operation,
+                          const std::string& leaf) {
   on_change_({object, instance, operation, leaf});
-  observers_.notify(object.number, [&](ICfmObserver& observer) {
+  const bool notified = observers_.notify(object.number, [&](ICfmObserver& observer) {
     return observer.update(object.number, instance, operation, leaf);
   });
+  return notified ? C_RESULT_OK : C_RESULT_SYSTEM_CALL;
 }
 
 }  // namespace host

@@ -16,7 +16,8 @@
 namespace host {
 
 // The configuration tree with checked writes, observers and computed values. Observers and providers may call
-// every operation. `number` is the number of an object.
+// every operation. `number` is the number of an object. A change is made even if the call of an observer
+// fails; its operation then returns C_RESULT_SYSTEM_CALL.
 class ConfigService final : public ICfm {
  public:
   // Saves the changes of a tree permanently, all or none. Returns a result code. Is also called without
@@ -43,7 +44,9 @@ class ConfigService final : public ICfm {
 
   const Tree& tree() const { return tree_; }
   const Leaf* findLeaf(const std::string& fullname);  // null if it does not exist
-  std::string value(const std::string& fullname);     // of an existing leaf
+
+  // The value of an existing leaf. If the call of its provider fails, the value is that without a provider.
+  std::string value(const std::string& fullname);
 
   // Sets the function to call with each change, before its observers are called.
   struct Change {
@@ -65,7 +68,7 @@ class ConfigService final : public ICfm {
   static int saveNothing(Tree& tree, const Changes& changes);
 
   int write(const Tree::Place& place, const std::string& value);
-  void notify(const Object& object, const std::string& instance, int operation, const std::string& leaf);
+  int notify(const Object& object, const std::string& instance, int operation, const std::string& leaf);
 
   struct Provider {
     IDyncDataProvider* provider;

@@ -59,6 +59,11 @@ json readLeaf(ConfigService& config, const ControlRequest& request) {
   return describeLeaf(config, name, requireLeaf(config, name), reveal);
 }
 
+void requireNotified(int result) {
+  if (result != C_RESULT_SYSTEM_CALL) return;
+  throw util::Error(result, "the change was made, but the callback of an observer failed; see the log");
+}
+
 std::string whyNotSet(const Leaf& leaf, const std::string& name, const std::string& value, int result) {
   if (result == C_RESULT_NOT_FOUND) return "the instance of " + util::quoted(name) + " does not exist";
   if (leaf.computed) return util::quoted(name) + " is computed and cannot be set";
@@ -74,6 +79,7 @@ json writeLeaf(ConfigService& config, const ControlRequest& request) {
   const int option = body.booleanOr("create", false) ? C_CFM_CREATE : 0;
   const Leaf& leaf = requireLeaf(config, name);
   const int result = config.setValue(name, value, option);
+  requireNotified(result);
   if (result != C_RESULT_OK) throw util::Error(result, whyNotSet(leaf, name, value, result));
   return kDone;
 }
@@ -137,6 +143,7 @@ json addInstance(ConfigService& config, const ControlRequest& request) {
   body.allowOnly({"name"});
   const std::string name = body.required("name").string();
   const int result = config.addInstance(name);
+  requireNotified(result);
   if (result == C_RESULT_REDUNDANT)
     throw util::Error(result, "the instance " + util::quoted(name) + " exists");
   if (result != C_RESULT_OK) {
@@ -148,6 +155,7 @@ json addInstance(ConfigService& config, const ControlRequest& request) {
 json deleteInstance(ConfigService& config, const ControlRequest& request) {
   const std::string name = request.parameter("name");
   const int result = config.deleteInstance(name);
+  requireNotified(result);
   if (result == C_RESULT_PARAM) {
     throw util::Error(result,
                       "the instance " + util::quoted(name) + " cannot be deleted: its object is not dynamic");

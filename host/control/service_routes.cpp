@@ -6,6 +6,8 @@
 #include "host/clock/clock.h"
 #include "host/control/routes.h"
 #include "host/lifecycle/lifecycle.h"
+#include "include_c"
+#include "util/error.h"
 
 namespace host {
 namespace {
@@ -23,8 +25,9 @@ json listModules(const Lifecycle& lifecycle) {
 json sendEvent(EventService& events, const ControlRequest& request) {
   const JsonValue body = request.body();
   body.allowOnly({"event", "data"});
-  events.notify(body.required("event").string(), body.required("data").string(), 0);
-  return {{"result", 0}};
+  const int result = events.notify(body.required("event").string(), body.required("data").string(), 0);
+  if (result == C_RESULT_OK) return {{"result", 0}};
+  throw util::Error(result, "the event was sent, but the callback of an observer failed; see the log");
 }
 
 json describeEvent(const EventService::Event& event, const Clock& clock) {

@@ -24,8 +24,9 @@ int EventService::unregistObserver(std::string event, IEventObserver* observer) 
 int EventService::notify(std::string event, std::string data, int flags) {
   if (flags != 0) return C_RESULT_PARAM;
   on_event_({event, data, source_});
-  observers_.notify(event, [&](IEventObserver& observer) { return observer.update(event, data, source_); });
-  return C_RESULT_OK;
+  const bool notified = observers_.notify(
+      event, [&](IEventObserver& observer) { return observer.update(event, data, source_); });
+  return notified ? C_RESULT_OK : C_RESULT_SYSTEM_CALL;
 }
 
 }  // namespace host

@@ -12,7 +12,7 @@
 namespace host {
 
 // Passes each event to its observers, in order of registration, before notify() returns. An observer may
-// register, unregister and notify during its call.
+// register, unregister and notify during its call. notify() returns C_RESULT_SYSTEM_CALL if a call fails.
 class EventService final : public IEvent {
  public:
   // `source` is passed to observers as the origin of each event.

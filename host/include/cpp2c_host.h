@@ -16,9 +16,13 @@
  *   once; a negative first time disarms it. With a period of 0 the timer expires once; a negative period
  *   is refused with C_RESULT_PARAM.
  * - c_loop_run(): ends on SIGINT, on SIGTERM, or when the control socket or a script stops it. It then
- *   returns 0, after all participants have been unconfigured, stopped and unloaded. Before and after
- *   c_loop_run(), both signals keep the disposition that the program gave them. A process that the
- *   service forks must not use the context; both signals end it.
+ *   returns 0, after all participants have been unconfigured, stopped and unloaded. An exception that
+ *   leaves a callback ends it in the same way, but it then returns C_RESULT_SYSTEM_CALL. Before and after
+ *   c_loop_run(), both signals keep the disposition that the program gave them.
+ * - fork(): both signals end the new process. It must not use the context, whose control socket and state
+ *   file belong to the service. It may call c_context_deinit(), which then releases nothing, and
+ *   c_loop_del_fd(): neither affects the service.
+ * - c_context_deinit(): inside a callback, it prints one line to standard error and calls abort().
  * - c_system_call2() and c_popen_call(): run the command with `/bin/sh -c` and return its exit status,
  *   128 + N if signal N ended it, or C_RESULT_SYSTEM_CALL if it could not be run. They do not wait for
  *   processes that the command leaves in the background. c_popen_call() also writes each line of the
@@ -30,6 +34,8 @@
  * - c_cfm_get_attr() and c_cfm_set_attr(): the node is the number of an object; the attribute is one
  *   32-bit word that the context stores for this object. They return C_RESULT_NOT_FOUND if the object
  *   does not exist.
+ * - c_cfm_set_value(): returns C_RESULT_SYSTEM_CALL if the value was stored, but an observer threw an
+ *   exception or was not called because 64 callbacks were running inside one another.
  * - c_cfm_save_config(): returns 0 once all changes since the last save are on the disk, in the file of
  *   the option "--state". It returns C_RESULT_SYSTEM_CALL if the file cannot be written: the log says
  *   why, and the next save writes the changes again. Without the option it returns 0 and saves nothing.

@@ -26,7 +26,7 @@ Participant::Participant(std::string name, IBootContext* boot, ILog& log, Regist
 template <typename Function>
 int Participant::call(const char* operation, Function function) {
   auto step = steps_.find(operation);
-  return step != steps_.end() ? step->second.call(function) : function();
+  return step != steps_.end() ? step->second.call(function).value_or(C_RESULT_SYSTEM_CALL) : function();
 }
 
 int Participant::check(const char* operation, int result) {

@@ -43,7 +43,7 @@ void logMessage(int severity, const char* text) {
 
 }  // namespace
 
-EventBase::EventBase(ILog& log) {
+EventBase::EventBase(ILog& log) : process_(getpid()) {
   if (!canOpenDescriptors()) throw util::Error(C_RESULT_SYSTEM_CALL, "cannot create the event loop");
   g_log = &log;
   event_set_log_callback(logMessage);
@@ -57,6 +57,13 @@ EventBase::~EventBase() {
   base_.reset();
   event_set_log_callback(nullptr);
   g_log = nullptr;
+}
+
+bool EventBase::separateFromParent() {
+  if (getpid() == process_) return true;
+  if (event_reinit(base_.get()) != 0) return false;
+  process_ = getpid();
+  return true;
 }
 
 timeval timevalOf(std::chrono::nanoseconds duration) {

@@ -3,6 +3,7 @@
 #define CPP2C_HOST_LOOP_EVENT_BASE_H
 
 #include <event2/event.h>
+#include <sys/types.h>
 
 #include <chrono>
 #include <memory>
@@ -26,12 +27,18 @@ class EventBase {
 
   event_base* get() const { return base_.get(); }
 
+  // To be called before watches change and before the loop runs. A forked process shares the kernel's table
+  // of watched descriptors with its parent; this gives it one of its own, with the same watches. Returns
+  // false if that fails.
+  bool separateFromParent();
+
  private:
   struct Free {
     void operator()(event_base* base) const { event_base_free(base); }
   };
 
   std::unique_ptr<event_base, Free> base_;
+  pid_t process_;  // that uses the table
 };
 
 // An event that the loop waits for until the pointer frees it.

@@ -45,6 +45,7 @@ EventLoop::EventLoop(EventBase& base, Registry& registry) : base_(base), registr
 int EventLoop::addFd(int fd, int events, ILoopData* handler) {
   if (fd < 0 || !isMask(events) || handler == nullptr) return C_RESULT_PARAM;
 
+  if (!base_.separateFromParent()) return C_RESULT_SYSTEM_CALL;
   watches_.erase(
       fd);  // first: libevent refuses to watch a descriptor both level-triggered and edge-triggered
   const bool once = (events & C_LOOP_ONCE) != 0;
@@ -58,6 +59,7 @@ int EventLoop::addFd(int fd, int events, ILoopData* handler) {
 }
 
 int EventLoop::delFd(int fd) {
+  if (!base_.separateFromParent()) return C_RESULT_SYSTEM_CALL;
   return watches_.erase(fd) == 1 ? C_RESULT_OK : C_RESULT_NOT_FOUND;
 }
 
@@ -88,7 +90,9 @@ EventPtr EventLoop::stopOn(int signal) {
 
 int EventLoop::run() {
   if (running_) return C_RESULT_REDUNDANT;
+  if (!base_.separateFromParent()) return C_RESULT_SYSTEM_CALL;
   running_ = true;
+  failed_ = false;
   static const bool prepared = pthread_atfork(nullptr, nullptr, restoreDefaultSignals) == 0;
   g_running_loops++;
   // Both signals stay caught until the callback returns: a second signal must not interrupt it.
@@ -99,11 +103,16 @@ int EventLoop::run() {
   when_stopped_();
   g_running_loops--;
   running_ = false;
-  return ran ? C_RESULT_OK : C_RESULT_SYSTEM_CALL;
+  return ran && !failed_ ? C_RESULT_OK : C_RESULT_SYSTEM_CALL;
 }
 
 void EventLoop::stop() {
   event_base_loopbreak(base_.get());
+}
+
+void EventLoop::fail() {
+  failed_ = true;
+  stop();
 }
 
 }  // namespace host

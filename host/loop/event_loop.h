@@ -22,9 +22,11 @@ class EventLoop final : public ILoop {
   int addFd(int fd, int events, ILoopData* handler) override;
   int delFd(int fd) override;
 
-  // Stops on SIGINT, SIGTERM or stop(), then calls the function that callWhenStopped() has set and returns.
+  // Stops on SIGINT, SIGTERM, stop() or fail(), then calls the function that callWhenStopped() has set and
+  // returns: C_RESULT_SYSTEM_CALL after fail().
   int run() override;
   void stop();
+  void fail();
   void callWhenStopped(std::function<void()> callback) { when_stopped_ = std::move(callback); }
 
   int reserved5() override { return 0; }
@@ -46,6 +48,7 @@ class EventLoop final : public ILoop {
   std::map<int, Watch> watches_;
   std::function<void()> when_stopped_ = [] {};
   bool running_ = false;
+  bool failed_ = false;
 };
 
 }  // namespace host

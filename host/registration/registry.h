@@ -3,6 +3,7 @@
 #define CPP2C_HOST_REGISTRATION_REGISTRY_H
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -55,12 +56,22 @@ struct Call {
   std::optional<int> result;
 };
 
+// A call that was not made, or that ended by an exception.
+struct FailedCall {
+  std::string text;  // for the log
+  bool threw;
+};
+
 class RegistrationHandle;
 
-// Keeps all registrations and measures their calls. It must outlive every registration.
+// Keeps all registrations, measures their calls and limits how deeply these are nested. It must outlive every
+// registration.
 class Registry {
  public:
   using WallTime = std::function<std::chrono::system_clock::time_point()>;
+
+  // The deepest nesting of calls. On a stack of 1 MiB, it leaves at least 8 KiB to each callback.
+  static constexpr std::size_t kMostNested = 64;
 
   explicit Registry(Heartbeat& heartbeat, WallTime wall_time = std::chrono::system_clock::now);
 
@@ -72,9 +83,13 @@ class Registry {
   // Statistics of all calls. A nested call counts as part of the outer call.
   const CallStatistics& statistics() const { return statistics_; }
 
-  // onAdded() sets the function to call with each new registration; onCalled() adds a function to call with
-  // each completed call.
+  // The registration whose callback is running, the innermost if calls are nested. Null if there is none.
+  const Registration* running() const { return running_.empty() ? nullptr : running_.back().get(); }
+
+  // onAdded() sets the function to call with each new registration, onFailed() the one to call with each
+  // failed call; onCalled() adds a function to call with each completed call.
   void onAdded(std::function<void(const Registration&)> callback) { on_added_ = std::move(callback); }
+  void onFailed(std::function<void(const FailedCall&)> callback) { on_failed_ = std::move(callback); }
   void onCalled(std::function<void(const Call&)> callback) { on_called_.push_back(std::move(callback)); }
 
  private:
@@ -82,27 +97,33 @@ class Registry {
 
   using Registrations = std::list<std::shared_ptr<Registration>>;
 
-  // Counts a call in progress, also if it ends by an exception. Such a call is not measured.
-  class Depth {
+  // A call in progress.
+  class Running {
    public:
-    explicit Depth(int& depth) : depth_(depth) { depth_++; }
-    ~Depth() { depth_--; }
-    Depth(const Depth&) = delete;
-    Depth& operator=(const Depth&) = delete;
+    Running(Registry& registry, std::shared_ptr<Registration> registration) : registry_(registry) {
+      registry_.running_.push_back(std::move(registration));
+    }
+    ~Running() { registry_.leave(); }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
 
    private:
-    int& depth_;
+    Registry& registry_;
   };
 
-  void finish(std::shared_ptr<Registration> registration, const Heartbeat::Reading& before,
-              std::optional<int> result);
+  bool allowsCallOf(const Registration& registration);
+  void reportException();
+  void finish(const Heartbeat::Reading& before, std::optional<int> result);
+  void leave();
 
   Heartbeat& heartbeat_;
   const WallTime wall_time_;
   Registrations registrations_;
   CallStatistics statistics_;
-  int depth_ = 0;  // of nested calls
+  std::vector<std::shared_ptr<Registration>> running_;  // the innermost last
+  bool too_deep_ = false;                               // until the outermost call returns
   std::function<void(const Registration&)> on_added_;
+  std::function<void(const FailedCall&)> on_failed_ = [](const FailedCall&) {};
   std::vector<std::function<void(const Call&)>> on_called_;
 };
 
@@ -122,22 +143,28 @@ class RegistrationHandle {
     return *this;
   }
 
-  // Makes one call and returns its result. The call may destroy this handle.
+  // Makes one call and returns its result, or nothing if it throws or if too many calls are nested.
+  // Exceptions end here because most callers are C functions. The call may destroy this handle.
   template <typename Function>
-  auto call(Function function) const {
+  auto call(Function function) const -> std::optional<decltype(function())> {
     if (registry_ == nullptr) return function();
     Registry& registry = *registry_;
-    std::shared_ptr<Registration> registration = *entry_;
-    const Registry::Depth depth(registry.depth_);
+    if (!registry.allowsCallOf(**entry_)) return std::nullopt;
+    const Registry::Running running(registry, *entry_);
     const Heartbeat::Reading before = registry.heartbeat_.read();
-    auto result = function();
-    registry.finish(std::move(registration), before, numberIn(result));
+    std::optional<decltype(function())> result;
+    try {
+      result = function();
+    } catch (...) {
+      registry.reportException();
+    }
+    registry.finish(before, numberIn(result));
     return result;
   }
 
  private:
-  static std::optional<int> numberIn(int result) { return result; }
-  static std::optional<int> numberIn(const std::string& /*result*/) { return std::nullopt; }
+  static std::optional<int> numberIn(std::optional<int> result) { return result; }
+  static std::optional<int> numberIn(const std::optional<std::string>& /*result*/) { return std::nullopt; }
 
   void remove() {
     if (registry_ != nullptr) registry_->registrations_.erase(entry_);

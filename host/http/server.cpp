@@ -113,13 +113,13 @@ std::weak_ptr<Stream> HttpExchange::stream() {
 }
 
 HttpServer::HttpServer(EventBase& base, const std::string& path, Handler handler,
-                       const Connections::Limits& limits)
+                       const Connections::Limits& limits, Connections::Log log)
     : handler_(std::move(handler)),
       socket_(path),
       streams_(base, limits.streams, limits.ping_every),
       server_(makeServer(base.get())),
       listener_(listen(base.get(), server_.get(), socket_.fd())),
-      connections_(base, listener_, limits) {
+      connections_(base, listener_, limits, std::move(log)) {
   evhttp_set_bevcb(server_.get(), onAccept, this);
   evhttp_set_gencb(server_.get(), onRequest, this);
 }

@@ -49,8 +49,8 @@ class HttpServer {
   using Handler = std::function<void(HttpExchange&)>;
 
   // Throws util::Error if the socket cannot be created.
-  HttpServer(EventBase& base, const std::string& path, Handler handler,
-             const Connections::Limits& limits = Connections::Limits());
+  HttpServer(EventBase& base, const std::string& path, Handler handler, const Connections::Limits& limits,
+             Connections::Log log);
 
   std::size_t clients() const { return connections_.count(); }
 

@@ -85,19 +85,14 @@ bufferevent* Connections::accept() noexcept {
 void Connections::add(bufferevent* connection) {
   forgetClosed();  // first: the server has not set its callbacks on the new connection yet
   makeRoom();
-  entries_.emplace(connection, Connection());
+  entries_.emplace(connection, Connection{Use::kRequests, Clock::now()});
   bufferevent_incref(connection);
   if (!hasRoom()) pause(kGrace);
 }
 
-void Connections::requestIn(bufferevent* connection) {
+void Connections::use(bufferevent* connection, Use use) {
   const auto entry = entries_.find(connection);
-  if (entry != entries_.end()) entry->second = Connection();
-}
-
-void Connections::streamIn(bufferevent* connection) {
-  const auto entry = entries_.find(connection);
-  if (entry != entries_.end()) entry->second.is_stream = true;
+  if (entry != entries_.end()) entry->second = {use, Clock::now()};
 }
 
 // The client stays in the queue of the socket, which would report it again at once.
@@ -161,7 +156,7 @@ Connections::Entries::iterator Connections::longestIdle() {
   TimePoint earliest = Clock::now() - kGrace;
   for (auto entry = entries_.begin(); entry != entries_.end(); ++entry) {
     const auto& [connection, state] = *entry;
-    if (state.since >= earliest || state.is_stream || hasUnsentAnswer(connection)) continue;
+    if (state.since >= earliest || state.use != Use::kRequests || hasUnsentAnswer(connection)) continue;
     longest = entry;
     earliest = state.since;
   }
@@ -191,7 +186,7 @@ void Connections::endOverdue() {
   const TimePoint now = Clock::now();
   for (auto entry = entries_.begin(); entry != entries_.end();) {
     const auto& state = entry->second;
-    const bool overdue = !state.is_stream && now - state.since > limits_.request_time;
+    const bool overdue = state.use != Use::kStream && now - state.since > limits_.request_time;
     entry = overdue ? end(entry) : std::next(entry);
   }
 }

@@ -42,15 +42,18 @@ class Connections {
   // Creates the buffer event through which the server talks to its next client. Null: without memory.
   bufferevent* accept() noexcept;
 
-  // To be called when a request is complete: the time limit starts again, or is lifted for a stream.
-  void requestIn(bufferevent* connection);
-  void streamIn(bufferevent* connection);
+  // To be called when a request is complete or a piece of its reply is sent: the time limit starts again, or
+  // is lifted for a stream.
+  void requestIn(bufferevent* connection) { use(connection, Use::kRequests); }
+  void longReplyIn(bufferevent* connection) { use(connection, Use::kLongReply); }
+  void streamIn(bufferevent* connection) { use(connection, Use::kStream); }
 
  private:
   using TimePoint = std::chrono::steady_clock::time_point;
+  enum class Use { kRequests, kLongReply, kStream };
   struct Connection {
-    TimePoint since = std::chrono::steady_clock::now();  // start of the time limit
-    bool is_stream = false;
+    Use use;
+    TimePoint since;  // start of the time limit
   };
   using Entries = std::map<bufferevent*, Connection>;
 
@@ -59,6 +62,7 @@ class Connections {
   static void onTime(evutil_socket_t, short, void* self);
 
   void add(bufferevent* connection);
+  void use(bufferevent* connection, Use use);
   void reportError(int error);
   void reportSuccess();
   void pause(std::chrono::milliseconds time);

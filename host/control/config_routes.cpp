@@ -99,13 +99,14 @@ ListText listTree(ConfigService& config, const ControlRequest& request) {
                   [&config, names, reveal]() mutable { return nextLeaf(config, names, reveal); });
 }
 
-json instancesOf(const Object& object) {
-  json names = json::array();
-  for (const auto& [name, values] : object.instances) names.push_back(name);
-  return names;
+// In text: without memory for all names, a JSON array of them could not even be freed.
+std::string instancesOf(const Object& object) {
+  std::string names;
+  for (const auto& [name, values] : object.instances) names += (names.empty() ? "" : ",") + lineOf(name);
+  return '[' + names + ']';
 }
 
-json describeObject(const Object& object) {
+json leavesOf(const Object& object) {
   json leaves = json::array();
   for (const auto& [name, leaf] : object.leaves) {
     leaves.push_back({{"name", name},
@@ -113,21 +114,32 @@ json describeObject(const Object& object) {
                       {"default", shownValue(*leaf.type, leaf.default_value, false)},
                       {"computed", leaf.computed}});
   }
+  return leaves;
+}
+
+std::string describeObject(const Object& object) {
   const bool multiple = object.dynamic || object.instances.count(object.name) == 0;
-  return {{"number", object.number},         {"name", object.name},
-          {"dynamic", object.dynamic},       {"multiple", multiple},
-          {"attribute", object.attribute},   {"leaves", std::move(leaves)},
-          {"instances", instancesOf(object)}};
+  return "{\"attribute\":" + lineOf(object.attribute) + ",\"dynamic\":" + lineOf(object.dynamic) +
+         ",\"instances\":" + instancesOf(object) + ",\"leaves\":" + lineOf(leavesOf(object)) +
+         ",\"multiple\":" + lineOf(multiple) + ",\"name\":" + lineOf(object.name) +
+         ",\"number\":" + lineOf(object.number) + '}';
 }
 
-json listObjects(const ConfigService& config) {
-  json objects = json::array();
-  for (const auto& [number, object] : config.tree().objects()) objects.push_back(describeObject(object));
-  return {{"objects", std::move(objects)}};
+ListText listObjects(const ConfigService& config) {
+  const auto& objects = config.tree().objects();
+  return ListText(R"({"objects":[)", [&objects, next = objects.begin()]() mutable {
+    return next != objects.end() ? std::optional(describeObject((next++)->second)) : std::nullopt;
+  });
 }
 
-json listInstances(const ConfigService& config, const ControlRequest& request) {
-  return {{"instances", instancesOf(requireObject(config, request.parameter("object")))}};
+ListText listInstances(const ConfigService& config, const ControlRequest& request) {
+  const auto& instances = requireObject(config, request.parameter("object")).instances;
+  return ListText(R"({"instances":[)", [&instances, last = std::string()]() mutable {
+    const auto next = instances.upper_bound(last);
+    if (next == instances.end()) return std::optional<std::string>();
+    last = next->first;
+    return std::optional(lineOf(last));
+  });
 }
 
 json addInstance(ConfigService& config, const ControlRequest& request) {
@@ -204,8 +216,8 @@ void addConfigRoutes(Router& router, ConfigService& config) {
   router.answer("GET", "/leaf", [&](const Request& request) { return readLeaf(config, request); });
   router.answer("PUT", "/leaf", [&](const Request& request) { return writeLeaf(config, request); });
   router.list("/tree", [&](const Request& request) { return listTree(config, request); });
-  router.answer("GET", "/objects", [&](const Request&) { return listObjects(config); });
-  router.answer("GET", "/instances", [&](const Request& request) { return listInstances(config, request); });
+  router.list("/objects", [&](const Request&) { return listObjects(config); });
+  router.list("/instances", [&](const Request& request) { return listInstances(config, request); });
   router.answer("POST", "/instances", [&](const Request& request) { return addInstance(config, request); });
   router.answer("DELETE", "/instances",
                 [&](const Request& request) { return deleteInstance(config, request); });

@@ -134,6 +134,18 @@ TEST_F(LongAnswersTest, ClientThatStopsReadingIsCutOff) {
   until([&] { return openDescriptors() == descriptors + 1; }, "the end of the connection");
 }
 
+TEST_F(LongAnswersTest, ManyInstancesAreOneDocument) {
+  addInstances(kInstances);
+  json names = json::array();
+  for (const auto& [name, values] : config_.tree().objects().at(2).instances) names.push_back(name);
+  const Client client = ask("/instances?object=2");
+  EXPECT_TRUE(wholeAnswer(*client) == json({{"instances", names}}).dump() + '\n');
+  const Client other = ask("/objects");
+  const std::string text = wholeAnswer(*other);
+  EXPECT_TRUE(text == json::parse(text).dump() + '\n');
+  EXPECT_TRUE(json::parse(text)["objects"][1]["instances"] == names);
+}
+
 TEST_F(LongAnswersTest, LongTraceIsOneDocument) {
   class Observer final : public IEventObserver {
     int update(std::string, std::string, std::string) override { return 7; }

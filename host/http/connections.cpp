@@ -2,6 +2,7 @@
 #include "host/http/connections.h"
 
 #include <event2/buffer.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -38,6 +39,12 @@ bool isClosed(bufferevent* connection) {
 
 bool hasUnsentAnswer(bufferevent* connection) {
   return evbuffer_get_length(bufferevent_get_output(connection)) > 0;
+}
+
+// The loop may be too busy to have read the request.
+bool hasUnreadRequest(bufferevent* connection) {
+  int size = 0;
+  return ioctl(bufferevent_getfd(connection), FIONREAD, &size) == 0 && size > 0;
 }
 
 EventPtr makeTimer(EventBase& base, event_callback_fn callback, void* argument) {
@@ -156,7 +163,8 @@ Connections::Entries::iterator Connections::longestIdle() {
   TimePoint earliest = Clock::now() - kGrace;
   for (auto entry = entries_.begin(); entry != entries_.end(); ++entry) {
     const auto& [connection, state] = *entry;
-    if (state.since >= earliest || state.use != Use::kRequests || hasUnsentAnswer(connection)) continue;
+    if (state.since >= earliest || state.use != Use::kRequests) continue;
+    if (hasUnsentAnswer(connection) || hasUnreadRequest(connection)) continue;
     longest = entry;
     earliest = state.since;
   }

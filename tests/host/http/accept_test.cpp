@@ -103,6 +103,18 @@ TEST_F(AcceptTest, ClientThatHasBeenIdleLongestGivesWay) {
   EXPECT_FALSE(silent[0]->isCutOff());
 }
 
+TEST_F(AcceptTest, RequestThatTheLoopHasNotReadYetIsAnswered) {
+  const auto clients = silentClients(32);
+  turnFor(std::chrono::milliseconds(50));
+  const auto others = silentClients(32);
+  for (const Client& client : clients) {
+    client->request("GET", "/modules");
+    client->write();
+  }
+  turnFor(std::chrono::milliseconds(50));
+  for (const Client& client : clients) EXPECT_EQ(answerTo(*client), R"(200 {"modules":[],"state":"idle"})");
+}
+
 TEST_F(AcceptTest, StreamsAndUnreadAnswersAreNotCutOffForOthers) {
   config_.setValue("Device.Time.Server", std::string(3 << 20, 'x'), 0);
   std::vector<Client> followers(24);

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
 #include <charconv>
 #include <nlohmann/json.hpp>
-#include <vector>
+#include <optional>
 
 #include "host/clock/clock.h"
+#include "host/config/name.h"
+#include "host/control/leaf_names.h"
+#include "host/control/list_text.h"
 #include "host/control/routes.h"
 #include "host/include/cpp2c_host.h"
 #include "include_c"
@@ -84,36 +86,33 @@ json writeLeaf(ConfigService& config, const ControlRequest& request) {
   return kDone;
 }
 
-// Collected before any value is read: a data provider may add and delete instances.
-std::vector<std::string> leafNames(const ConfigService& config, const std::string& prefix) {
-  std::vector<std::string> names;
-  for (const auto& [number, object] : config.tree().objects()) {
-    for (const auto& [instance, values] : object.instances) {
-      for (const auto& [leaf, declaration] : object.leaves) {
-        if (util::startsWith(instance + leaf, prefix)) names.push_back(instance + leaf);
-      }
-    }
+// Skips an instance that was deleted after its names were collected: a data provider may do that.
+std::optional<std::string> nextLeaf(ConfigService& config, LeafNames& names, bool reveal) {
+  while (const auto name = names.next()) {
+    const auto& [fullname, object] = *name;
+    const std::string instance = parentName(fullname);
+    if (object->instances.count(instance) == 0) continue;
+    const Leaf& leaf = object->leaves.at(fullname.substr(instance.size()));
+    return lineOf(describeLeaf(config, fullname, leaf, reveal));
   }
-  std::sort(names.begin(), names.end());
-  return names;
+  return std::nullopt;
 }
 
-json listTree(ConfigService& config, const ControlRequest& request) {
+ListText listTree(ConfigService& config, const ControlRequest& request) {
   const bool reveal = request.flag("reveal");
-  json leaves = json::array();
-  for (const std::string& name : leafNames(config, request.parameterOr("name", ""))) {
-    if (const Leaf* leaf = config.findLeaf(name)) leaves.push_back(describeLeaf(config, name, *leaf, reveal));
-  }
-  return {{"leaves", std::move(leaves)}};
+  LeafNames names(config.tree(), request.parameterOr("name", ""));
+  return ListText(R"({"leaves":[)",
+                  [&config, names, reveal]() mutable { return nextLeaf(config, names, reveal); });
 }
 
-json instancesOf(const Object& object) {
-  json names = json::array();
-  for (const auto& [name, values] : object.instances) names.push_back(name);
-  return names;
+// In text: without memory for all names, a JSON array of them could not even be freed.
+std::string instancesOf(const Object& object) {
+  std::string names;
+  for (const auto& [name, values] : object.instances) names += (names.empty() ? "" : ",") + lineOf(name);
+  return '[' + names + ']';
 }
 
-json describeObject(const Object& object) {
+json leavesOf(const Object& object) {
   json leaves = json::array();
   for (const auto& [name, leaf] : object.leaves) {
     leaves.push_back({{"name", name},
@@ -121,21 +120,32 @@ json describeObject(const Object& object) {
                       {"default", shownValue(*leaf.type, leaf.default_value, false)},
                       {"computed", leaf.computed}});
   }
+  return leaves;
+}
+
+std::string describeObject(const Object& object) {
   const bool multiple = object.dynamic || object.instances.count(object.name) == 0;
-  return {{"number", object.number},         {"name", object.name},
-          {"dynamic", object.dynamic},       {"multiple", multiple},
-          {"attribute", object.attribute},   {"leaves", std::move(leaves)},
-          {"instances", instancesOf(object)}};
+  return "{\"attribute\":" + lineOf(object.attribute) + ",\"dynamic\":" + lineOf(object.dynamic) +
+         ",\"instances\":" + instancesOf(object) + ",\"leaves\":" + lineOf(leavesOf(object)) +
+         ",\"multiple\":" + lineOf(multiple) + ",\"name\":" + lineOf(object.name) +
+         ",\"number\":" + lineOf(object.number) + '}';
 }
 
-json listObjects(const ConfigService& config) {
-  json objects = json::array();
-  for (const auto& [number, object] : config.tree().objects()) objects.push_back(describeObject(object));
-  return {{"objects", std::move(objects)}};
+ListText listObjects(const ConfigService& config) {
+  const auto& objects = config.tree().objects();
+  return ListText(R"({"objects":[)", [&objects, next = objects.begin()]() mutable {
+    return next != objects.end() ? std::optional(describeObject((next++)->second)) : std::nullopt;
+  });
 }
 
-json listInstances(const ConfigService& config, const ControlRequest& request) {
-  return {{"instances", instancesOf(requireObject(config, request.parameter("object")))}};
+ListText listInstances(const ConfigService& config, const ControlRequest& request) {
+  const auto& instances = requireObject(config, request.parameter("object")).instances;
+  return ListText(R"({"instances":[)", [&instances, last = std::string()]() mutable {
+    const auto next = instances.upper_bound(last);
+    if (next == instances.end()) return std::optional<std::string>();
+    last = next->first;
+    return std::optional(lineOf(last));
+  });
 }
 
 json addInstance(ConfigService& config, const ControlRequest& request) {
@@ -213,9 +223,9 @@ void addConfigRoutes(Router& router, ConfigService& config) {
   using Request = ControlRequest;
   router.answer("GET", "/leaf", [&](const Request& request) { return readLeaf(config, request); });
   router.answer("PUT", "/leaf", [&](const Request& request) { return writeLeaf(config, request); });
-  router.answer("GET", "/tree", [&](const Request& request) { return listTree(config, request); });
-  router.answer("GET", "/objects", [&](const Request&) { return listObjects(config); });
-  router.answer("GET", "/instances", [&](const Request& request) { return listInstances(config, request); });
+  router.list("/tree", [&](const Request& request) { return listTree(config, request); });
+  router.list("/objects", [&](const Request&) { return listObjects(config); });
+  router.list("/instances", [&](const Request& request) { return listInstances(config, request); });
   router.answer("POST", "/instances", [&](const Request& request) { return addInstance(config, request); });
   router.answer("DELETE", "/instances",
                 [&](const Request& request) { return deleteInstance(config, request); });

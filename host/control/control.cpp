@@ -2,6 +2,7 @@
 #include "host/control/control.h"
 
 #include "host/clock/clock.h"
+#include "host/log/log_service.h"
 #include "host/loop/event_loop.h"
 
 namespace host {
@@ -22,7 +23,10 @@ Control::Control(const ControlledServices& services, EventBase& base, const std:
       activity_{services.clock.wallTime()},
       stop_(evtimer_new(base.get(), stopLoop, &services.loop)),
       server_(
-          base, path, [this](HttpExchange& exchange) { router_.handle(exchange); }, limits) {
+          base, path, [this](HttpExchange& exchange) { router_.handle(exchange); }, limits,
+          [this, path](int level, const std::string& text) {
+            services_.log.record("control", level, (path + ": " + text).c_str());
+          }) {
   addRoutes();
   publishItems();
 }

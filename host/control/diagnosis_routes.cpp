@@ -4,10 +4,14 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstddef>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "host/clock/clock.h"
+#include "host/control/list_text.h"
 #include "host/control/routes.h"
 #include "host/registration/call_history.h"
 #include "host/registration/registry.h"
@@ -43,12 +47,19 @@ json describeRegistration(const Registration& registration) {
           {"lastResult", orNull(statistics.last_result)}};
 }
 
-json listRegistrations(const Registry& registry) {
-  json list = json::array();
-  for (const auto& registration : registry.registrations()) {
-    list.push_back(describeRegistration(*registration));
-  }
-  return {{"registrations", std::move(list)}};
+// Describes one item after the other.
+template <typename Items, typename Describe>
+NextElement inTurn(Items items, Describe describe) {
+  return [items = std::move(items), describe, next = std::size_t{0}]() mutable -> std::optional<std::string> {
+    if (next == items.size()) return std::nullopt;
+    return lineOf(describe(items[next++]));
+  };
+}
+
+ListText listRegistrations(const Registry& registry) {
+  return ListText(R"({"registrations":[)", inTurn(registry.registrations(), [](const auto& registration) {
+                    return describeRegistration(*registration);
+                  }));
 }
 
 // A complete event ("X") of the trace-event format.
@@ -64,15 +75,20 @@ json traceEvent(const Call& call) {
           {"args", {{"key", registration.key}, {"result", orNull(call.result)}}}};
 }
 
-json traceOf(const CallHistory& history) {
-  json events = json::array();
-  events.push_back({{"name", "process_name"},
-                    {"ph", "M"},
-                    {"pid", getpid()},
-                    {"tid", 1},
-                    {"args", {{"name", program_invocation_short_name}}}});
-  for (const Call& call : history.calls()) events.push_back(traceEvent(call));
-  return {{"displayTimeUnit", "ms"}, {"traceEvents", std::move(events)}};
+json processName() {
+  return {{"name", "process_name"},
+          {"ph", "M"},
+          {"pid", getpid()},
+          {"tid", 1},
+          {"args", {{"name", program_invocation_short_name}}}};
+}
+
+ListText traceOf(const CallHistory& history) {
+  return ListText(
+      R"({"displayTimeUnit":"ms","traceEvents":[)",
+      [first = true, calls = inTurn(history.calls(), traceEvent)]() mutable -> std::optional<std::string> {
+        return std::exchange(first, false) ? lineOf(processName()) : calls();
+      });
 }
 
 json describeStatistics(const CallStatistics& calls, const Clock& clock, const Activity& activity,
@@ -93,8 +109,8 @@ json describeStatistics(const CallStatistics& calls, const Clock& clock, const A
 }  // namespace
 
 void addRegistrationRoutes(Router& router, const Registry& registry, const CallHistory& history) {
-  router.answer("GET", "/registrations", [&](const ControlRequest&) { return listRegistrations(registry); });
-  router.answer("GET", "/trace", [&](const ControlRequest&) { return traceOf(history); });
+  router.list("/registrations", [&](const ControlRequest&) { return listRegistrations(registry); });
+  router.list("/trace", [&](const ControlRequest&) { return traceOf(history); });
 }
 
 void addStatisticsRoutes(Router& router, const Registry& registry, const Clock& clock,

@@ -28,10 +28,9 @@ class Followers {
   // Items that sending itself causes, such as a log line, are dropped: they would cause more without end.
   void publish(const Item& item) {
     if (publishing_ || followers_.empty()) return;
-    publishing_ = true;
+    const Publishing publishing(publishing_);
     for (const Follower& follower : followers_) follower.send(item);
     removeClosed();
-    publishing_ = false;
   }
 
  private:
@@ -45,6 +44,18 @@ class Followers {
 
     std::weak_ptr<Stream> stream;
     Format format;
+  };
+
+  // Ends also if sending fails from want of memory.
+  class Publishing {
+   public:
+    explicit Publishing(bool& flag) : flag_(flag) { flag_ = true; }
+    ~Publishing() { flag_ = false; }
+    Publishing(const Publishing&) = delete;
+    Publishing& operator=(const Publishing&) = delete;
+
+   private:
+    bool& flag_;
   };
 
   void removeClosed() {

@@ -58,6 +58,12 @@ void Router::answer(const char* method, const char* path, Answer answer) {
   };
 }
 
+void Router::list(const char* path, List list) {
+  handlers_[path]["GET"] = [list = std::move(list)](const ControlRequest& request, HttpExchange& exchange) {
+    exchange.replyInPieces(list(request));
+  };
+}
+
 void Router::follow(const char* path, Follow follow) {
   handlers_[path]["GET"] = [follow = std::move(follow)](const ControlRequest& request,
                                                         HttpExchange& exchange) {
@@ -70,7 +76,7 @@ void Router::handle(HttpExchange& exchange) const {
     dispatch(exchange.request(), exchange);
   } catch (const util::Error& error) {
     exchange.refuse(statusOf(error.code()), error.code(), error.what());
-  } catch (const std::exception& error) {  // must not reach libevent, which is written in C
+  } catch (const std::exception& error) {  // no memory
     exchange.refuse(503, C_RESULT_NO_MEMORY, error.what());
   }
 }

@@ -8,6 +8,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
+#include "host/control/list_text.h"
 #include "host/http/server.h"
 #include "host/json/document.h"
 
@@ -34,11 +35,14 @@ class Router {
  public:
   using Answer = std::function<nlohmann::json(const ControlRequest&)>;
 
+  using List = std::function<ListText(const ControlRequest&)>;
+
   // Opens the stream that answers the request; to refuse the request, throw before that.
   using OpenStream = std::function<std::weak_ptr<Stream>()>;
   using Follow = std::function<void(const ControlRequest&, const OpenStream&)>;
 
   void answer(const char* method, const char* path, Answer answer);
+  void list(const char* path, List list);        // by GET
   void follow(const char* path, Follow follow);  // by GET
 
   void handle(HttpExchange& exchange) const;

@@ -5,6 +5,8 @@
 #include <event2/http_struct.h>
 #include <event2/keyvalq_struct.h>
 
+#include <exception>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -96,30 +98,44 @@ HttpRequest HttpExchange::request() const {
 }
 
 void HttpExchange::reply(int status, const std::string& json) {
+  has_begun_ = true;
   evbuffer* body = evhttp_request_get_output_buffer(request_);
-  evbuffer_add(body, json.data(), json.size());
-  evbuffer_add(body, "\n", 1);
+  if (evbuffer_add(body, json.data(), json.size()) != 0 || evbuffer_add(body, "\n", 1) != 0) {
+    throw std::bad_alloc();
+  }
   evhttp_send_reply(request_, status, nullptr, nullptr);
 }
 
-void HttpExchange::refuse(int status, int code, const std::string& error) {
-  reply(status, lineOf({{"result", code}, {"error", error}}));
+void HttpExchange::replyInPieces(NextPiece next) {
+  const Piece first = next();
+  if (first.is_last) return reply(HTTP_OK, first.text);
+  has_begun_ = true;
+  replies_.long_replies.start(request_, first.text, std::move(next));
 }
 
 std::weak_ptr<Stream> HttpExchange::stream() {
-  auto stream = streams_.open(request_);
-  connections_.streamIn(connectionOf(request_));
+  replies_.streams.requireRoom();
+  has_begun_ = true;
+  auto stream = replies_.streams.open(request_);
+  replies_.connections.streamIn(connectionOf(request_));
   return stream;
 }
 
+// Without a JSON value of its own: there may be no memory for it.
+void HttpExchange::refuse(int status, int code, const std::string& error) {
+  if (has_begun_) return evhttp_connection_free(evhttp_request_get_connection(request_));
+  reply(status, "{\"error\":" + lineOf(error) + ",\"result\":" + std::to_string(code) + '}');
+}
+
 HttpServer::HttpServer(EventBase& base, const std::string& path, Handler handler,
-                       const Connections::Limits& limits)
+                       const Connections::Limits& limits, Connections::Log log)
     : handler_(std::move(handler)),
       socket_(path),
       streams_(base, limits.streams, limits.ping_every),
+      long_replies_(connections_),
       server_(makeServer(base.get())),
       listener_(listen(base.get(), server_.get(), socket_.fd())),
-      connections_(base, listener_, limits) {
+      connections_(base, listener_, limits, std::move(log)) {
   evhttp_set_bevcb(server_.get(), onAccept, this);
   evhttp_set_gencb(server_.get(), onRequest, this);
 }
@@ -128,16 +144,25 @@ bufferevent* HttpServer::onAccept(event_base* /*base*/, void* self) {
   return static_cast<HttpServer*>(self)->connections_.accept();
 }
 
-void HttpServer::onRequest(evhttp_request* request, void* self) {
-  auto& server = *static_cast<HttpServer*>(self);
+// No exception may reach libevent, which is written in C.
+void HttpServer::onRequest(evhttp_request* request, void* self) noexcept {
+  evhttp_connection* connection = evhttp_request_get_connection(request);
+  try {
+    static_cast<HttpServer*>(self)->serve(request);
+  } catch (const std::exception&) {  // not even a refusal can be sent
+    evhttp_connection_free(connection);
+  }
+}
+
+void HttpServer::serve(evhttp_request* request) {
   bufferevent* connection = connectionOf(request);
-  HttpExchange exchange(request, server.streams_, server.connections_);
+  HttpExchange exchange(request, {connections_, long_replies_, streams_});
   if (!peerMayControl(bufferevent_getfd(connection))) {
     exchange.refuse(403, C_RESULT_SYSTEM_CALL, "permission denied: only the same user and root may connect");
     return;
   }
-  server.connections_.requestIn(connection);
-  server.handler_(exchange);
+  connections_.requestIn(connection);
+  handler_(exchange);
 }
 
 }  // namespace host

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "host/http/connections.h"
+#include "host/http/long_reply.h"
 #include "host/http/stream.h"
 #include "host/http/unix_socket.h"
 #include "host/loop/event_base.h"
@@ -29,19 +30,27 @@ struct HttpRequest {
 // One request that is to be answered once: by a reply, a refusal or a stream.
 class HttpExchange {
  public:
-  HttpExchange(evhttp_request* request, Streams& streams, Connections& connections)
-      : request_(request), streams_(streams), connections_(connections) {}
+  struct Replies {
+    Connections& connections;
+    LongReplies& long_replies;
+    Streams& streams;
+  };
+
+  HttpExchange(evhttp_request* request, const Replies& replies) : request_(request), replies_(replies) {}
 
   HttpRequest request() const;  // throws util::Error for a malformed query
 
-  void reply(int status, const std::string& json);
-  void refuse(int status, int code, const std::string& error);  // {"error": ..., "result": code}
-  std::weak_ptr<Stream> stream();                               // throws util::Error if there are too many
+  void reply(int status, const std::string& json);  // throws std::bad_alloc
+  void replyInPieces(NextPiece next);               // with status 200
+  std::weak_ptr<Stream> stream();                   // throws util::Error if there are too many
+
+  // {"error": ..., "result": code}. If a reply has begun, ends the connection instead.
+  void refuse(int status, int code, const std::string& error);
 
  private:
   evhttp_request* const request_;
-  Streams& streams_;
-  Connections& connections_;
+  const Replies replies_;
+  bool has_begun_ = false;
 };
 
 // Serves HTTP on a Unix socket, on the loop's thread, to processes of the same user and of root.
@@ -50,8 +59,8 @@ class HttpServer {
   using Handler = std::function<void(HttpExchange&)>;
 
   // Throws util::Error if the socket cannot be created.
-  HttpServer(EventBase& base, const std::string& path, Handler handler,
-             const Connections::Limits& limits = Connections::Limits());
+  HttpServer(EventBase& base, const std::string& path, Handler handler, const Connections::Limits& limits,
+             Connections::Log log);
 
   std::size_t clients() const { return connections_.count(); }
 
@@ -61,13 +70,15 @@ class HttpServer {
   };
 
   static bufferevent* onAccept(event_base* base, void* self);
-  static void onRequest(evhttp_request* request, void* self);
+  static void onRequest(evhttp_request* request, void* self) noexcept;
+  void serve(evhttp_request* request);
 
   const util::HarmlessSignal broken_pipe_{SIGPIPE};  // libevent writes to clients that have closed
   const Handler handler_;
   UnixSocket socket_;
   Streams streams_;
-  std::unique_ptr<evhttp, FreeServer> server_;  // closes its connections, which ends their streams
+  LongReplies long_replies_;
+  std::unique_ptr<evhttp, FreeServer> server_;  // closes its connections, which ends their replies
   evconnlistener* const listener_;              // owned by the server
   Connections connections_;
 };

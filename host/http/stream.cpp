@@ -8,6 +8,7 @@
 #include <sys/socket.h>
 
 #include <memory>
+#include <new>
 
 #include "host/loop/event_base.h"
 #include "include_c"
@@ -18,24 +19,22 @@ namespace {
 
 constexpr std::size_t kMostWaiting = 1 << 20;
 
-struct FreeBuffer {
-  void operator()(evbuffer* buffer) const { evbuffer_free(buffer); }
-};
+evhttp_request* withHeaders(evhttp_request* request) {
+  evkeyvalq* headers = evhttp_request_get_output_headers(request);
+  evhttp_add_header(headers, "Content-Type", "text/event-stream");
+  evhttp_add_header(headers, "Cache-Control", "no-store");
+  return request;
+}
+
+// The server sees the end of the input and closes the connection.
+void disconnect(bufferevent* connection) {
+  shutdown(bufferevent_getfd(connection), SHUT_RDWR);
+}
 
 }  // namespace
 
-Stream::Stream(evhttp_request* request) : request_(request) {
-  evkeyvalq* headers = evhttp_request_get_output_headers(request_);
-  evhttp_add_header(headers, "Content-Type", "text/event-stream");
-  evhttp_add_header(headers, "Cache-Control", "no-store");
-  evhttp_send_reply_start(request_, HTTP_OK, nullptr);
+Stream::Stream(evhttp_request* request) : reply_(withHeaders(request)) {
   ping();
-}
-
-Stream::~Stream() {
-  // A request that has lost its connection is freed by answering it. Otherwise the connection is being freed,
-  // and its requests with it.
-  if (evhttp_request_get_connection(request_) == nullptr) evhttp_send_reply_end(request_);
 }
 
 void Stream::send(const std::string& text) {
@@ -47,24 +46,25 @@ void Stream::ping() {
 }
 
 void Stream::write(const std::string& text) {
-  evhttp_connection* connection = evhttp_request_get_connection(request_);
+  bufferevent* connection = reply_.connection();
   if (connection == nullptr) return;
-  bufferevent* channel = evhttp_connection_get_bufferevent(connection);
-  if (evbuffer_get_length(bufferevent_get_output(channel)) > kMostWaiting) {
-    shutdown(bufferevent_getfd(channel), SHUT_RDWR);
-    return;
+  if (evbuffer_get_length(bufferevent_get_output(connection)) > kMostWaiting) return disconnect(connection);
+  try {
+    reply_.write(text);
+  } catch (const std::bad_alloc&) {  // the client sees the end of the stream, not a gap in it
+    disconnect(connection);
   }
-  const std::unique_ptr<evbuffer, FreeBuffer> chunk(evbuffer_new());
-  if (chunk == nullptr || evbuffer_add(chunk.get(), text.data(), text.size()) != 0) return;
-  evhttp_send_reply_chunk(request_, chunk.get());
 }
 
 Streams::Streams(EventBase& base, std::size_t most, std::chrono::milliseconds ping_every)
     : most_(most), timer_(callEvery(base, ping_every, onTime, this)) {}
 
+void Streams::requireRoom() const {
+  if (streams_.size() < most_) return;
+  throw util::Error(C_RESULT_SYSTEM_CALL, "too many followers; the limit is " + std::to_string(most_));
+}
+
 std::weak_ptr<Stream> Streams::open(evhttp_request* request) {
-  if (streams_.size() >= most_)
-    throw util::Error(C_RESULT_SYSTEM_CALL, "too many followers; the limit is " + std::to_string(most_));
   evhttp_connection* connection = evhttp_request_get_connection(request);
   evhttp_connection_set_closecb(connection, onClosed, this);
   auto stream = std::make_shared<Stream>(request);

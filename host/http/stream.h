@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+#include "host/http/open_reply.h"
 #include "host/loop/event_base.h"
 
 namespace host {
@@ -19,9 +20,6 @@ namespace host {
 class Stream {
  public:
   explicit Stream(evhttp_request* request);
-  ~Stream();
-  Stream(const Stream&) = delete;
-  Stream& operator=(const Stream&) = delete;
 
   void send(const std::string& text);  // one event
   void ping();                         // a comment, which keeps the connection alive
@@ -29,7 +27,7 @@ class Stream {
  private:
   void write(const std::string& text);
 
-  evhttp_request* const request_;
+  OpenReply reply_;
 };
 
 // All open streams. Each ends with its connection, at the latest with the server.
@@ -37,7 +35,9 @@ class Streams {
  public:
   Streams(EventBase& base, std::size_t most, std::chrono::milliseconds ping_every);
 
-  // Opens a stream, which may end at any time. Throws util::Error if the limit is reached.
+  void requireRoom() const;  // throws util::Error if the limit is reached
+
+  // Opens a stream, which may end at any time.
   std::weak_ptr<Stream> open(evhttp_request* request);
 
  private:

@@ -19,6 +19,7 @@ using nlohmann::json;
 using Pointer = json::json_pointer;
 
 constexpr std::size_t kMaxDepth = 16;
+constexpr std::size_t kMaxMiB = 256;  // of a file
 
 // Builds a document. The parser alone would keep the last of duplicate keys and take any depth.
 class DocumentBuilder final : public json::json_sax_t {
@@ -123,6 +124,10 @@ struct CloseFile {
   throw util::Error(C_RESULT_SYSTEM_CALL, name + ": cannot be read: " + std::strerror(errno));
 }
 
+[[noreturn]] void tooLarge(const std::string& name) {
+  throw util::Error(C_RESULT_PARAM, name + ": larger than " + std::to_string(kMaxMiB) + " MiB");
+}
+
 }  // namespace
 
 JsonDocument::JsonDocument(const std::string& text, std::string source)
@@ -137,7 +142,10 @@ std::string readFile(const std::string& name) {
   std::string text;
   char part[4096];
   std::size_t size = 0;
-  while ((size = std::fread(part, 1, sizeof part, file.get())) > 0) text.append(part, size);
+  while ((size = std::fread(part, 1, sizeof part, file.get())) > 0) {
+    if (text.size() + size > kMaxMiB << 20) tooLarge(name);
+    text.append(part, size);
+  }
   if (std::ferror(file.get()) != 0) cannotRead(name);
   return text;
 }

@@ -27,7 +27,8 @@ class JsonDocument {
   std::unique_ptr<const nlohmann::json> root_;
 };
 
-// The whole file. Throws util::Error with C_RESULT_SYSTEM_CALL if it cannot be read.
+// The whole file. Throws util::Error with C_RESULT_SYSTEM_CALL if it cannot be read, and with C_RESULT_PARAM
+// if it is larger than 256 MiB, as a device without end is.
 std::string readFile(const std::string& name);
 
 // The value in one line. JSON has no place for bytes that are not UTF-8: they are replaced by U+FFFD.

@@ -11,7 +11,7 @@
 #include "tests/host/state/stateful_config.h"
 #include "tests/host/support/child_process.h"
 #include "tests/host/support/error_text.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -36,7 +36,7 @@ class FileSizeLimitTest : public testing::Test {
 
   TemporaryFolder folder_;
   const std::string file_ = folder_.file("state.db");
-  RecordingLog log_;
+  MemoryLog log_;
 };
 
 TEST_F(FileSizeLimitTest, SaveBeyondTheLimitIsRefusedInOneLine) {

@@ -13,7 +13,7 @@
 #include "include_c"
 #include "tests/host/state/stateful_config.h"
 #include "tests/host/support/child_process.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -73,7 +73,7 @@ class MovedFileTest : public testing::Test {
   TemporaryFolder folder_;
   const std::string file_ = folder_.file("state/state.db");
   const std::string copy_ = folder_.file("copy.db");
-  RecordingLog log_;
+  MemoryLog log_;
   std::unique_ptr<StatefulConfig> config_;
 };
 

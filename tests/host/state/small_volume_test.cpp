@@ -16,7 +16,7 @@
 
 #include "include_c"
 #include "tests/host/state/stateful_config.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -99,7 +99,7 @@ class SmallVolumeTest : public testing::TestWithParam<const char*> {
   }
 
   TemporaryFolder folder_;
-  RecordingLog log_;
+  MemoryLog log_;
   std::unique_ptr<StatefulConfig> config_;
 
  private:

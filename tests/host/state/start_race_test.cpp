@@ -11,7 +11,7 @@
 #include "tests/host/state/stateful_config.h"
 #include "tests/host/support/child_process.h"
 #include "tests/host/support/error_text.h"
-#include "tests/host/support/recording_log.h"
+#include "tests/host/support/memory_log.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -49,7 +49,7 @@ class StartRaceTest : public testing::Test {
     Gate gate;
     const auto start = [&](int output) {
       gate.wait();
-      RecordingLog log;
+      MemoryLog log;
       std::unique_ptr<StatefulConfig> config;
       const std::string line =
           errorOf([&] { config = std::make_unique<StatefulConfig>(file, kConfig, log); }) + '\n';

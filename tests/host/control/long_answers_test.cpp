@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: MIT
+// Answers that are sent in pieces.
+#include <malloc.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+#include "binding/handlers.h"
+#include "host/control/leaf_names.h"
+#include "tests/host/control/control_fixture.h"
+
+namespace host {
+
+using nlohmann::json;
+
+namespace {
+
+constexpr int kInstances = 20000;
+constexpr char kEnd[] = "\r\n0\r\n\r\n";
+
+std::string nameOf(int instance) {
+  return "Device.Interfaces." + std::to_string(instance) + '.';
+}
+
+// The body of an answer in chunks.
+std::string bodyOf(const std::string& received) {
+  std::string body;
+  auto at = received.find("\r\n\r\n") + 4;
+  for (std::size_t size = 1; size > 0;) {
+    size = std::strtoul(received.c_str() + at, nullptr, 16);
+    const auto data = received.find("\r\n", at) + 2;
+    body.append(received, data, size);
+    at = data + size + 2;
+  }
+  return body;
+}
+
+std::size_t usedMemory() {
+  const auto heap = mallinfo2();
+  return heap.uordblks + heap.hblkhd;
+}
+
+class LongAnswersTest : public ControlFixture {
+ protected:
+  void addInstances(int count) {
+    for (int i = 0; i < count; i++) config_.addInstance(nameOf(i));
+  }
+
+  Client ask(const std::string& target) {
+    Client client = connect();
+    client->request("GET", target);
+    client->write();
+    return client;
+  }
+
+  std::string wholeAnswer(HttpClient& client) {
+    until(
+        [&] {
+          client.move();
+          const std::string& text = client.received();
+          return text.size() > 7 && text.compare(text.size() - 7, 7, kEnd) == 0;
+        },
+        "the end of the answer");
+    return bodyOf(client.received());
+  }
+
+  // The whole answer of /tree at once.
+  std::string tree() {
+    std::map<std::string, json> leaves;
+    for (const auto& [number, object] : config_.tree().objects()) {
+      for (const auto& [instance, values] : object.instances) {
+        for (const auto& [name, leaf] : object.leaves) {
+          const std::string fullname = instance + name;
+          leaves[fullname] = {{"name", fullname},
+                              {"type", leaf.type->name},
+                              {"value", leaf.type->secret ? json() : json(value(fullname))},
+                              {"computed", leaf.computed}};
+        }
+      }
+    }
+    json list = json::array();
+    for (const auto& [name, leaf] : leaves) list.push_back(leaf);
+    return json{{"leaves", list}}.dump() + '\n';
+  }
+};
+
+TEST_F(LongAnswersTest, LargeTreeNeedsLittleMemoryAndKeepsNobodyWaiting) {
+  addInstances(200000);
+  const Client client = ask("/tree");
+  const std::size_t before = usedMemory();
+  std::size_t most = before;
+  auto longest = std::chrono::steady_clock::duration::zero();
+  for (int i = 0; i < 50; i++) {
+    const auto start = std::chrono::steady_clock::now();
+    expectOthersAreAnswered();
+    longest = std::max(longest, std::chrono::steady_clock::now() - start);
+    most = std::max(most, usedMemory());
+  }
+  EXPECT_LT(most - before, 2u << 20);
+  EXPECT_LT(longest, std::chrono::milliseconds(300));
+  EXPECT_TRUE(wholeAnswer(*client) == tree());
+}
+
+TEST_F(LongAnswersTest, InstanceThatIsDeletedBeforeItsPieceIsSkipped) {
+  addInstances(kInstances);
+  const Client client = ask("/tree");
+  for (int i = 0; i < 10; i++) expectOthersAreAnswered();
+  for (int i = 9000; i < 10000; i++) config_.deleteInstance(nameOf(i));
+  const std::string text = wholeAnswer(*client);
+  EXPECT_EQ(text.find(nameOf(9500)), std::string::npos);
+  EXPECT_TRUE(text == tree());
+}
+
+TEST_F(LongAnswersTest, ClientMayLeaveInTheMiddleOfATree) {
+  addInstances(kInstances);
+  Client client = ask("/tree");
+  for (int i = 0; i < 3; i++) expectOthersAreAnswered();
+  client.reset();
+  until([this] { return get("/statistics").find("\"clients\":1,") != std::string::npos; }, "one client");
+}
+
+TEST_F(LongAnswersTest, ClientThatStopsReadingIsCutOff) {
+  Connections::Limits limits;
+  limits.request_time = std::chrono::milliseconds(200);
+  limits.check_every = std::chrono::milliseconds(10);
+  control_.reset();
+  control_.emplace(ControlledServices{clock_, config_, events_, log_, lifecycle_, registry_, history_, loop_},
+                   base_, path_, limits);
+  addInstances(kInstances);
+  const std::size_t descriptors = openDescriptors();
+  const Client client = ask("/tree");
+  expectOthersAreAnswered();
+  until([&] { return openDescriptors() == descriptors + 1; }, "the end of the connection");
+}
+
+TEST_F(LongAnswersTest, ManyInstancesAreOneDocument) {
+  addInstances(kInstances);
+  json names = json::array();
+  for (const auto& [name, values] : config_.tree().objects().at(2).instances) names.push_back(name);
+  const Client client = ask("/instances?object=2");
+  EXPECT_TRUE(wholeAnswer(*client) == json({{"instances", names}}).dump() + '\n');
+  const Client other = ask("/objects");
+  const std::string text = wholeAnswer(*other);
+  EXPECT_TRUE(text == json::parse(text).dump() + '\n');
+  EXPECT_TRUE(json::parse(text)["objects"][1]["instances"] == names);
+}
+
+TEST_F(LongAnswersTest, LongTraceIsOneDocument) {
+  class Observer final : public IEventObserver {
+    int update(std::string, std::string, std::string) override { return 7; }
+  } observer;
+  events_.registObserver("link-up", &observer);
+  for (int i = 0; i < 10001; i++) events_.notify("link-up", "", 0);
+  const Client client = ask("/trace");
+  const std::string text = wholeAnswer(*client);
+  const json trace = json::parse(text);
+  EXPECT_TRUE(text == trace.dump() + '\n');
+  EXPECT_EQ(trace["traceEvents"].size(), 10001u);
+  EXPECT_EQ(trace["traceEvents"][0]["name"], "process_name");
+  EXPECT_EQ(trace["traceEvents"][10000]["args"], (json{{"key", "link-up"}, {"result", 7}}));
+}
+
+TEST_F(LongAnswersTest, ManyRegistrationsAreOneDocument) {
+  class Observer final : public IEventObserver {
+    int update(std::string, std::string, std::string) override { return 7; }
+  };
+  std::vector<Observer> observers(2000);
+  for (Observer& observer : observers) events_.registObserver("link-up", &observer);
+  const Client client = ask("/registrations");
+  const std::string text = wholeAnswer(*client);
+  const json registrations = json::parse(text);
+  EXPECT_TRUE(text == registrations.dump() + '\n');
+  EXPECT_EQ(registrations["registrations"].size(), observers.size());
+}
+
+// "NAME NUMBER" of each.
+std::vector<std::string> namesIn(const Tree& tree, const std::string& prefix) {
+  std::vector<std::string> texts;
+  LeafNames names(tree, prefix);
+  while (const auto name = names.next()) {
+    texts.push_back(name->first + ' ' + std::to_string(name->second->number));
+  }
+  return texts;
+}
+
+Object objectOf(int number, const std::string& name, const std::vector<std::string>& instances,
+                const std::vector<std::string>& leaves) {
+  Object object;
+  object.number = number;
+  object.name = name;
+  for (const std::string& instance : instances) object.instances[instance];
+  for (const std::string& leaf : leaves) object.leaves[leaf] = Leaf{findValueType("str"), "", false};
+  return object;
+}
+
+TEST(LeafNamesTest, NamesOfAllObjectsAreInOneOrder) {
+  const Tree tree({objectOf(1, "A.", {"A."}, {"A", "a", "z"}), objectOf(2, "A.b.", {"A.b."}, {"x", "y"}),
+                   objectOf(3, "A.c.", {"A.c.1.", "A.c.1-.", "A.c.2."}, {"x", "y"}),
+                   objectOf(4, "B.", {"B."}, {}), objectOf(5, "0.", {}, {"x"})});
+  const std::vector<std::string> all{"A.A 1",      "A.a 1",      "A.b.x 2",   "A.b.y 2",
+                                     "A.c.1-.x 3", "A.c.1-.y 3", "A.c.1.x 3", "A.c.1.y 3",
+                                     "A.c.2.x 3",  "A.c.2.y 3",  "A.z 1"};
+  EXPECT_EQ(namesIn(tree, ""), all);
+  EXPECT_EQ(namesIn(tree, "A."), all);
+  EXPECT_EQ(namesIn(tree, "A.c.1"), std::vector<std::string>(all.begin() + 4, all.begin() + 8));
+  EXPECT_EQ(namesIn(tree, "A.b.x"), std::vector<std::string>{"A.b.x 2"});
+  EXPECT_EQ(namesIn(tree, "A.b.xx"), std::vector<std::string>());
+  EXPECT_EQ(namesIn(tree, "C"), std::vector<std::string>());
+}
+
+TEST(LeafNamesTest, ManyNamesOfSeveralObjectsAreInOneOrder) {
+  std::vector<Object> objects;
+  std::vector<std::string> expected;
+  for (int number = 0; number < 5; number++) {
+    std::vector<std::string> leaves;
+    for (int i = 0; i < 999; i++) leaves.push_back(std::to_string(i * 7919 % 5000));
+    const std::string name = std::string(static_cast<std::size_t>(number + 1), '1') + '.';
+    objects.push_back(objectOf(number, "O." + name, {"O." + name + "1.", "O." + name + "2."}, leaves));
+    for (const auto& [instance, values] : objects.back().instances) {
+      for (const auto& [leaf, declaration] : objects.back().leaves) {
+        expected.push_back(instance + leaf + ' ' + std::to_string(number));
+      }
+    }
+  }
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(namesIn(Tree(objects), ""), expected);
+}
+
+}  // namespace
+
+}  // namespace host

@@ -120,6 +120,8 @@ void Database::openLog() {
   }
   number("PRAGMA schema_version");  // the first read creates the file
   log_identity_ = identityOf(logFile());
+  page_size_ = number("PRAGMA page_size");
+  control(connection_.get(), SQLITE_FCNTL_CHUNK_SIZE, &page_size_);  // lets SQLite extend the file on request
 }
 
 void Database::reopenLog() {
@@ -147,9 +149,7 @@ std::int64_t Database::fileSize() const {
 }
 
 void Database::reserveRoom() {
-  std::int64_t size = std::int64_t{number("PRAGMA page_count")} * number("PRAGMA page_size");
-  int unit = 4096;  // without a unit, SQLite ignores the size
-  control(connection_.get(), SQLITE_FCNTL_CHUNK_SIZE, &unit);
+  std::int64_t size = std::int64_t{number("PRAGMA page_count")} * page_size_;
   if (control(connection_.get(), SQLITE_FCNTL_SIZE_HINT, &size) != SQLITE_OK) {
     throw util::Error(C_RESULT_SYSTEM_CALL, file_ + ": " + whyNotLarger(size));
   }

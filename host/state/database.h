@@ -69,6 +69,7 @@ class Database {
   std::string file_;
   FileIdentity identity_;
   FileIdentity log_identity_;
+  int page_size_ = 0;
   std::unique_ptr<sqlite3, Close> connection_;
 };
 

@@ -40,10 +40,6 @@ class RepeatedMessagesTest : public testing::Test {
 
   const Lines& published() const { return published_; }
 
-  TemporaryFolder folder_;
-  Clock clock_{Clock::Kind::kVirtual};
-  std::unique_ptr<LogService> log_ = newLog();
-
  private:
   std::unique_ptr<LogService> newLog() {
     auto log = std::make_unique<LogService>(C_LOG_INFO, folder_.file("log"), clock_);
@@ -52,6 +48,11 @@ class RepeatedMessagesTest : public testing::Test {
   }
 
   Lines published_;
+
+ protected:
+  TemporaryFolder folder_;
+  Clock clock_{Clock::Kind::kVirtual};
+  std::unique_ptr<LogService> log_ = newLog();  // publishes until it is destroyed
 };
 
 TEST_F(RepeatedMessagesTest, RepetitionsAreCountedUntilAnotherMessage) {

@@ -61,6 +61,12 @@ class LongAnswersTest : public ControlFixture {
   }
 };
 
+TEST_F(LongAnswersTest, LongTreeIsTheSameDocument) {
+  addInstances(kInstances);
+  const Client client = ask("/tree");
+  EXPECT_TRUE(wholeAnswer(*client) == tree());
+}
+
 TEST_F(LongAnswersTest, LargeTreeNeedsLittleMemoryAndKeepsNobodyWaiting) {
   addInstances(200000);
   const Client client = ask("/tree");
@@ -75,7 +81,6 @@ TEST_F(LongAnswersTest, LargeTreeNeedsLittleMemoryAndKeepsNobodyWaiting) {
   }
   EXPECT_LT(most - before, 2u << 20);
   EXPECT_LT(longest, std::chrono::milliseconds(300));
-  EXPECT_TRUE(wholeAnswer(*client) == tree());
 }
 
 TEST_F(LongAnswersTest, InstanceThatIsDeletedBeforeItsPieceIsSkipped) {

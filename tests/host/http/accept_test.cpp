@@ -35,7 +35,9 @@ class AcceptTest : public ControlFixture {
 
   void turnFor(std::chrono::milliseconds time) {
     const auto end = std::chrono::steady_clock::now() + time;
-    while (std::chrono::steady_clock::now() < end) turn();
+    do {
+      turn();
+    } while (std::chrono::steady_clock::now() < end);
   }
 
   void expectAnswerAtOnce() {
@@ -59,6 +61,8 @@ class AcceptTest : public ControlFixture {
 };
 
 TEST_F(AcceptTest, ClientWaitsWhileThereAreNoDescriptors) {
+  log_.record("test", C_LOG_INFO, "");  // a sanitizer needs descriptors when it first sees a class
+  turnFor(std::chrono::milliseconds(0));
   const Client client = connect();
   client->request("GET", "/modules");
   {

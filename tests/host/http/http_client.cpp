@@ -25,6 +25,22 @@ std::string headerOf(const std::string& head, const std::string& name) {
   return head.substr(value, head.find("\r\n", value) - value);
 }
 
+bool hasChunks(const std::string& head) {
+  return headerOf(head, "Transfer-Encoding") == "chunked";
+}
+
+// The end of the chunks that begin here; kNone if they are not complete.
+std::string::size_type endOfChunks(const std::string& text, std::string::size_type at) {
+  for (std::size_t size = 1; size > 0;) {
+    const auto data = text.find("\r\n", at);
+    if (data == kNone) return kNone;
+    size = std::strtoul(text.c_str() + at, nullptr, 16);
+    at = data + 2 + size + 2;
+    if (at > text.size()) return kNone;
+  }
+  return at;
+}
+
 std::string joinChunks(const std::string& chunks) {
   std::string text;
   for (std::string::size_type at = 0; at < chunks.size();) {
@@ -82,8 +98,9 @@ void HttpClient::leave() {
 std::string::size_type HttpClient::endOfAnswer() const {
   const auto head = received_.find(kEndOfHead);
   if (head == kNone) return kNone;
-  const auto size =
-      std::strtoul(headerOf(received_.substr(0, head + 2), "Content-Length").c_str(), nullptr, 10);
+  const std::string headers = received_.substr(0, head + 2);
+  if (hasChunks(headers)) return endOfChunks(received_, head + 4);
+  const auto size = std::strtoul(headerOf(headers, "Content-Length").c_str(), nullptr, 10);
   const auto end = head + 4 + size;
   return end <= received_.size() ? end : kNone;
 }
@@ -92,7 +109,9 @@ std::string HttpClient::answer() const {
   const auto end = endOfAnswer();
   if (end == kNone) return "";
   const auto body = received_.find(kEndOfHead) + 4;
-  std::string text = received_.substr(sizeof "HTTP/1.1", 3) + ' ' + received_.substr(body, end - body);
+  const std::string raw = received_.substr(body, end - body);
+  std::string text = received_.substr(sizeof "HTTP/1.1", 3) + ' ';
+  text += hasChunks(received_.substr(0, body - 2)) ? joinChunks(raw) : raw;
   while (text.back() == '\n') text.pop_back();
   return text;
 }

@@ -37,6 +37,9 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return allocate(size);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {  // the sanitizer has its own
+  return std::malloc(size);
+}
 void operator delete(void* memory) noexcept {
   std::free(memory);
 }

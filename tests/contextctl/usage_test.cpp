@@ -167,6 +167,13 @@ TEST_F(UsageTest, ATimeoutThatIsNotANumberIsWrongUsage) {
   expectFailure({"save", "--timeout", "1s"}, 2, "--timeout: \"1s\" is not a positive number");
 }
 
+TEST_F(UsageTest, ANumberThatIsNotPositiveIsWrongUsage) {
+  for (const char* number : {"-1", "-0.5", "x", "1 "})
+    expectFailure({"top", std::string("--interval=") + number}, 2,
+                  std::string("--interval: \"") + number + "\" is not a positive number");
+  expectFailure({"top", "--count=0"}, 2, "--count: \"0\" is not a positive number");
+}
+
 TEST_F(UsageTest, AZeroTimeoutIsWrongUsage) {
   expectFailure({"save", "--timeout", "0"}, 2, "--timeout: \"0\" is not a positive number");
 }

@@ -39,6 +39,11 @@ TEST(PrintableTest, ControlCharactersBeyondAsciiAreEscaped) {
             "\\x80\\x9b2J\\x9f\xc2\xa0");
 }
 
+TEST(PrintableTest, OnlyControlCharactersAreEscaped) {
+  EXPECT_EQ(util::printable("\x1f \x7e\x7f\x80"), "\\x1f ~\\x7f\x80");
+  EXPECT_EQ(util::printable("\xc2\x7f\xc3\x80"), "\xc2\\x7f\xc3\x80");
+}
+
 TEST(PrintableTest, IncompleteCharacterIsUnchanged) {
   EXPECT_EQ(util::printable("\xc2"), "\xc2");
 }

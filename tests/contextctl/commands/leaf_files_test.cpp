@@ -280,6 +280,16 @@ TEST_F(LeafFilesTest, ALeafOfAnotherFormIsAFailure) {
       folder.file("leaves.json") + R"(: "Host" is not of the form {"type": "...", "value": "..."})");
 }
 
+TEST_F(LeafFilesTest, ALeafHasAStringTypeAndAStringValueOnly) {
+  for (const char* leaf :
+       {R"({"type":"str"})", R"({"value":"a"})", R"({"type":1,"value":"a"})", R"({"type":"str","value":1})",
+        R"({"type":"str","value":"a","x":""})", R"({"type":"str","x":"a"})", "[]", "null"}) {
+    const Outcome outcome = run({"diff", file("{\"A\":" + std::string(leaf) + '}')});
+    EXPECT_EQ(outcome.status, 3) << leaf;
+    EXPECT_NE(outcome.err.find(R"("A" is not of the form)"), std::string::npos) << leaf;
+  }
+}
+
 TEST_F(LeafFilesTest, AMissingFileIsAFailure) {
   expectFailure({"diff", "/nowhere.json"}, 3, "/nowhere.json: No such file or directory");
 }

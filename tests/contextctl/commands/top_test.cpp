@@ -40,6 +40,26 @@ TEST_F(TopTest, FiguresThatAreNotNumbersArePrintable) {
             "\\n (\\x1b), running for 00:00:00, \\x9b calls, busy for 0.000 ms");
 }
 
+TEST_F(TopTest, TheOrderIsThatOfRecentCosts) {
+  context.onAnswered("GET /registrations", [&] {
+    context.answer("GET /registrations",
+                   R"({"registrations":[)"
+                   R"({"kind":"timer","key":"1","function":"tick","location":"","since":"S","count":11,)"
+                   R"("totalMs":13,"longestMs":3},)"
+                   R"({"kind":"fd","key":"7","function":"read_line","location":"","since":"S","count":5,)"
+                   R"("totalMs":2.5,"longestMs":1},)"
+                   R"({"kind":"fd","key":"7","function":"read_line","location":"","since":"T","count":1,)"
+                   R"("totalMs":0.25,"longestMs":1}]})");
+  });
+  const std::string out = run({"top", "--count", "2", "--interval", "0.01"}).out;
+  const size_t second = out.find("\n\n") + 2;
+  EXPECT_EQ(out.substr(out.find('\n', second) + 1),
+            "RECENT MS  RECENT COUNT  TOTAL MS  COUNT  LONGEST MS  KIND   KEY  FUNCTION\n"
+            "2.000      3             2.500     5      1.000       fd     7    read_line\n"
+            "0.750      1             13.000    11     3.000       timer  1    tick\n"
+            "0.250      1             0.250     1      1.000       fd     7    read_line\n");
+}
+
 TEST_F(TopTest, JsonPrintsOneLinePerSample) {
   context.answer("GET /statistics", R"({"pid":42})");
   context.answer("GET /registrations", R"({"registrations":[]})");

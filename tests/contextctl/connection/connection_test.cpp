@@ -85,6 +85,13 @@ TEST_F(ConnectionTest, EveryRefusalHasTheSameExitStatus) {
   }
 }
 
+TEST_F(ConnectionTest, OtherStatusesAreNoAnswer) {
+  for (const int status : {201, 401, 405, 408, 412, 500, 502}) {
+    context.answer("POST /save", R"({"result":-1,"error":"no"})", status);
+    expectFailure({"save"}, 3, "no");
+  }
+}
+
 TEST_F(ConnectionTest, OutputThatCannotBeWrittenIsAFailure) {
   const std::string command = CPP2C_CONTEXTCTL " --help > /dev/full 2> " + folder.file("error");
   const int status = std::system(command.c_str());

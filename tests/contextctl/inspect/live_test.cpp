@@ -49,6 +49,13 @@ TEST_F(InspectLiveTest, HiddenFunctionsHaveNames) {
   EXPECT_EQ(report.slots[2].symbol, "(anonymous namespace)::Module::onLoad()");
 }
 
+TEST_F(InspectLiveTest, StrippedFunctionsHavePlaces) {
+  const Report report = live(inspected("stripped"), LibraryKind::kModule);
+  ASSERT_EQ(report.slots.size(), 10u);
+  EXPECT_EQ(report.slots[2].symbol.substr(0, 17), "libstripped.so+0x");
+  EXPECT_EQ(findingsOn("live", report), Findings{"ok: every operation is where libcpp2c calls it"});
+}
+
 TEST_F(InspectLiveTest, OperationsInAnotherOrderAreAWarning) {
   EXPECT_EQ(findings("shuffled"), (Findings{"warning: position 3, onLoad, holds Shuffled::onStart()",
                                             "warning: position 4, onStart, holds Shuffled::onLoad()"}));

@@ -1,10 +1,8 @@
 # Exploit mitigations for everything that is shipped, as one interface target.
-include(CheckPIESupported)
-check_pie_supported()
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-
 add_library(cpp2c_hardening INTERFACE)
-target_link_options(cpp2c_hardening INTERFACE -Wl,-z,relro,-z,now)
+set(program $<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>)
+target_compile_options(cpp2c_hardening INTERFACE $<${program}:-fPIE>)
+target_link_options(cpp2c_hardening INTERFACE $<${program}:-pie> -Wl,-z,relro,-z,now)
 # The C library refuses fortification without optimisation, and the sanitizers bring their own checks.
 set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
 if(NOT CPP2C_SANITIZE)

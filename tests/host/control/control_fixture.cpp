@@ -40,12 +40,12 @@ std::string withoutTime(const std::string& item) {
 
 }  // namespace
 
-ControlFixture::ControlFixture()
+ControlFixture::ControlFixture(const Connections::Limits& limits)
     : config_(Tree(testObjects()), services_.registry,
               [this](Tree&, const Changes&) { return store_result_; }),
       control_(ControlledServices{services_.clock, config_, events_, log_, lifecycle_, services_.registry,
                                   history_, services_.loop},
-               services_.base, path_) {}
+               services_.base, path_, limits) {}
 
 ControlFixture::Texts ControlFixture::newsFor(HttpClient& client, std::size_t count) {
   Texts news;

@@ -22,7 +22,7 @@ constexpr char kDone[] = R"(200 {"result":0})";
 // A control socket and the services behind it. Their time is virtual.
 class ControlFixture : public HttpFixture {
  protected:
-  ControlFixture();
+  explicit ControlFixture(const Connections::Limits& limits = Connections::Limits());
 
   // Waits until the client has received so many items, and returns them without their times. Each must have
   // one.

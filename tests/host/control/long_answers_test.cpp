@@ -8,6 +8,7 @@
 #include "binding/handlers.h"
 #include "host/control/leaf_names.h"
 #include "tests/host/control/control_fixture.h"
+#include "tests/host/support/open_descriptors.h"
 
 namespace host {
 
@@ -28,6 +29,8 @@ std::size_t usedMemory() {
 
 class LongAnswersTest : public ControlFixture {
  protected:
+  using ControlFixture::ControlFixture;
+
   void addInstances(int count) {
     for (int i = 0; i < count; i++) config_.addInstance(nameOf(i));
   }
@@ -101,13 +104,19 @@ TEST_F(LongAnswersTest, ClientMayLeaveInTheMiddleOfATree) {
   until([this] { return get("/statistics").find("\"clients\":1,") != std::string::npos; }, "one client");
 }
 
-TEST_F(LongAnswersTest, ClientThatStopsReadingIsCutOff) {
+Connections::Limits shortLimits() {
   Connections::Limits limits;
   limits.request_time = std::chrono::milliseconds(200);
   limits.check_every = std::chrono::milliseconds(10);
-  control_.reset();
-  control_.emplace(ControlledServices{clock_, config_, events_, log_, lifecycle_, registry_, history_, loop_},
-                   base_, path_, limits);
+  return limits;
+}
+
+class ShortTimeTest : public LongAnswersTest {
+ protected:
+  ShortTimeTest() : LongAnswersTest(shortLimits()) {}
+};
+
+TEST_F(ShortTimeTest, ClientThatStopsReadingIsCutOff) {
   addInstances(kInstances);
   const std::size_t descriptors = openDescriptors();
   const Client client = ask("/tree");

@@ -38,7 +38,7 @@ class GuardTest : public testing::Test {
  protected:
   CallLog calls_;
   Guard guard_;
-  MemoryLog log_{calls_};
+  RecordingLog log_{calls_};
   RecordingCfm config_{calls_};
   RecordingEvent events_{calls_};
   RecordingHeartbeat heartbeat_{calls_};

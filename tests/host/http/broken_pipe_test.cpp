@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/http/broken_pipe.h"
+#include "util/harmless_signal.h"
 
 #include <csignal>
 
@@ -18,18 +18,18 @@ sighandler_t brokenPipeHandler() {
 }
 
 TEST(BrokenPipeTest, BrokenPipeDoesNotEndTheProcess) {
-  const BrokenPipe broken_pipe;
+  const util::HarmlessSignal broken_pipe(SIGPIPE);
   EXPECT_EQ(raise(SIGPIPE), 0);
   EXPECT_NE(brokenPipeHandler(), SIG_DFL);
 }
 
 TEST(BrokenPipeTest, DefaultActionIsRestored) {
-  { const BrokenPipe broken_pipe; }
+  { const util::HarmlessSignal broken_pipe(SIGPIPE); }
   EXPECT_EQ(brokenPipeHandler(), SIG_DFL);
 }
 
 TEST(BrokenPipeTest, CommandsHaveTheDefaultAction) {
-  const BrokenPipe broken_pipe;
+  const util::HarmlessSignal broken_pipe(SIGPIPE);
   MemoryLog log;
   EXPECT_EQ(Processes(log).run("kill -PIPE $$"), 128 + SIGPIPE);
 }
@@ -37,7 +37,7 @@ TEST(BrokenPipeTest, CommandsHaveTheDefaultAction) {
 TEST(BrokenPipeTest, HandlerOfTheProgramStays) {
   std::signal(SIGPIPE, SIG_IGN);
   {
-    const BrokenPipe broken_pipe;
+    const util::HarmlessSignal broken_pipe(SIGPIPE);
     EXPECT_EQ(brokenPipeHandler(), SIG_IGN);
   }
   EXPECT_EQ(brokenPipeHandler(), SIG_IGN);

@@ -7,7 +7,8 @@ namespace host {
 
 ServerFixture::ServerFixture(const Connections::Limits& limits)
     : server_(
-          services_.base, path_, [this](HttpExchange& exchange) { answer(exchange); }, limits) {}
+          services_.base, path_, [this](HttpExchange& exchange) { answer(exchange); }, limits,
+          [](int /*level*/, const std::string& /*text*/) {}) {}
 
 void ServerFixture::publish(const std::string& text) {
   for (const auto& stream : streams_) {

@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "host/registration/registry.h"
-#include "tests/host/support/quiet_registry.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
@@ -23,7 +23,8 @@ class FailedCallsTest : public testing::Test {
     registry_.onFailed([this](const FailedCall& call) { failed_.push_back(call.text); });
   }
 
-  QuietRegistry registry_;
+  Services services_;
+  Registry& registry_ = services_.registry;
   RegistrationHandle registration_ = registry_.add(RegistrationKind::kEvent, "up", {});
   Texts failed_;
 };

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/host/support/quiet_registry.h"
+#include "tests/host/support/services.h"
 
 namespace host {
 namespace {
@@ -73,7 +73,8 @@ class ObserverListTest : public testing::Test {
     return g_comparisons;
   }
 
-  QuietRegistry registry_;
+  Services services_;
+  Registry& registry_ = services_.registry;
   ObserverList<Topic, Observer, CountingLess> list_;
   Observer a_{"a"};
   Observer b_{"b"};

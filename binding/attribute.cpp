@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Attributes of configuration nodes.
+// Attributes of configuration nodes, and reference counts by name.
 //
 // Without a context, c_cfm_set_attr() fails with C_RESULT_NOT_INIT but c_cfm_get_attr() with C_RESULT_PARAM.
 // Programs depend on the difference: keep it.
+#include "binding/globals.h"
 #include "binding/result.h"
 #include "binding/services.h"
 
@@ -18,4 +19,19 @@ int c_cfm_get_attr(int node, void* out) {
   ICfm* cfm = context->getCfm();
   if (cfm == nullptr) return refuse(C_RESULT_PARAM, "PARAM ERROR!");
   return cfm->getAttr(node, out);
+}
+
+// Nothing happens when a count reaches 0. Entries of `g_reference_counts` are never erased.
+int reference_increase(const char* name) {
+  const int count = ++g_reference_counts[name];
+  c_debug_out(kTraceFile, __LINE__, "-----str=%s,count=%d", name, count);
+  return count;
+}
+
+int reference_decrease(const char* name) {
+  int& entry = g_reference_counts[name];
+  if (entry > 0) --entry;
+  const int count = entry;
+  c_debug_out(kTraceFile, __LINE__, "-----str2=%s,count=%d", name, count);
+  return count;
 }

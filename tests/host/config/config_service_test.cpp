@@ -478,14 +478,19 @@ TEST_F(ConfigServiceTest, ReservedOperationsReturnZero) {
   config_.releaseIterator(iterator);
 }
 
-// A store that counts saves and returns a given result.
+// A store that counts the saves of changes and returns a given result.
 class ConfigSaveTest : public testing::Test {
  protected:
+  int calls_ = 0;
   int saves_ = 0;
   int result_ = C_RESULT_OK;
   Services services_;
   ConfigService config_{Tree(parseConfiguration(kTree, "test").objects), services_.registry,
-                        [this](Tree&, const Changes&) { return saves_++, result_; }};
+                        [this](Tree&, const Changes& changes) {
+                          calls_++;
+                          if (!changes.empty()) saves_++;
+                          return result_;
+                        }};
 };
 
 TEST_F(ConfigSaveTest, ChangesAreSavedOnce) {
@@ -499,6 +504,13 @@ TEST_F(ConfigSaveTest, ChangesAreSavedOnce) {
 TEST_F(ConfigSaveTest, NothingIsSavedWithoutChanges) {
   EXPECT_EQ(config_.save(1), C_RESULT_OK);
   EXPECT_EQ(saves_, 0);
+}
+
+// The store notices then that its file was removed.
+TEST_F(ConfigSaveTest, StoreIsCalledEvenWithoutChanges) {
+  result_ = C_RESULT_SYSTEM_CALL;
+  EXPECT_EQ(config_.save(1), C_RESULT_SYSTEM_CALL);
+  EXPECT_EQ(calls_, 1);
 }
 
 TEST_F(ConfigSaveTest, UnknownScopeIsRefused) {

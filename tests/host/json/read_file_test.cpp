@@ -21,18 +21,18 @@ std::string refusalOf(const std::string& file) {
   return errorOf([&] { readFile(file); });
 }
 
-TEST(ReadFileTest, FileIsReadWhole) {
+TEST(ReadFileLimitTest, FileIsReadWhole) {
   const TemporaryFolder folder;
   const std::string text = std::string(10000, 'x') + '\0' + "\n\xff";
   EXPECT_EQ(readFile(folder.write("file", text)), text);
   EXPECT_EQ(readFile(folder.write("file", "")), "");
 }
 
-TEST(ReadFileTest, EndlessFileIsRefused) {
+TEST(ReadFileLimitTest, EndlessFileIsRefused) {
   EXPECT_EQ(refusalOf("/dev/zero"), "-1023 /dev/zero: larger than 256 MiB");
 }
 
-TEST(ReadFileTest, EndlessPipeIsRefused) {
+TEST(ReadFileLimitTest, EndlessPipeIsRefused) {
   const TemporaryFolder folder;
   const std::string pipe = folder.file("pipe");
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
@@ -42,7 +42,7 @@ TEST(ReadFileTest, EndlessPipeIsRefused) {
   EXPECT_EQ(refusalOf(pipe), "-1023 " + pipe + ": larger than 256 MiB");
 }
 
-TEST(ReadFileTest, SizeOfALargeFileIsLimited) {
+TEST(ReadFileLimitTest, SizeOfALargeFileIsLimited) {
   const TemporaryFolder folder;
   const std::string file = folder.write("file", "");
   std::filesystem::resize_file(file, kMost + 1);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The library closed at run time without the teardown before: what was registered is abandoned, not deleted.
+// Closes the library without c_context_deinit(): the adapters are not deleted.
 #include <set>
 
 #include <gtest/gtest.h>
@@ -10,8 +10,7 @@
 
 namespace {
 
-// The adapters that the context has been given. One that is deleted leaves, since its memory may be used
-// again.
+// The adapters that the context received. A deleted adapter is removed, because its memory may be reused.
 std::set<const void*> g_adapters;
 
 void forgetAdapter(void* block) {
@@ -70,20 +69,42 @@ TEST_F(AbandonedTest, ContextIsNotReleased) {
   EXPECT_TRUE(proxy.released.empty());
 }
 
-TEST_F(AbandonedTest, LibraryOpenedAgainStartsAfresh) {
+TEST_F(AbandonedTest, LibraryOpenedAgainHasNoObservers) {
+  RuntimeLibrary library;
+  ASSERT_TRUE(library);
+  regist(library);
+  library.close();
+
+  RuntimeLibrary again;
+  ASSERT_TRUE(again);
+  EXPECT_EQ(again.cfm_get_regist_observer_callback(5), nullptr);
+  again.context_deinit();
+}
+
+TEST_F(AbandonedTest, LibraryOpenedAgainObtainsTheContextAgain) {
+  RuntimeLibrary library;
+  ASSERT_TRUE(library);
+  regist(library);
+  library.close();
+  proxy.calls.take();
+
+  RuntimeLibrary again;
+  ASSERT_TRUE(again);
+  again.cfm_get_regist_observer_callback(5);
+  EXPECT_EQ(proxy.calls.take(), Calls({"getInstance(null)", "context.getCfm()"}));
+  again.context_deinit();
+}
+
+TEST_F(AbandonedTest, LibraryOpenedAgainHasAnEmptyCache) {
   int place = 0;
   RuntimeLibrary library;
   ASSERT_TRUE(library);
   regist(library);
   library.dbc_add_userdata(5, "x", &place);
   library.close();
-  proxy.calls.take();
 
   RuntimeLibrary again;
   ASSERT_TRUE(again);
-  EXPECT_EQ(again.cfm_get_regist_observer_callback(5), nullptr);
-  EXPECT_EQ(proxy.calls.take(), Calls({"getInstance(null)", "context.getCfm()"}));
-  EXPECT_EQ(again.dbc_get_userdata(5, "x"), nullptr);
   again.dbc_create();
   EXPECT_EQ(again.dbc_get_userdata(5, "x"), nullptr);
   again.context_deinit();

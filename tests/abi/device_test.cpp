@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tests of the device's build run on what the device is: 32-bit words, most significant byte first.
+// The build for the device: 32-bit words, most significant byte first.
 #include <cstdint>
 #include <cstring>
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks how a library presents itself to the dynamic loader.
+# Checks the dynamic section of a library: name, dependencies, flags.
 #
 # Usage: dynamic_section.sh READELF LIBRARY SONAME
 set -euo pipefail
@@ -13,7 +13,7 @@ complain() {
 
 dynamic=$("$readelf" --dynamic --wide "$library")
 
-# The bracketed values of the entries called $1.
+# Prints the bracketed values of the entries named $1.
 entries() {
   sed -nE "s/.*\($1\).*\[(.*)\]/\1/p" <<<"$dynamic"
 }
@@ -30,7 +30,7 @@ done
 
 [[ -z "$(entries RPATH)$(entries RUNPATH)" ]] || complain "has a search path: $(entries RPATH) $(entries RUNPATH)"
 
-# A unique symbol would keep the library in the process after it has been closed.
+# A unique symbol would prevent the library from being unloaded.
 unique=$("$readelf" --dyn-syms --wide "$library" | grep -w UNIQUE || true)
 [[ -z "$unique" ]] || complain "has unique symbols:"$'\n'"$unique"
 

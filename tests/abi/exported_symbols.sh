@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Compares what a library exports with a list; prints the difference and fails if there is one.
+# Compares the exported symbols of a library with a list. Prints the differences; fails if there are any.
 #
 # Usage: exported_symbols.sh NM LIBRARY LIST
 set -euo pipefail
 nm=$1 library=$2 list=$3
 
-# One line a name: constructors and destructors come in several variants. The string of either binary
-# interface of the standard library shows as std::string.
+# Prints one line for each name, although constructors and destructors have several symbols. Both ABI variants of
+# the standard library's string appear as std::string.
 exported() {
   "$nm" --dynamic --demangle --defined-only --format=posix "$library" |
     sed -E -e 's/ [A-Za-z] [0-9a-f]+( [0-9a-f]+)?$//' \

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Stands still once the library is in use, for its memory to be looked at from outside.
+// Uses the library and then waits, so that another process can measure its memory.
 #include <stdio.h>
 
 #include "include_c"

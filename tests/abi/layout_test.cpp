@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The fields of every class whose layout others rely on: their order, and that there are no more of them.
+// The fields of all classes whose layout is part of the binary interface: their order and number.
 #include <cstddef>
 #include <type_traits>
 
@@ -35,7 +35,7 @@ static_assert(std::is_same_v<decltype(g_reference_counts), std::map<std::string,
 static_assert(std::is_same_v<decltype(DBClientTable::items), std::map<std::string, DBClientItem*>>);
 static_assert(std::is_same_v<decltype(__Module::table), ModuleCallbacks*>);
 
-constexpr std::size_t kWord = sizeof(void*);  // an int takes a whole one where a pointer follows
+constexpr std::size_t kWord = sizeof(void*);  // an int followed by a pointer also occupies one
 
 template <typename Object, typename Field>
 std::size_t offsetIn(const Object& object, const Field& field) {
@@ -47,7 +47,7 @@ std::size_t roundedUp(std::size_t size) {
   return (size + kWord - 1) / kWord * kWord;
 }
 
-TEST(LayoutTest, LoopDataHoldsCallbackUserFd) {
+TEST(LayoutTest, LoopDataHasCallbackUserFd) {
   const __LoopData watch;
   EXPECT_EQ(offsetIn(watch, watch.callback), 1 * kWord);
   EXPECT_EQ(offsetIn(watch, watch.user), 2 * kWord);
@@ -55,20 +55,20 @@ TEST(LayoutTest, LoopDataHoldsCallbackUserFd) {
   EXPECT_EQ(sizeof watch, 4 * kWord);
 }
 
-TEST(LayoutTest, TimerAdapterHoldsCallback) {
+TEST(LayoutTest, TimerAdapterHasCallback) {
   const __NtpTimerCB timer;
   EXPECT_EQ(offsetIn(timer, timer.callback), 1 * kWord);
   EXPECT_EQ(sizeof timer, 2 * kWord);
 }
 
-TEST(LayoutTest, EventObserverHoldsUserCallback) {
+TEST(LayoutTest, EventObserverHasUserCallback) {
   const __EventC observer;
   EXPECT_EQ(offsetIn(observer, observer.user), 1 * kWord);
   EXPECT_EQ(offsetIn(observer, observer.callback), 2 * kWord);
   EXPECT_EQ(sizeof observer, 3 * kWord);
 }
 
-TEST(LayoutTest, ConfigurationObserverHoldsIdUserCallback) {
+TEST(LayoutTest, ConfigurationObserverHasIdUserCallback) {
   const __CfmC observer;
   EXPECT_EQ(offsetIn(observer, observer.id), 1 * kWord);
   EXPECT_EQ(offsetIn(observer, observer.user), 2 * kWord);
@@ -76,7 +76,7 @@ TEST(LayoutTest, ConfigurationObserverHoldsIdUserCallback) {
   EXPECT_EQ(sizeof observer, 4 * kWord);
 }
 
-TEST(LayoutTest, DataProviderHoldsCallbackUserResult) {
+TEST(LayoutTest, DataProviderHasCallbackUserResult) {
   const __DataProvider provider;
   EXPECT_EQ(offsetIn(provider, provider.callback), 1 * kWord);
   EXPECT_EQ(offsetIn(provider, provider.user), 2 * kWord);
@@ -84,20 +84,20 @@ TEST(LayoutTest, DataProviderHoldsCallbackUserResult) {
   EXPECT_EQ(sizeof provider, 3 * kWord + sizeof(std::string));
 }
 
-TEST(LayoutTest, ModuleHoldsReservedTable) {
+TEST(LayoutTest, ModuleHasReservedTable) {
   const __Module module(nullptr);
   EXPECT_EQ(offsetIn(module, module.reserved), 1 * kWord);
   EXPECT_EQ(offsetIn(module, module.table), 2 * kWord);
   EXPECT_EQ(sizeof module, 3 * kWord);
 }
 
-TEST(LayoutTest, MasterObserverHoldsTable) {
+TEST(LayoutTest, MasterObserverHasTable) {
   const __MasterObserver observer(nullptr);
   EXPECT_EQ(offsetIn(observer, observer.table), 1 * kWord);
   EXPECT_EQ(sizeof observer, 2 * kWord);
 }
 
-TEST(LayoutTest, BootContextAndModuleHoldNothing) {
+TEST(LayoutTest, BootContextAndModuleHaveNoFields) {
   EXPECT_EQ(sizeof(IBootContext), kWord);
   EXPECT_EQ(sizeof(IModule), kWord);
 }
@@ -115,7 +115,7 @@ class Product : public IProductConfig {
   std::size_t modulesOffset() const { return offsetIn(*this, modules); }
 };
 
-TEST(LayoutTest, ProductHoldsLibrariesContextModules) {
+TEST(LayoutTest, ProductHasLibrariesContextModules) {
   const Product product;
   const std::size_t list = roundedUp(sizeof(std::list<std::string>));
   EXPECT_EQ(product.librariesOffset(), kWord);

@@ -8,13 +8,12 @@
 #include "include_c"
 #include "tests/support/opened_library.h"
 
-// The library under test, opened at run time as a program does that is not linked with it. The macro in
-// capitals is its path.
+// The library under test, opened at run time instead of linked. CPP2C_LIBRARY is its path.
 class RuntimeLibrary : public OpenedLibrary {
  public:
   RuntimeLibrary() : OpenedLibrary(CPP2C_LIBRARY) {}
 
-  // Whether any part of the library is in the process.
+  // Whether the library is mapped into the process.
   static bool isMapped() {
     std::ifstream maps("/proc/self/maps");
     for (std::string line; std::getline(maps, line);) {
@@ -23,7 +22,7 @@ class RuntimeLibrary : public OpenedLibrary {
     return false;
   }
 
-  // Its functions, without the prefix that all of them have.
+  // Its functions, without their prefix "c_".
   decltype(::c_cfm_get_regist_observer_callback)* cfm_get_regist_observer_callback =
       find<decltype(::c_cfm_get_regist_observer_callback)>("c_cfm_get_regist_observer_callback");
   decltype(::c_cfm_regist_observer)* cfm_regist_observer =

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The library opened, used, torn down and closed at run time.
+// Opens, uses and closes the library at run time.
 #include <gtest/gtest.h>
 
 #include "tests/abi/runtime_library.h"
@@ -17,7 +17,7 @@ int receive(void* /*user*/, const char* /*event*/, const char* /*data*/, const c
 
 void ready(void* /*user*/, short /*events*/, int /*value*/) {}
 
-// Uses every kind of state that the library keeps.
+// Uses every kind of state in the library.
 void use(const RuntimeLibrary& library) {
   library.context_init(0, 0);
   library.cfm_regist_observer(5, observe, nullptr);
@@ -33,7 +33,7 @@ class UnloadTest : public testing::Test {
   ContextProxy& proxy = renewContextProxy();
 };
 
-TEST_F(UnloadTest, ClosedLibraryLeavesTheProcess) {
+TEST_F(UnloadTest, ClosedLibraryIsUnmapped) {
   ASSERT_FALSE(RuntimeLibrary::isMapped());
   RuntimeLibrary library;
   ASSERT_TRUE(library);
@@ -44,7 +44,7 @@ TEST_F(UnloadTest, ClosedLibraryLeavesTheProcess) {
   EXPECT_FALSE(RuntimeLibrary::isMapped());
 }
 
-TEST_F(UnloadTest, UnusedLibraryLeavesTheProcess) {
+TEST_F(UnloadTest, UnusedLibraryIsUnmapped) {
   RuntimeLibrary library;
   ASSERT_TRUE(library);
   library.close();
@@ -58,7 +58,7 @@ TEST_F(UnloadTest, OpeningTheLibraryDoesNotReachTheContext) {
   EXPECT_EQ(proxy.calls.take(), Calls());
 }
 
-TEST_F(UnloadTest, LibraryCanBeUsedAgainAndAgain) {
+TEST_F(UnloadTest, LibraryCanBeOpenedRepeatedly) {
   for (int round = 0; round < 3; ++round) {
     RuntimeLibrary library;
     ASSERT_TRUE(library);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Prints every operation of every interface with its position in the virtual table, counted from 1, and its
-// signature. Positions 1 and 2 of a class with a virtual destructor are the destructor's.
+// signature. The virtual destructor of a class occupies positions 1 and 2.
 #include <cxxabi.h>
 
 #include <cstdio>
@@ -19,8 +19,8 @@
 
 namespace {
 
-// A pointer to a virtual member holds the offset of its entry in the virtual table. The mark that it is
-// virtual stands in the lowest bit of the offset or, on MIPS, of the word behind it.
+// A pointer to a virtual member contains the offset of its entry in the virtual table. The lowest bit of the
+// offset or, on MIPS, of the following word marks it as virtual.
 template <typename Member>
 std::size_t position(Member member) {
   std::size_t offset = 0;

@@ -9,17 +9,17 @@ namespace {
 
 using AttributeTest = RecordingTest;
 
-TEST_F(AttributeTest, SetReachesTheServiceWithBothWords) {
+TEST_F(AttributeTest, SetPassesBothArgumentsToTheService) {
   EXPECT_EQ(c_cfm_set_attr(3, -4), 0);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.setAttr(3, -4)"}));
 }
 
-TEST_F(AttributeTest, SetPassesAllBitsOfBothWords) {
+TEST_F(AttributeTest, SetPassesAllBitsOfBothArguments) {
   c_cfm_set_attr(INT_MIN, INT_MAX);
   EXPECT_EQ(calls().back(), "cfm.setAttr(-2147483648, 2147483647)");
 }
 
-TEST_F(AttributeTest, SetAnswersTheServicesResult) {
+TEST_F(AttributeTest, SetReturnsTheResultOfTheService) {
   log.results["cfm.setAttr"] = -70;
   EXPECT_EQ(c_cfm_set_attr(0, 0), -70);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.setAttr(0, 0)"}));
@@ -31,26 +31,26 @@ TEST_F(AttributeTest, SetWithoutAConfigurationServiceIsNotInitialised) {
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "context.debugOut('cpp2c', 'INIT ERROR!')"}));
 }
 
-TEST_F(AttributeTest, GetReachesTheServiceWithTheWordAndThePlace) {
+TEST_F(AttributeTest, GetPassesNodeAndPointerToTheService) {
   int value = 0;
   EXPECT_EQ(c_cfm_get_attr(INT_MIN, &value), 0);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.getAttr(-2147483648, object)"}));
   EXPECT_EQ(cfm.attribute_places, std::vector<void*>({&value}));
 }
 
-TEST_F(AttributeTest, GetDoesNotTouchThePlaceItself) {
+TEST_F(AttributeTest, GetDoesNotWriteTheValueItself) {
   int value = 99;
   log.results["cfm.getAttr"] = -71;
   EXPECT_EQ(c_cfm_get_attr(3, &value), -71);
   EXPECT_EQ(value, 99);
 }
 
-TEST_F(AttributeTest, GetWithoutAPlaceIsAParameterError) {
+TEST_F(AttributeTest, GetWithANullPointerIsAParameterError) {
   EXPECT_EQ(c_cfm_get_attr(3, nullptr), -1023);
   EXPECT_EQ(calls(), Calls({"context.debugOut('cpp2c', 'PARAM ERROR!')"}));
 }
 
-TEST_F(AttributeTest, GetWithoutAConfigurationServiceIsAParameterErrorToo) {
+TEST_F(AttributeTest, GetWithoutAConfigurationServiceIsAParameterError) {
   int value = 99;
   context.missing.insert("getCfm");
   EXPECT_EQ(c_cfm_get_attr(3, &value), -1023);
@@ -58,7 +58,7 @@ TEST_F(AttributeTest, GetWithoutAConfigurationServiceIsAParameterErrorToo) {
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "context.debugOut('cpp2c', 'PARAM ERROR!')"}));
 }
 
-TEST_F(AttributeTest, GetWithoutAPlaceAndAServiceIsReportedOnce) {
+TEST_F(AttributeTest, GetWithANullPointerAndNoServiceIsReportedOnce) {
   context.missing.insert("getCfm");
   EXPECT_EQ(c_cfm_get_attr(3, nullptr), -1023);
   EXPECT_EQ(calls(), Calls({"context.debugOut('cpp2c', 'PARAM ERROR!')"}));
@@ -80,7 +80,7 @@ TEST_F(AttributeWithoutContextTest, GetIsAParameterError) {
             Calls({"getInstance(null)", "getInstance(null)", "context.debugOut('cpp2c', 'PARAM ERROR!')"}));
 }
 
-TEST_F(AttributeWithoutContextTest, GetAsksForTheContextBeforeItTestsThePlace) {
+TEST_F(AttributeWithoutContextTest, GetObtainsTheContextBeforeItChecksThePointer) {
   EXPECT_EQ(c_cfm_get_attr(3, nullptr), -1023);
   EXPECT_EQ(calls(),
             Calls({"getInstance(null)", "getInstance(null)", "context.debugOut('cpp2c', 'PARAM ERROR!')"}));

@@ -7,7 +7,7 @@
 
 namespace {
 
-// What a callback has been told, and what it answers; the user pointer leads to it.
+// The calls of a callback, and its result. The user pointer points to it.
 struct Receiver {
   std::vector<std::string> changes;
   int answer = 0;
@@ -31,7 +31,7 @@ class CfmObserverTest : public RecordingTest {
   Receiver receiver;
 };
 
-TEST_F(CfmObserverTest, RegistrationReachesTheServiceAndAsksForTheInstances) {
+TEST_F(CfmObserverTest, RegistrationReachesTheServiceAndIteratesOverTheInstances) {
   c_cfm_regist_observer(5, receive, &receiver);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.registObserver(5, object)", "cfm.instanceIterator(5)"}));
 }
@@ -42,7 +42,7 @@ TEST_F(CfmObserverTest, RegistrationIgnoresTheServicesResult) {
   EXPECT_EQ(c_cfm_get_regist_observer_callback(5), &receive);
 }
 
-TEST_F(CfmObserverTest, RegistrationVisitsTheFirstInstanceBeforeItAsksForTheNext) {
+TEST_F(CfmObserverTest, RegistrationReadsTheFirstInstanceBeforeItAdvances) {
   cfm.instances[5] = {"A.1.", "A.2."};
   c_cfm_regist_observer(5, receive, &receiver);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.registObserver(5, object)", "cfm.instanceIterator(5)",
@@ -50,7 +50,7 @@ TEST_F(CfmObserverTest, RegistrationVisitsTheFirstInstanceBeforeItAsksForTheNext
                             "cfm.releaseIterator(5)"}));
 }
 
-TEST_F(CfmObserverTest, ObserverIsKnownOnlyOnceTheServiceHasIt) {
+TEST_F(CfmObserverTest, ObserverIsStoredAfterItsRegistrationWithTheService) {
   c_cfm_callback early = receive;
   c_cfm_callback late = nullptr;
   log.on_call = [&](const std::string& call) {
@@ -76,12 +76,12 @@ TEST_F(CfmObserverTest, RegistrationClearsTheUserDataOfEveryInstance) {
   EXPECT_EQ(c_dbc_get_userdata(6, "A.1."), &place);
 }
 
-TEST_F(CfmObserverTest, RegistrationWithoutInstancesKeepsTheObserver) {
+TEST_F(CfmObserverTest, RegistrationWithoutInstancesStoresTheObserver) {
   c_cfm_regist_observer(5, receive, &receiver);
   EXPECT_EQ(c_cfm_get_regist_observer_callback(5), &receive);
 }
 
-TEST_F(CfmObserverTest, RegistrationWithoutAServiceKeepsNothing) {
+TEST_F(CfmObserverTest, RegistrationWithoutAServiceStoresNothing) {
   context.missing.insert("getCfm");
   c_cfm_regist_observer(5, receive, &receiver);
   EXPECT_EQ(calls(), Calls({"context.getCfm()"}));
@@ -97,25 +97,25 @@ TEST_F(CfmObserverTest, ChangeReachesTheCallback) {
   EXPECT_EQ(receiver.changes, std::vector<std::string>({"5|A.1.|-2|speed"}));
 }
 
-TEST_F(CfmObserverTest, CallbackGetsTheObjectThatTheServiceNames) {
+TEST_F(CfmObserverTest, CallbackReceivesTheObjectGivenByTheService) {
   c_cfm_regist_observer(5, receive, &receiver);
   cfm.registered[0].observer->update(6, "B.1.", 1, "");
   EXPECT_EQ(receiver.changes, std::vector<std::string>({"6|B.1.|1|"}));
 }
 
-TEST_F(CfmObserverTest, CallbackGetsTextsCutAtAnEmbeddedNul) {
+TEST_F(CfmObserverTest, CallbackReceivesStringsUpToAnEmbeddedNul) {
   c_cfm_regist_observer(5, receive, &receiver);
   cfm.registered[0].observer->update(5, std::string("A\0.1", 4), 1, std::string("\0speed", 6));
   EXPECT_EQ(receiver.changes, std::vector<std::string>({"5|A|1|"}));
 }
 
-TEST_F(CfmObserverTest, ObserverWithoutACallbackAnswersItsOwnCode) {
+TEST_F(CfmObserverTest, ObserverWithoutACallbackReturnsNoCallback) {
   c_cfm_regist_observer(5, nullptr, &receiver);
   EXPECT_EQ(cfm.registered[0].observer->update(5, "A.1.", 1, "speed"), -1024);
   EXPECT_TRUE(receiver.changes.empty());
 }
 
-TEST_F(CfmObserverTest, UnregistrationHandsTheObserverToTheService) {
+TEST_F(CfmObserverTest, UnregistrationPassesTheObserverToTheService) {
   c_cfm_regist_observer(5, receive, &receiver);
   calls();
   c_cfm_unregist_observer(5, receive);
@@ -124,7 +124,7 @@ TEST_F(CfmObserverTest, UnregistrationHandsTheObserverToTheService) {
   EXPECT_EQ(c_cfm_get_regist_observer_callback(5), nullptr);
 }
 
-TEST_F(CfmObserverTest, CacheIsFlushedBeforeTheObserverLeavesTheService) {
+TEST_F(CfmObserverTest, CacheIsClearedBeforeTheServiceRemovesTheObserver) {
   int place = 0;
   void* kept = &place;
   c_cfm_regist_observer(5, receive, &receiver);
@@ -136,7 +136,7 @@ TEST_F(CfmObserverTest, CacheIsFlushedBeforeTheObserverLeavesTheService) {
   EXPECT_EQ(kept, nullptr);
 }
 
-TEST_F(CfmObserverTest, UnregistrationFlushesNoOtherObject) {
+TEST_F(CfmObserverTest, UnregistrationKeepsOtherObjectsInTheCache) {
   int place = 0;
   c_cfm_regist_observer(5, receive, &receiver);
   c_dbc_add_userdata(6, "A.1.", &place);
@@ -144,7 +144,7 @@ TEST_F(CfmObserverTest, UnregistrationFlushesNoOtherObject) {
   EXPECT_EQ(c_dbc_get_userdata(6, "A.1."), &place);
 }
 
-TEST_F(CfmObserverTest, ObserverLivesAndIsKnownUntilItHasLeftTheService) {
+TEST_F(CfmObserverTest, ObserverExistsUntilTheServiceHasRemovedIt) {
   c_cfm_callback known = nullptr;
   c_cfm_regist_observer(5, receive, &receiver);
   log.on_call = [&](const std::string& call) {
@@ -178,7 +178,7 @@ TEST_F(CfmObserverTest, UnregistrationWithAnotherFunctionMatchesNothing) {
   EXPECT_EQ(c_dbc_get_userdata(5, "A.1."), &place);
 }
 
-TEST_F(CfmObserverTest, UnregistrationTakesTheOldestMatch) {
+TEST_F(CfmObserverTest, UnregistrationRemovesTheOldestMatch) {
   c_cfm_regist_observer(5, receiveToo, &receiver);
   c_cfm_regist_observer(6, receive, &receiver);
   c_cfm_regist_observer(5, receive, &receiver);
@@ -205,14 +205,14 @@ TEST_F(CfmObserverTest, UnregistrationWithoutAServiceKeepsObserverAndCache) {
   EXPECT_EQ(c_dbc_get_userdata(5, "A.1."), &place);
 }
 
-TEST_F(CfmObserverTest, LookupAsksForTheServiceAndNoMore) {
+TEST_F(CfmObserverTest, LookupOnlyGetsTheService) {
   c_cfm_regist_observer(5, receive, &receiver);
   calls();
   EXPECT_EQ(c_cfm_get_regist_observer_callback(5), &receive);
   EXPECT_EQ(calls(), Calls({"context.getCfm()"}));
 }
 
-TEST_F(CfmObserverTest, LookupFindsTheOldestOfAnObject) {
+TEST_F(CfmObserverTest, LookupFindsTheOldestObserverOfAnObject) {
   c_cfm_regist_observer(4, receiveToo, &receiver);
   c_cfm_regist_observer(5, receive, &receiver);
   c_cfm_regist_observer(5, receiveToo, &receiver);

@@ -10,7 +10,7 @@ TEST_F(ContextTest, IsTheInstanceOfTheContextLibrary) {
   EXPECT_EQ(getContext(), &context);
 }
 
-TEST_F(ContextTest, IsAskedForWithANullArgument) {
+TEST_F(ContextTest, GetInstanceReceivesNull) {
   getContext();
   EXPECT_EQ(calls(), Calls({"getInstance(null)"}));
 }
@@ -21,14 +21,14 @@ TEST_F(ContextTest, IsObtainedOnce) {
   EXPECT_EQ(calls(), Calls({"getInstance(null)"}));
 }
 
-TEST_F(ContextTest, IsRememberedThoughTheLibraryWouldAnswerAnother) {
+TEST_F(ContextTest, IsKeptEvenIfTheLibraryWouldReturnAnotherInstance) {
   RecordingContext other(log);
   getContext();
   proxy.instance = &other;
   EXPECT_EQ(getContext(), &context);
 }
 
-TEST_F(ContextTest, IsAskedForAgainAfterANullAnswer) {
+TEST_F(ContextTest, IsRequestedAgainAfterANullInstance) {
   proxy.instance = nullptr;
   EXPECT_EQ(getContext(), nullptr);
   EXPECT_EQ(getContext(), nullptr);
@@ -38,7 +38,7 @@ TEST_F(ContextTest, IsAskedForAgainAfterANullAnswer) {
   EXPECT_EQ(getContext(), &context);
 }
 
-TEST_F(ContextTest, IsHandedBackOnRelease) {
+TEST_F(ContextTest, ReleasePassesTheInstanceToTheLibrary) {
   getContext();
   calls();
   releaseContext(nullptr);
@@ -53,7 +53,7 @@ TEST_F(ContextTest, ReleaseIgnoresItsArgument) {
   EXPECT_EQ(proxy.released, std::vector<void*>({&context}));
 }
 
-TEST_F(ContextTest, IsObtainedAnewAfterRelease) {
+TEST_F(ContextTest, IsObtainedAgainAfterRelease) {
   RecordingContext other(log);
   getContext();
   releaseContext(&other);
@@ -71,7 +71,7 @@ TEST_F(ContextTest, ReleaseBeforeTheFirstUseDoesNotOpenTheLibrary) {
   EXPECT_EQ(getContext(), &context);
 }
 
-TEST_F(ContextTest, ReleaseAfterANullAnswerHandsNullBack) {
+TEST_F(ContextTest, ReleaseAfterANullInstancePassesNullToTheLibrary) {
   proxy.instance = nullptr;
   getContext();
   calls();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Values that are computed on demand.
+// Data providers.
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -9,7 +9,7 @@
 
 namespace {
 
-// A provider's `user`: the last request, and what to do with it.
+// The `user` of a provider: the last request, and how to answer it.
 struct Requests {
   int count = 0;
   int id = 0;
@@ -46,7 +46,7 @@ std::function<void(void*)> textAnswer(const char* type, std::string text) {
 
 class DataProviderTest : public RecordingTest {
  protected:
-  // The provider that the service was given for `requests`.
+  // Registers a provider for `requests` and returns it as the service received it.
   IDyncDataProvider& registered() {
     c_cfm_data_provider_regist(7, provide, &requests);
     return *cfm.providers.back();
@@ -62,19 +62,19 @@ TEST_F(DataProviderTest, IsRegisteredWithTheService) {
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.registDataProvider(-7, object)"}));
 }
 
-TEST_F(DataProviderTest, EveryRegistrationIsAProviderOfItsOwn) {
+TEST_F(DataProviderTest, EachRegistrationCreatesAProvider) {
   c_cfm_data_provider_regist(7, provide, &requests);
   c_cfm_data_provider_regist(7, provide, &requests);
   ASSERT_EQ(cfm.providers.size(), 2U);
   EXPECT_NE(cfm.providers[0], cfm.providers[1]);
 }
 
-TEST_F(DataProviderTest, RegistrationAsksForNothing) {
+TEST_F(DataProviderTest, RegistrationDoesNotCallTheCallback) {
   registered();
   EXPECT_EQ(requests.count, 0);
 }
 
-TEST_F(DataProviderTest, AnswersThoughTheServiceRefusedIt) {
+TEST_F(DataProviderTest, AnswersEvenIfTheServiceRejectedIt) {
   log.results["cfm.registDataProvider"] = -5;
   requests.answer = textAnswer("str", "value");
   EXPECT_EQ(ask(), "value");
@@ -108,13 +108,13 @@ TEST_F(DataProviderTest, HandleIsTheProviderItself) {
   EXPECT_EQ(requests.handle, static_cast<void*>(&provider));
 }
 
-TEST_F(DataProviderTest, TextsOfARequestWithANulReachTheCallbackCut) {
+TEST_F(DataProviderTest, CallbackReceivesStringsUpToAnEmbeddedNul) {
   registered().dataGet(1, std::string("A\0B", 3), std::string("\0C", 2));
   EXPECT_EQ(requests.instance, "A");
   EXPECT_EQ(requests.leaf, "");
 }
 
-TEST_F(DataProviderTest, RequestCallsNothingOfTheContext) {
+TEST_F(DataProviderTest, RequestDoesNotCallTheContext) {
   IDyncDataProvider& provider = registered();
   requests.answer = wordAnswer("int", 5);
   calls();
@@ -122,7 +122,7 @@ TEST_F(DataProviderTest, RequestCallsNothingOfTheContext) {
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(DataProviderTest, WordsAreAnsweredAsSignedDecimals) {
+TEST_F(DataProviderTest, WordsAreReturnedAsSignedDecimals) {
   struct Row {
     const char* type;
     std::uint32_t word;
@@ -153,7 +153,7 @@ TEST_F(DataProviderTest, WordsAreAnsweredAsSignedDecimals) {
   }
 }
 
-TEST_F(DataProviderTest, EveryOtherTypeIsAnsweredAsItsText) {
+TEST_F(DataProviderTest, OtherTypesAreReturnedAsText) {
   IDyncDataProvider& provider = registered();
   for (const char* type : {"str", "ipaddr", "macaddr", "pwd", "base64", "datetime", "float", "int ", " int",
                            "Int", "INT", "in", "uint8", "bool\n", "boolean", ""}) {
@@ -163,7 +163,7 @@ TEST_F(DataProviderTest, EveryOtherTypeIsAnsweredAsItsText) {
   }
 }
 
-TEST_F(DataProviderTest, UnalignedWordIsAnswered) {
+TEST_F(DataProviderTest, UnalignedWordIsReturned) {
   requests.answer = [](void* handle) {
     char bytes[sizeof(std::int32_t) + 1];
     const std::int32_t word = -123456789;
@@ -173,7 +173,7 @@ TEST_F(DataProviderTest, UnalignedWordIsAnswered) {
   EXPECT_EQ(ask(), "-123456789");
 }
 
-TEST_F(DataProviderTest, TextIsNotCut) {
+TEST_F(DataProviderTest, TextIsNotTruncated) {
   requests.answer = textAnswer("str", std::string(100000, 'x'));
   EXPECT_EQ(ask(), std::string(100000, 'x'));
 }
@@ -187,7 +187,7 @@ TEST_F(DataProviderTest, TextIsCopied) {
   EXPECT_EQ(ask(), "value");
 }
 
-TEST_F(DataProviderTest, LastOfSeveralAnswersCounts) {
+TEST_F(DataProviderTest, LastOfSeveralAnswersIsReturned) {
   requests.answer = [](void* handle) {
     wordAnswer("int", 1)(handle);
     textAnswer("str", "second")(handle);
@@ -201,7 +201,7 @@ TEST_F(DataProviderTest, FirstRequestWithoutAnAnswerIsEmpty) {
   EXPECT_EQ(requests.count, 1);
 }
 
-TEST_F(DataProviderTest, RequestWithoutAnAnswerRepeatsTheOneBefore) {
+TEST_F(DataProviderTest, RequestWithoutAnAnswerReturnsThePreviousOne) {
   IDyncDataProvider& provider = registered();
   requests.answer = textAnswer("str", "before");
   provider.dataGet(1, "A", "x");
@@ -210,7 +210,7 @@ TEST_F(DataProviderTest, RequestWithoutAnAnswerRepeatsTheOneBefore) {
   EXPECT_EQ(provider.dataGet(3, "C", "z"), "before");
 }
 
-TEST_F(DataProviderTest, EmptyAnswerReplacesTheOneBefore) {
+TEST_F(DataProviderTest, EmptyAnswerReplacesThePreviousOne) {
   IDyncDataProvider& provider = registered();
   requests.answer = textAnswer("str", "before");
   provider.dataGet(1, "A", "x");
@@ -226,7 +226,7 @@ TEST_F(DataProviderTest, ShorterAnswerReplacesALongerOne) {
   EXPECT_EQ(provider.dataGet(1, "A", "x"), "7");
 }
 
-TEST_F(DataProviderTest, AnswersAreKeptApart) {
+TEST_F(DataProviderTest, ProvidersHaveSeparateAnswers) {
   IDyncDataProvider& first = registered();
   IDyncDataProvider& second = registered();
   requests.answer = textAnswer("str", "of the first");
@@ -236,13 +236,13 @@ TEST_F(DataProviderTest, AnswersAreKeptApart) {
   EXPECT_EQ(first.dataGet(1, "A", "x"), "of the first");
 }
 
-TEST_F(DataProviderTest, AnswerSetOutsideTheCallbackIsGivenAtTheNextRequest) {
+TEST_F(DataProviderTest, AnswerSetOutsideTheCallbackIsReturnedByTheNextRequest) {
   IDyncDataProvider& provider = registered();
   textAnswer("str", "early")(&provider);
   EXPECT_EQ(provider.dataGet(1, "A", "x"), "early");
 }
 
-TEST_F(DataProviderTest, CallbackMayHandItsRequestOn) {
+TEST_F(DataProviderTest, CallbackMayRequestAnotherValue) {
   IDyncDataProvider& inner = registered();
   Requests outer;
   outer.answer = [&inner](void* handle) { textAnswer("str", inner.dataGet(2, "B", "y") + '!')(handle); };
@@ -270,7 +270,7 @@ TEST_F(DataProviderTest, WithoutACallbackTheAnswerIsEmpty) {
   EXPECT_EQ(cfm.providers.back()->dataGet(1, "A", "x"), "");
 }
 
-TEST_F(DataProviderTest, WithoutACallbackTheAnswerIsEmptyThoughOneWasSet) {
+TEST_F(DataProviderTest, WithoutACallbackTheAnswerIsEmptyEvenIfOneWasSet) {
   c_cfm_data_provider_regist(7, nullptr, nullptr);
   IDyncDataProvider& provider = *cfm.providers.back();
   textAnswer("str", "set")(&provider);

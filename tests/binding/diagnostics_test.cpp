@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Diagnostics on their way to the context.
+// Diagnostics sent to the context.
 #include <string>
 
 #include "tests/support/recording_test.h"
@@ -23,30 +23,30 @@ TEST_F(DiagnosticsTest, FileMayBeNull) {
   EXPECT_EQ(calls(), Calls({"context.debugOut(null, 'text')"}));
 }
 
-TEST_F(DiagnosticsTest, ResultIsTheContexts) {
+TEST_F(DiagnosticsTest, ReturnsTheResultOfTheContext) {
   log.results["context.debugOut"] = -77;
   EXPECT_EQ(c_debug_out("here.c", 1, "text"), -77);
 }
 
-TEST_F(DiagnosticsTest, TextOf1022CharactersPassesWhole) {
+TEST_F(DiagnosticsTest, TextOf1022CharactersIsNotTruncated) {
   const std::string text(1022, 'x');
   c_debug_out("here.c", 1, "%s", text.c_str());
   EXPECT_EQ(context.diagnostics.at(0).text, text);
 }
 
-TEST_F(DiagnosticsTest, TextOf1023CharactersLosesItsLast) {
+TEST_F(DiagnosticsTest, TextOf1023CharactersIsTruncatedTo1022) {
   const std::string text = std::string(1022, 'x') + 'y';
   c_debug_out("here.c", 1, "%s", text.c_str());
   EXPECT_EQ(context.diagnostics.at(0).text, std::string(1022, 'x'));
 }
 
-TEST_F(DiagnosticsTest, LongerTextIsCutTo1022Characters) {
+TEST_F(DiagnosticsTest, LongerTextIsTruncatedTo1022Characters) {
   const std::string text(5000, 'x');
   c_debug_out("here.c", 1, "%s%s", text.c_str(), text.c_str());
   EXPECT_EQ(context.diagnostics.at(0).text, std::string(1022, 'x'));
 }
 
-TEST_F(DiagnosticsTest, ContextMayReportFromInsideItsOutput) {
+TEST_F(DiagnosticsTest, ContextMayReportWhileItReceivesADiagnostic) {
   bool nested = false;
   log.on_call = [&nested](const std::string&) {
     if (!nested) {
@@ -59,7 +59,7 @@ TEST_F(DiagnosticsTest, ContextMayReportFromInsideItsOutput) {
             Calls({"context.debugOut('outer.c', 'outer 1')", "context.debugOut('inner.c', 'inner 2')"}));
 }
 
-TEST_F(DiagnosticsTest, TextIsDroppedWithoutAContext) {
+TEST_F(DiagnosticsTest, TextIsDiscardedWithoutAContext) {
   proxy.instance = nullptr;
   releaseContext(nullptr);
   EXPECT_EQ(c_debug_out("here.c", 1, "text %d", 1), 0);

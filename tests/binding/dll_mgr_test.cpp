@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One opened library and its instance. The macros in capitals are the paths of the libraries.
+// DllMgr: an opened library and its instance. The macros in capitals are paths of libraries.
 #include "binding/dll_mgr.h"
 
 #include <cstring>
@@ -15,7 +15,7 @@
 
 namespace {
 
-// The test's own hold on a library: what it sees of one that is also open in a DllMgr.
+// The test's own handle of a library that a DllMgr also opens.
 class ObservedLibrary {
  public:
   explicit ObservedLibrary(const std::string& path) : path_(path), library_(path) {}
@@ -32,7 +32,7 @@ class ObservedLibrary {
   OpenedLibrary library_;
 };
 
-// Any address will do for a context that is only passed on.
+// A context at any address, because it is only passed on.
 IContext* someContext(int& place) {
   return reinterpret_cast<IContext*>(&place);
 }
@@ -44,7 +44,7 @@ void* wordOf(const DllMgr& manager, std::size_t index) {
   return word;
 }
 
-TEST(DllMgrTest, FieldsAreTheInstanceTheHandleAndThePath) {
+TEST(DllMgrTest, FieldsAreInstanceHandleAndPath) {
   static_assert(sizeof(DllMgr) == 2 * sizeof(void*) + sizeof(std::string));
   ObservedLibrary library(COUNTING_CONTEXT);
   DllMgr manager(COUNTING_CONTEXT);
@@ -60,26 +60,26 @@ TEST(DllMgrTest, FieldsAreTheInstanceTheHandleAndThePath) {
   EXPECT_EQ(*path, COUNTING_CONTEXT);
 }
 
-TEST(DllMgrTest, ConstructorOpensTheLibraryAndAsksForNothing) {
+TEST(DllMgrTest, ConstructorOpensTheLibraryWithoutCallingIt) {
   ObservedLibrary library(COUNTING_CONTEXT);
   DllMgr manager(COUNTING_CONTEXT);
   EXPECT_EQ(library.entries().obtained, 0);
   EXPECT_TRUE(library.staysLoadedWithoutThisHold());
 }
 
-TEST(DllMgrTest, LibraryServesOthersThatAreOpenedLater) {
+TEST(DllMgrTest, SymbolsAreAvailableToOtherLibraries) {
   EXPECT_EQ(dlsym(RTLD_DEFAULT, "entries"), nullptr);
   DllMgr manager(COUNTING_CONTEXT);
   EXPECT_NE(dlsym(RTLD_DEFAULT, "entries"), nullptr);
 }
 
-TEST(DllMgrTest, FunctionsAreResolvedWhenTheyAreCalled) {
+TEST(DllMgrTest, FunctionsAreResolvedLazily) {
   ASSERT_FALSE(OpenedLibrary(LAZY_CONTEXT)) << "The library should not open with all functions resolved.";
   DllMgr manager(LAZY_CONTEXT);
   EXPECT_NE(manager.getInstance(nullptr), nullptr);
 }
 
-TEST(DllMgrTest, FailedOpenGivesNoInstanceAndPrintsNothing) {
+TEST(DllMgrTest, FailedOpenYieldsNoInstanceAndPrintsNothing) {
   PrintedText printed;
   {
     DllMgr manager("/there/is/no/such/library.so");
@@ -91,7 +91,7 @@ TEST(DllMgrTest, FailedOpenGivesNoInstanceAndPrintsNothing) {
   EXPECT_EQ(printed.standardOutput(), "");
 }
 
-TEST(DllMgrTest, LibraryIsHandedTheArgument) {
+TEST(DllMgrTest, GetInstancePassesItsArgumentToTheLibrary) {
   int place = 0;
   ObservedLibrary library(COUNTING_CONTEXT);
   DllMgr manager(COUNTING_CONTEXT);
@@ -99,7 +99,7 @@ TEST(DllMgrTest, LibraryIsHandedTheArgument) {
   EXPECT_EQ(library.entries().last_caller, &place);
 }
 
-TEST(DllMgrTest, LibraryIsAskedOnceWhateverTheArgument) {
+TEST(DllMgrTest, InstanceIsRequestedOnceWhateverTheArgument) {
   int place = 0;
   ObservedLibrary library(COUNTING_CONTEXT);
   DllMgr manager(COUNTING_CONTEXT);
@@ -108,7 +108,7 @@ TEST(DllMgrTest, LibraryIsAskedOnceWhateverTheArgument) {
   EXPECT_EQ(library.entries().obtained, 1);
 }
 
-TEST(DllMgrTest, LibraryIsAskedAgainAfterANullAnswer) {
+TEST(DllMgrTest, InstanceIsRequestedAgainAfterNull) {
   ObservedLibrary library(NULL_INSTANCE);
   DllMgr manager(NULL_INSTANCE);
   EXPECT_EQ(manager.getInstance(nullptr), nullptr);
@@ -116,7 +116,7 @@ TEST(DllMgrTest, LibraryIsAskedAgainAfterANullAnswer) {
   EXPECT_EQ(library.entries().obtained, 2);
 }
 
-TEST(DllMgrTest, MissingGetInstanceGivesNullAndPrintsNothing) {
+TEST(DllMgrTest, MissingGetInstanceYieldsNullAndPrintsNothing) {
   PrintedText printed;
   {
     DllMgr manager(NO_GET_INSTANCE);
@@ -126,7 +126,7 @@ TEST(DllMgrTest, MissingGetInstanceGivesNullAndPrintsNothing) {
   EXPECT_EQ(printed.standardOutput(), "");
 }
 
-TEST(DllMgrTest, ReleaseHandsTheInstanceBackAndForgetsIt) {
+TEST(DllMgrTest, ReleasePassesTheInstanceToTheLibraryAndForgetsIt) {
   ObservedLibrary library(COUNTING_CONTEXT);
   DllMgr manager(COUNTING_CONTEXT);
   IContext* instance = manager.getInstance(nullptr);
@@ -139,7 +139,7 @@ TEST(DllMgrTest, ReleaseHandsTheInstanceBackAndForgetsIt) {
   EXPECT_EQ(library.entries().obtained, 2);
 }
 
-TEST(DllMgrTest, ReleaseWithoutAnInstanceHandsNullBack) {
+TEST(DllMgrTest, ReleaseWithoutAnInstancePassesNullToTheLibrary) {
   int place = 0;
   ObservedLibrary library(COUNTING_CONTEXT);
   library.entries().last_released = &place;
@@ -164,7 +164,7 @@ TEST(DllMgrTest, MissingRelInstanceKeepsTheInstanceAndPrintsNothing) {
   EXPECT_EQ(printed.standardOutput(), "");
 }
 
-TEST(DllMgrTest, ReleaseShowsTheLoadersLastError) {
+TEST(DllMgrTest, ReleasePrintsTheLastLoaderError) {
   dlopen("libthere-is-no-such-library.so", RTLD_LAZY);
   const std::string error = dlerror();
   DllMgr manager(PENDING_ERROR);
@@ -177,7 +177,7 @@ TEST(DllMgrTest, ReleaseShowsTheLoadersLastError) {
   EXPECT_EQ(dlerror(), nullptr);
 }
 
-TEST(DllMgrTest, ReleaseForgetsTheInstanceInSpiteOfALoaderError) {
+TEST(DllMgrTest, ReleaseForgetsTheInstanceDespiteALoaderError) {
   DllMgr manager(PENDING_ERROR);
   manager.getInstance(nullptr);
   PrintedText printed;
@@ -207,7 +207,7 @@ TEST(DllMgrTest, DestructorReleasesTheInstance) {
   EXPECT_EQ(library.entries().last_released, instance);
 }
 
-TEST(DllMgrTest, DestructorAfterAReleaseHandsNullBack) {
+TEST(DllMgrTest, DestructorAfterAReleasePassesNullToTheLibrary) {
   ObservedLibrary library(COUNTING_CONTEXT);
   {
     DllMgr manager(COUNTING_CONTEXT);

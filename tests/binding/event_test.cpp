@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Observers of events, and events raised by C code.
+// Event observers, and events raised through the C interface.
 #include <string>
 #include <vector>
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-// What a callback has been told, and what it answers; the user pointer leads to it.
+// The calls of a callback, and its result. The user pointer points to it.
 struct Receiver {
   std::vector<std::string> events;
   int answer = 0;
@@ -41,7 +41,7 @@ TEST_F(EventTest, RegistrationIgnoresTheServicesResult) {
   EXPECT_EQ(event.unregistered.size(), 1U);
 }
 
-TEST_F(EventTest, ObserverIsKnownOnlyOnceTheServiceHasIt) {
+TEST_F(EventTest, ObserverIsStoredAfterItsRegistrationWithTheService) {
   log.on_call = [](const std::string& call) {
     if (call == "event.registObserver('link', object)") c_event_unregist_observer("link", receive);
   };
@@ -56,33 +56,33 @@ TEST_F(EventTest, EventReachesTheCallback) {
   EXPECT_EQ(receiver.events, std::vector<std::string>({"link|up|kernel"}));
 }
 
-TEST_F(EventTest, CallbackGetsTextsCutAtAnEmbeddedNul) {
+TEST_F(EventTest, CallbackReceivesStringsUpToAnEmbeddedNul) {
   c_event_regist_observer("link", receive, &receiver);
   event.registered[0].observer->update(std::string("li\0nk", 5), std::string("\0up", 3), "k");
   EXPECT_EQ(receiver.events, std::vector<std::string>({"li||k"}));
 }
 
-TEST_F(EventTest, CallbackGetsLongTextsWhole) {
+TEST_F(EventTest, LongStringsReachTheCallbackUntruncated) {
   const std::string data(100000, 'd');
   c_event_regist_observer("link", receive, &receiver);
   event.registered[0].observer->update("link", data, "");
   EXPECT_EQ(receiver.events, std::vector<std::string>({"link|" + data + "|"}));
 }
 
-TEST_F(EventTest, ObserverWithoutACallbackAnswersItsOwnCode) {
+TEST_F(EventTest, ObserverWithoutACallbackReturnsNoCallback) {
   c_event_regist_observer("link", nullptr, &receiver);
   EXPECT_EQ(event.registered[0].observer->update("link", "up", "kernel"), -1024);
   EXPECT_TRUE(receiver.events.empty());
 }
 
-TEST_F(EventTest, RegisteringOneFunctionTwiceMakesTwoObservers) {
+TEST_F(EventTest, RegisteringAFunctionTwiceCreatesTwoObservers) {
   c_event_regist_observer("link", receive, &receiver);
   c_event_regist_observer("link", receive, &receiver);
   ASSERT_EQ(event.registered.size(), 2U);
   EXPECT_NE(event.registered[0].observer, event.registered[1].observer);
 }
 
-TEST_F(EventTest, RegistrationWithoutAServiceKeepsNothing) {
+TEST_F(EventTest, RegistrationWithoutAServiceStoresNothing) {
   context.missing.insert("getEvent");
   c_event_regist_observer("link", receive, &receiver);
   EXPECT_EQ(calls(), Calls({"context.getEvent()"}));
@@ -92,7 +92,7 @@ TEST_F(EventTest, RegistrationWithoutAServiceKeepsNothing) {
   EXPECT_TRUE(event.unregistered.empty());
 }
 
-TEST_F(EventTest, UnregistrationHandsTheObserverToTheService) {
+TEST_F(EventTest, UnregistrationPassesTheObserverToTheService) {
   c_event_regist_observer("link", receive, &receiver);
   calls();
   c_event_unregist_observer("link", receive);
@@ -100,7 +100,7 @@ TEST_F(EventTest, UnregistrationHandsTheObserverToTheService) {
   EXPECT_EQ(event.unregistered[0].observer, event.registered[0].observer);
 }
 
-TEST_F(EventTest, UnregistrationTakesTheOldestOfTheFunction) {
+TEST_F(EventTest, UnregistrationRemovesTheOldestObserverOfTheFunction) {
   c_event_regist_observer("link", receiveToo, &receiver);
   c_event_regist_observer("link", receive, &receiver);
   c_event_regist_observer("link", receive, &receiver);
@@ -112,7 +112,7 @@ TEST_F(EventTest, UnregistrationTakesTheOldestOfTheFunction) {
   EXPECT_EQ(event.unregistered[1].observer, event.registered[2].observer);
 }
 
-TEST_F(EventTest, UnregistrationChoosesByTheFunctionAlone) {
+TEST_F(EventTest, UnregistrationIgnoresTheEventName) {
   c_event_regist_observer("link", receive, &receiver);
   c_event_regist_observer("route", receive, nullptr);
   calls();
@@ -121,7 +121,7 @@ TEST_F(EventTest, UnregistrationChoosesByTheFunctionAlone) {
   EXPECT_EQ(event.unregistered[0].observer, event.registered[0].observer);
 }
 
-TEST_F(EventTest, UnregistrationOfNullTakesTheObserverWithoutACallback) {
+TEST_F(EventTest, UnregistrationOfNullRemovesTheObserverWithoutACallback) {
   c_event_regist_observer("link", receive, &receiver);
   c_event_regist_observer("link", nullptr, &receiver);
   c_event_unregist_observer("link", nullptr);
@@ -136,7 +136,7 @@ TEST_F(EventTest, UnregistrationOfAnUnknownFunctionDoesNotReachTheService) {
   EXPECT_EQ(calls(), Calls({"context.getEvent()"}));
 }
 
-TEST_F(EventTest, UnregistrationHappensOnce) {
+TEST_F(EventTest, SecondUnregistrationDoesNotReachTheService) {
   c_event_regist_observer("link", receive, &receiver);
   c_event_unregist_observer("link", receive);
   c_event_unregist_observer("link", receive);
@@ -150,7 +150,7 @@ TEST_F(EventTest, UnregisteredObserverCanStillBeCalled) {
   EXPECT_EQ(receiver.events, std::vector<std::string>({"link|late|kernel"}));
 }
 
-TEST_F(EventTest, UnregisteredObserverOutlivesTheTeardown) {
+TEST_F(EventTest, UnregisteredObserverSurvivesTheTeardown) {
   c_event_regist_observer("link", receive, &receiver);
   c_event_unregist_observer("link", receive);
   c_context_deinit();
@@ -170,7 +170,7 @@ TEST_F(EventTest, UnregistrationWithoutAServiceKeepsTheObserver) {
   EXPECT_EQ(event.unregistered.size(), 1U);
 }
 
-TEST_F(EventTest, NotificationReachesTheServiceWithAZero) {
+TEST_F(EventTest, NotificationReachesTheServiceWithFlagsZero) {
   c_event_notify("link", "up");
   EXPECT_EQ(calls(), Calls({"context.getEvent()", "event.notify('link', 'up', 0)"}));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The walk over the live instances of a configuration object.
+// The lookup of the instances of a configuration object.
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace {
 
-// A walk's `arg`: where its visits go, and what they answer.
+// The `arg` of a lookup: its visits, and the result of each.
 struct Visitor {
   CallLog& log;
   int result = 0;
@@ -40,19 +40,19 @@ const Calls kBothVisited = {"context.getCfm()",       "cfm.instanceIterator(5)",
                             "visit(5, 'A.1.', null)", "iterator.next()",         "iterator.name()",
                             "visit(5, 'A.2.', null)", "iterator.next()",         "cfm.releaseIterator(5)"};
 
-TEST_F(InstanceLookupTest, VisitsEveryInstanceAndHandsTheIteratorBack) {
+TEST_F(InstanceLookupTest, VisitsEachInstanceAndReleasesTheIterator) {
   EXPECT_EQ(lookup(5), 0);
   EXPECT_EQ(calls(), kBothVisited);
 }
 
-TEST_F(InstanceLookupTest, VisitsTheFirstInstanceBeforeItAsksForMore) {
+TEST_F(InstanceLookupTest, VisitsTheFirstInstanceBeforeItAdvances) {
   cfm.instances[-9] = {"only"};
   lookup(-9);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.instanceIterator(-9)", "iterator.name()",
                             "visit(-9, 'only', null)", "iterator.next()", "cfm.releaseIterator(-9)"}));
 }
 
-TEST_F(InstanceLookupTest, VisitsInTheServicesOrder) {
+TEST_F(InstanceLookupTest, VisitsInTheOrderOfTheService) {
   cfm.instances[5] = {"b", "a", "c"};
   std::string names;
   visitor.action = [&names](char* name) { names += name; };
@@ -60,24 +60,24 @@ TEST_F(InstanceLookupTest, VisitsInTheServicesOrder) {
   EXPECT_EQ(names, "bac");
 }
 
-TEST_F(InstanceLookupTest, ResultIsTheServicesWhenItTakesTheIteratorBack) {
+TEST_F(InstanceLookupTest, ReturnsTheResultOfReleasingTheIterator) {
   log.results["cfm.releaseIterator"] = -44;
   EXPECT_EQ(lookup(5), -44);
 }
 
-TEST_F(InstanceLookupTest, VisitsGoOnWhateverTheyAnswer) {
+TEST_F(InstanceLookupTest, ResultsOfVisitsAreIgnored) {
   visitor.result = -1;
   EXPECT_EQ(lookup(5), 0);
   EXPECT_EQ(calls(), kBothVisited);
 }
 
-TEST_F(InstanceLookupTest, PassesItsFunctionsThrough) {
+TEST_F(InstanceLookupTest, PassesItsFunctionsToTheVisit) {
   lookup(5);
   EXPECT_EQ(visitor.pass_fn3, neverCalled3);
   EXPECT_EQ(visitor.pass_fn4, neverCalled4);
 }
 
-TEST_F(InstanceLookupTest, PassesNullFunctionsThrough) {
+TEST_F(InstanceLookupTest, PassesNullFunctionsToTheVisit) {
   visitor.pass_fn3 = neverCalled3;
   visitor.pass_fn4 = neverCalled4;
   c_cfm_lookup_instance(5, visit, nullptr, nullptr, &visitor);
@@ -85,7 +85,7 @@ TEST_F(InstanceLookupTest, PassesNullFunctionsThrough) {
   EXPECT_EQ(visitor.pass_fn4, nullptr);
 }
 
-TEST_F(InstanceLookupTest, PassesEachFunctionThroughOnItsOwn) {
+TEST_F(InstanceLookupTest, PassesEachFunctionSeparately) {
   c_cfm_lookup_instance(5, visit, neverCalled3, nullptr, &visitor);
   EXPECT_EQ(visitor.pass_fn3, neverCalled3);
   EXPECT_EQ(visitor.pass_fn4, nullptr);
@@ -102,13 +102,13 @@ int visitWithoutArgument(int /*id*/, char* /*name*/, void* /*userdata*/, c_pass_
   return 0;
 }
 
-TEST_F(InstanceLookupTest, PassesANullArgumentThrough) {
+TEST_F(InstanceLookupTest, PassesANullArgumentToTheVisit) {
   visits_without_argument = 0;
   c_cfm_lookup_instance(5, visitWithoutArgument, nullptr, nullptr, nullptr);
   EXPECT_EQ(visits_without_argument, 2);
 }
 
-TEST_F(InstanceLookupTest, UserdataIsNullThoughTheCacheHoldsSome) {
+TEST_F(InstanceLookupTest, UserdataIsNullEvenIfTheCacheHasSome) {
   int place = 0;
   c_dbc_create();
   c_dbc_add_userdata(5, "A.1.", &place);
@@ -127,7 +127,7 @@ TEST_F(InstanceLookupTest, VisitMayWriteIntoTheName) {
   EXPECT_EQ(both.size(), 2 * kBothVisited.size());
 }
 
-TEST_F(InstanceLookupTest, EveryKindOfNameReachesTheVisitUnchanged) {
+TEST_F(InstanceLookupTest, NamesReachTheVisitUnchanged) {
   for (const std::string& name :
        {std::string(), std::string("."), std::string("   "), std::string("A"), std::string("A."),
         std::string(".A"), std::string("A..B"), std::string("A.B \n"), std::string("%s%n"),
@@ -139,13 +139,13 @@ TEST_F(InstanceLookupTest, EveryKindOfNameReachesTheVisitUnchanged) {
   }
 }
 
-TEST_F(InstanceLookupTest, NameWithANulReachesTheVisitCut) {
+TEST_F(InstanceLookupTest, VisitReceivesANameUpToAnEmbeddedNul) {
   cfm.instances[6] = {std::string("A\0B", 3)};
   lookup(6);
   EXPECT_EQ(calls().at(3), "visit(6, 'A', null)");
 }
 
-TEST_F(InstanceLookupTest, IteratorIsHeldDuringTheVisits) {
+TEST_F(InstanceLookupTest, IteratorIsNotReleasedDuringTheVisits) {
   std::size_t held = 0;
   visitor.action = [this, &held](char*) { held += cfm.iterators_on_loan.size(); };
   lookup(5);
@@ -165,7 +165,7 @@ TEST_F(InstanceLookupTest, VisitMayReadAValue) {
   EXPECT_EQ(sum, 15);
 }
 
-TEST_F(InstanceLookupTest, VisitMayStartAnotherWalk) {
+TEST_F(InstanceLookupTest, VisitMayStartAnotherLookup) {
   int inner = 0;
   Visitor counter{log};
   counter.action = [&inner](char*) { ++inner; };
@@ -180,18 +180,18 @@ TEST_F(InstanceLookupTest, UnknownObjectHasNoInstances) {
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.instanceIterator(6)"}));
 }
 
-TEST_F(InstanceLookupTest, NullVisitReachesNoService) {
+TEST_F(InstanceLookupTest, NullVisitDoesNotReachTheService) {
   EXPECT_EQ(c_cfm_lookup_instance(5, nullptr, neverCalled3, neverCalled4, nullptr), 0);
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(InstanceLookupTest, WithoutAConfigurationServiceEndsQuietly) {
+TEST_F(InstanceLookupTest, WithoutAConfigurationServiceDoesNothing) {
   context.missing.insert("getCfm");
   EXPECT_EQ(lookup(5), 0);
   EXPECT_EQ(calls(), Calls({"context.getCfm()"}));
 }
 
-TEST_F(InstanceLookupTest, WithoutAContextEndsQuietly) {
+TEST_F(InstanceLookupTest, WithoutAContextDoesNothing) {
   releaseContext(nullptr);
   proxy.instance = nullptr;
   calls();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Start, run and end of the C interface.
+// Start, loop and teardown.
 #include <cstdint>
 #include <string>
 
@@ -23,7 +23,7 @@ int noEvent(void* /*user*/, const char* /*event*/, const char* /*data*/, const c
 
 void noEvents(void* /*user*/, short /*events*/, int /*value*/) {}
 
-// The cache shows that it exists by keeping what it is given.
+// Whether the cache exists: only then does it store a pointer.
 bool cacheExists() {
   int place = 0;
   c_dbc_add_userdata(-1, "probe", &place);
@@ -32,12 +32,12 @@ bool cacheExists() {
   return kept;
 }
 
-TEST_F(StartTest, InitObtainsTheContextAndHandsItTheWords) {
+TEST_F(StartTest, InitObtainsTheContextAndPassesTheArguments) {
   c_context_init(1, UINTPTR_MAX);
   EXPECT_EQ(calls(), Calls({"getInstance(null)", "context.init(1, " + std::to_string(UINTPTR_MAX) + ")"}));
 }
 
-TEST_F(StartTest, InitReturnsTheContextsResult) {
+TEST_F(StartTest, InitReturnsTheResultOfTheContext) {
   log.results["context.init"] = -5;
   EXPECT_EQ(c_context_init(0, 0), -5);
 }
@@ -54,13 +54,13 @@ TEST_F(StartTest, InitCreatesTheCacheBetweenObtainingAndInitialisingTheContext) 
   EXPECT_TRUE(after);
 }
 
-TEST_F(StartTest, InitWithoutAContextFailsAndStillCreatesTheCache) {
+TEST_F(StartTest, InitWithoutAContextFailsButCreatesTheCache) {
   proxy.instance = nullptr;
   EXPECT_EQ(c_context_init(0, 0), -1022);
   EXPECT_TRUE(cacheExists());
 }
 
-TEST_F(StartWithoutContextTest, InitReportsThatThereIsNone) {
+TEST_F(StartWithoutContextTest, InitReportsTheMissingContext) {
   EXPECT_EQ(c_context_init(0, 0), -1022);
   EXPECT_EQ(calls(), Calls({"getInstance(null)", "getInstance(null)",
                             "context.debugOut('cpp2c', 'NOT INITED! ERROR!')"}));
@@ -74,13 +74,13 @@ TEST_F(LifecycleTest, SecondInitKeepsTheCacheAndItsContents) {
   EXPECT_EQ(c_dbc_get_userdata(5, "x"), &place);
 }
 
-TEST_F(LifecycleTest, LoadIsTheContexts) {
+TEST_F(LifecycleTest, LoadReturnsTheResultOfTheContext) {
   log.results["context.load"] = -3;
   EXPECT_EQ(c_context_load(), -3);
   EXPECT_EQ(calls(), Calls({"context.load()"}));
 }
 
-TEST_F(LifecycleTest, RunIsTheLoops) {
+TEST_F(LifecycleTest, RunReturnsTheResultOfTheLoop) {
   log.results["loop.run"] = 42;
   EXPECT_EQ(c_loop_run(), 42);
   EXPECT_EQ(calls(), Calls({"context.getLoop()", "loop.run()"}));
@@ -93,32 +93,37 @@ TEST_F(LifecycleTest, RunWithoutALoopReturnsZero) {
   EXPECT_EQ(calls(), Calls({"context.getLoop()"}));
 }
 
-TEST_F(LifecycleTest, DebugSwitchIsTheContexts) {
+TEST_F(LifecycleTest, DebugSwitchReturnsTheResultOfTheContext) {
   log.results["context.debugSwitch"] = 9;
   EXPECT_EQ(c_context_debug_switch(-4), 9);
   EXPECT_EQ(calls(), Calls({"context.debugSwitch(-4)"}));
 }
 
-TEST_F(LifecycleTest, HeartbeatLockIsTheHeartbeats) {
+TEST_F(LifecycleTest, HeartbeatLockReturnsTheResultOfTheHeartbeat) {
   log.results["heartbeat.lock"] = 11;
   EXPECT_EQ(c_heartbeat_lock(), 11);
   EXPECT_EQ(calls(), Calls({"context.getHeartbeat()", "heartbeat.lock()"}));
 }
 
-TEST_F(LifecycleTest, HeartbeatUnlockIsTheHeartbeats) {
+TEST_F(LifecycleTest, HeartbeatUnlockReturnsTheResultOfTheHeartbeat) {
   log.results["heartbeat.unlock"] = 12;
   EXPECT_EQ(c_heartbeat_unlock(), 12);
   EXPECT_EQ(calls(), Calls({"context.getHeartbeat()", "heartbeat.unlock()"}));
 }
 
-TEST_F(LifecycleTest, HeartbeatFunctionsWithoutAHeartbeatReturnZero) {
+TEST_F(LifecycleTest, HeartbeatLockWithoutAHeartbeatReturnsZero) {
   context.missing.insert("getHeartbeat");
   EXPECT_EQ(c_heartbeat_lock(), 0);
-  EXPECT_EQ(c_heartbeat_unlock(), 0);
-  EXPECT_EQ(calls(), Calls({"context.getHeartbeat()", "context.getHeartbeat()"}));
+  EXPECT_EQ(calls(), Calls({"context.getHeartbeat()"}));
 }
 
-TEST_F(LifecycleTest, SaveAsksTheConfigurationServiceWithOne) {
+TEST_F(LifecycleTest, HeartbeatUnlockWithoutAHeartbeatReturnsZero) {
+  context.missing.insert("getHeartbeat");
+  EXPECT_EQ(c_heartbeat_unlock(), 0);
+  EXPECT_EQ(calls(), Calls({"context.getHeartbeat()"}));
+}
+
+TEST_F(LifecycleTest, SavePassesOneToTheConfigurationService) {
   log.results["cfm.save"] = -8;
   EXPECT_EQ(c_cfm_save_config(), -8);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.save(1)"}));
@@ -130,7 +135,7 @@ TEST_F(LifecycleTest, SaveWithoutAConfigurationServiceReturnsZero) {
   EXPECT_EQ(calls(), Calls({"context.getCfm()"}));
 }
 
-TEST_F(LifecycleTest, DeinitReleasesTheContextAndUnregistersNothing) {
+TEST_F(LifecycleTest, DeinitReleasesTheContextWithoutUnregistering) {
   cfm.instances[5] = {"A.1."};
   c_context_init(0, 0);
   c_cfm_regist_observer(5, noObserver, nullptr);
@@ -141,7 +146,7 @@ TEST_F(LifecycleTest, DeinitReleasesTheContextAndUnregistersNothing) {
   EXPECT_EQ(calls(), Calls({"relInstance(object)"}));
 }
 
-TEST_F(LifecycleTest, DeinitWithNothingRegisteredReleasesTheContextAndTheCache) {
+TEST_F(LifecycleTest, DeinitWithoutRegistrationsReleasesTheContextAndTheCache) {
   c_context_init(0, 0);
   calls();
   c_context_deinit();
@@ -180,14 +185,20 @@ TEST_F(LifecycleTest, SecondDeinitDoesNothing) {
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(LifecycleTest, InitAfterDeinitObtainsTheContextAgainAndStartsWithAnEmptyCache) {
-  int place = 0;
+TEST_F(LifecycleTest, InitAfterDeinitObtainsTheContextAgain) {
   c_context_init(0, 0);
-  c_dbc_add_userdata(5, "x", &place);
   c_context_deinit();
   calls();
   EXPECT_EQ(c_context_init(3, 4), 0);
   EXPECT_EQ(calls(), Calls({"getInstance(null)", "context.init(3, 4)"}));
+}
+
+TEST_F(LifecycleTest, InitAfterDeinitStartsWithAnEmptyCache) {
+  int place = 0;
+  c_context_init(0, 0);
+  c_dbc_add_userdata(5, "x", &place);
+  c_context_deinit();
+  c_context_init(0, 0);
   EXPECT_EQ(c_dbc_get_userdata(5, "x"), nullptr);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Watches on file descriptors.
+// Watched file descriptors.
 #include <cstdint>
 #include <vector>
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-// What a callback has been told; the user pointer leads to it.
+// The calls of a callback. The user pointer points to it.
 struct Readiness {
   std::vector<short> events;
   std::vector<int> values;
@@ -34,13 +34,13 @@ class LoopTest : public RecordingTest {
   Readiness readiness;
 };
 
-TEST_F(LoopTest, AddHandsDescriptorAndMaskToTheLoop) {
+TEST_F(LoopTest, AddPassesDescriptorAndMaskToTheLoop) {
   log.results["loop.addFd"] = 17;
   EXPECT_EQ(c_loop_add_fd(7, 0x12345, note, &readiness), 17);
   EXPECT_EQ(calls(), Calls({"context.getLoop()", "loop.addFd(7, 74565, object)"}));
 }
 
-TEST_F(LoopTest, NegativeDescriptorAndMaskPassUnchecked) {
+TEST_F(LoopTest, NegativeDescriptorAndMaskAreNotChecked) {
   EXPECT_EQ(c_loop_add_fd(-1, -2, note, &readiness), 0);
   EXPECT_EQ(calls(), Calls({"context.getLoop()", "loop.addFd(-1, -2, object)"}));
 }
@@ -64,13 +64,13 @@ TEST_F(LoopTest, HandlerReturnsZero) {
   EXPECT_EQ(loop.handlers[0]->handler(1, 7), 0);
 }
 
-TEST_F(LoopTest, NullCallbackIsWatchedAndIgnored) {
+TEST_F(LoopTest, ReadinessWithoutACallbackIsIgnored) {
   EXPECT_EQ(c_loop_add_fd(7, 1, nullptr, &readiness), 0);
   ASSERT_EQ(loop.handlers.size(), 1U);
   EXPECT_EQ(loop.handlers[0]->handler(1, 7), 0);
 }
 
-TEST_F(LoopTest, AddingAgainKeepsOneAdapterAndAsksTheLoopAgain) {
+TEST_F(LoopTest, AddingAgainKeepsTheAdapterAndCallsTheLoopAgain) {
   c_loop_add_fd(7, 1, note, &readiness);
   log.results["loop.addFd"] = -4;
   calls();
@@ -89,14 +89,14 @@ TEST_F(LoopTest, AddingAgainReplacesCallbackAndUser) {
   EXPECT_EQ(newer.events, std::vector<short>({-5}));
 }
 
-TEST_F(LoopTest, AddingAgainWithNullSilencesTheWatch) {
+TEST_F(LoopTest, AddingAgainWithNullRemovesTheCallback) {
   c_loop_add_fd(7, 1, note, &readiness);
   c_loop_add_fd(7, 1, nullptr, nullptr);
   EXPECT_EQ(loop.handlers[0]->handler(5, 7), 0);
   EXPECT_TRUE(readiness.events.empty());
 }
 
-TEST_F(LoopTest, CallbackAndUserAreSetBeforeTheLoopIsAsked) {
+TEST_F(LoopTest, CallbackAndUserAreSetBeforeTheLoopIsCalled) {
   log.on_call = [this](const std::string& call) {
     if (call == "loop.addFd(7, 1, object)") loop.handlers.back()->handler(1, 7);
   };
@@ -113,7 +113,7 @@ TEST_F(LoopTest, EachDescriptorHasItsOwnAdapter) {
   EXPECT_EQ(other.values, std::vector<int>({8}));
 }
 
-TEST_F(LoopTest, AddWithoutALoopReturnsZeroAndKeepsNothing) {
+TEST_F(LoopTest, AddWithoutALoopReturnsZeroAndStoresNothing) {
   c_loop_add_fd(7, 1, note, &readiness);
   context.missing.insert("getLoop");
   log.results["loop.addFd"] = 17;
@@ -125,14 +125,14 @@ TEST_F(LoopTest, AddWithoutALoopReturnsZeroAndKeepsNothing) {
   EXPECT_EQ(readiness.values, std::vector<int>({7})) << "The watch should be as it was.";
 }
 
-TEST_F(LoopTest, DelTellsTheLoop) {
+TEST_F(LoopTest, DelReachesTheLoop) {
   c_loop_add_fd(7, 1, note, &readiness);
   calls();
   c_loop_del_fd(7);
   EXPECT_EQ(calls(), Calls({"context.getLoop()", "loop.delFd(7)"}));
 }
 
-TEST_F(LoopTest, AdapterLivesUntilTheLoopHasBeenTold) {
+TEST_F(LoopTest, AdapterExistsUntilTheLoopHasRemovedIt) {
   c_loop_add_fd(7, 1, note, &readiness);
   log.on_call = [this](const std::string& call) {
     if (call == "loop.delFd(7)") loop.handlers[0]->handler(1, 7);
@@ -141,7 +141,7 @@ TEST_F(LoopTest, AdapterLivesUntilTheLoopHasBeenTold) {
   EXPECT_EQ(readiness.values, std::vector<int>({7}));
 }
 
-TEST_F(LoopTest, DescriptorIsForgottenBeforeTheLoopIsTold) {
+TEST_F(LoopTest, DescriptorIsForgottenBeforeTheLoopIsCalled) {
   Readiness newer;
   c_loop_add_fd(7, 1, note, &readiness);
   log.on_call = [&newer](const std::string& call) {
@@ -154,7 +154,7 @@ TEST_F(LoopTest, DescriptorIsForgottenBeforeTheLoopIsTold) {
   EXPECT_EQ(newer.values, std::vector<int>({7}));
 }
 
-TEST_F(LoopTest, DelOfAnUnknownDescriptorTellsTheLoop) {
+TEST_F(LoopTest, DelOfAnUnknownDescriptorReachesTheLoop) {
   c_loop_add_fd(7, 1, note, &readiness);
   calls();
   c_loop_del_fd(8);
@@ -163,7 +163,7 @@ TEST_F(LoopTest, DelOfAnUnknownDescriptorTellsTheLoop) {
   EXPECT_EQ(readiness.values, std::vector<int>({7}));
 }
 
-TEST_F(LoopTest, SecondDelTellsTheLoopAgain) {
+TEST_F(LoopTest, SecondDelReachesTheLoop) {
   c_loop_add_fd(7, 1, note, &readiness);
   c_loop_del_fd(7);
   calls();
@@ -178,7 +178,7 @@ TEST_F(LoopTest, DelWithoutALoopForgetsTheWatch) {
   c_loop_del_fd(7);
   EXPECT_EQ(calls(), Calls({"context.getLoop()"}));
 
-  // Had the watch stayed, adding would have written to the adapter, which is gone.
+  // If the watch were still stored, adding would write to the deleted adapter.
   context.missing.clear();
   c_loop_add_fd(7, 1, note, &readiness);
   loop.handlers[1]->handler(1, 7);

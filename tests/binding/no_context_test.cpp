@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A process in which there is no context library: every function answers, and nobody prints anything.
+// The C functions in a process without a context library. None of them prints anything.
 #include <cstdint>
-#include <string>
+#include <ostream>
 
 #include <gtest/gtest.h>
 
@@ -40,7 +40,7 @@ int neverChanged(void* /*user*/, int /*id*/, const char* /*instance*/, int /*ope
   return 0;
 }
 
-TEST_F(NoContextTest, ThereIsNoContext) {
+TEST_F(NoContextTest, GetContextReturnsNull) {
   EXPECT_EQ(getContext(), nullptr);
   EXPECT_EQ(getContext(), nullptr);
 }
@@ -78,20 +78,35 @@ TEST_F(NoContextTest, DeinitDestroysTheCache) {
   EXPECT_EQ(c_dbc_get_userdata(5, "x"), nullptr);
 }
 
-TEST_F(NoContextTest, LifecycleFunctionsReturnZero) {
+TEST_F(NoContextTest, LoadReturnsZero) {
   EXPECT_EQ(c_context_load(), 0);
+}
+
+TEST_F(NoContextTest, LoopRunReturnsZero) {
   EXPECT_EQ(c_loop_run(), 0);
+}
+
+TEST_F(NoContextTest, DebugSwitchReturnsZero) {
   EXPECT_EQ(c_context_debug_switch(1), 0);
+}
+
+TEST_F(NoContextTest, HeartbeatLockReturnsZero) {
   EXPECT_EQ(c_heartbeat_lock(), 0);
+}
+
+TEST_F(NoContextTest, HeartbeatUnlockReturnsZero) {
   EXPECT_EQ(c_heartbeat_unlock(), 0);
+}
+
+TEST_F(NoContextTest, SaveReturnsZero) {
   EXPECT_EQ(c_cfm_save_config(), 0);
 }
 
-TEST_F(NoContextTest, DiagnosticsAreDropped) {
+TEST_F(NoContextTest, DiagnosticsAreDiscarded) {
   EXPECT_EQ(c_debug_out("here.c", 1, "%s", "text"), 0);
 }
 
-TEST_F(NoContextTest, WatchesAreNotKept) {
+TEST_F(NoContextTest, WatchesAreNotStored) {
   EXPECT_EQ(c_loop_add_fd(3, 1, neverReady, nullptr), 0);
   c_loop_del_fd(3);
   c_loop_del_fd(4);
@@ -103,13 +118,13 @@ TEST_F(NoContextTest, EventFunctionsDoNothing) {
   c_event_unregist_observer("link", neverRaised);
 }
 
-TEST_F(NoContextTest, ConfigurationObserversAreNotKept) {
+TEST_F(NoContextTest, ConfigurationObserversAreNotStored) {
   c_cfm_regist_observer(5, neverChanged, nullptr);
   EXPECT_EQ(c_cfm_get_regist_observer_callback(5), nullptr);
   c_cfm_unregist_observer(5, neverChanged);
 }
 
-TEST_F(NoContextTest, ObserverFunctionsLeaveTheCacheAlone) {
+TEST_F(NoContextTest, ObserverFunctionsDoNotChangeTheCache) {
   int place = 0;
   c_dbc_create();
   c_dbc_add_userdata(5, "x", &place);
@@ -118,25 +133,61 @@ TEST_F(NoContextTest, ObserverFunctionsLeaveTheCacheAlone) {
   EXPECT_EQ(c_dbc_get_userdata(5, "x"), &place);
 }
 
-TEST_F(NoContextTest, ValuesAreRefusedAfterTheirArguments) {
-  std::int32_t word = 77;
-  EXPECT_EQ(c_cfm_set_value(nullptr, 0, "int", &word, 4), -1023);
-  EXPECT_EQ(c_cfm_set_value("A.B", 0, nullptr, &word, 4), -1023);
-  EXPECT_EQ(c_cfm_set_value("A.B", 0, "int", nullptr, 4), -1023);
-  EXPECT_EQ(c_cfm_set_value("A.B", 0, "int", &word, 0), -1023);
+TEST_F(NoContextTest, WritingAValueIsNotInitialised) {
+  const std::int32_t word = 77;
   EXPECT_EQ(c_cfm_set_value("A.B", 0, "int", &word, 4), -1022);
-  EXPECT_EQ(c_cfm_get_value(nullptr, "int", &word, 4), -1023);
-  EXPECT_EQ(c_cfm_get_value("A.B", nullptr, &word, 4), -1023);
-  EXPECT_EQ(c_cfm_get_value("A.B", "int", nullptr, 4), -1023);
-  EXPECT_EQ(c_cfm_get_value("A.B", "int", &word, 0), -1023);
+}
+
+TEST_F(NoContextTest, ReadingAValueIsNotInitialised) {
+  std::int32_t word = 77;
   EXPECT_EQ(c_cfm_get_value("A.B", "int", &word, 4), -1022);
   EXPECT_EQ(word, 77);
 }
 
-TEST_F(NoContextTest, TextsAreConverted) {
+// Arguments of which one is wrong.
+struct WrongArguments {
+  const char* description;
+  const char* fullname;
+  const char* type;
+  bool has_data;
+  unsigned int data_len;
+};
+
+std::ostream& operator<<(std::ostream& out, const WrongArguments& arguments) {
+  return out << arguments.description;
+}
+
+class WrongArgumentsWithoutContextTest : public NoContextTest,
+                                         public testing::WithParamInterface<WrongArguments> {
+ protected:
+  std::int32_t word = 77;
+  std::int32_t* data = GetParam().has_data ? &word : nullptr;
+};
+
+TEST_P(WrongArgumentsWithoutContextTest, WritingAValueIsAParameterError) {
+  EXPECT_EQ(c_cfm_set_value(GetParam().fullname, 0, GetParam().type, data, GetParam().data_len), -1023);
+}
+
+TEST_P(WrongArgumentsWithoutContextTest, ReadingAValueIsAParameterError) {
+  EXPECT_EQ(c_cfm_get_value(GetParam().fullname, GetParam().type, data, GetParam().data_len), -1023);
+  EXPECT_EQ(word, 77);
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, WrongArgumentsWithoutContextTest,
+                         testing::Values(WrongArguments{"NullName", nullptr, "int", true, 4},
+                                         WrongArguments{"NullType", "A.B", nullptr, true, 4},
+                                         WrongArguments{"NullData", "A.B", "int", false, 4},
+                                         WrongArguments{"LengthZero", "A.B", "int", true, 0}),
+                         testing::PrintToStringParamName());
+
+TEST_F(NoContextTest, StringTrueIsConverted) {
   int flag = 7;
   EXPECT_EQ(c_cfm_str2bool("true", &flag), 0);
   EXPECT_EQ(flag, 1);
+}
+
+TEST_F(NoContextTest, ConvertingAnotherStringIsAParameterError) {
+  int flag = 7;
   EXPECT_EQ(c_cfm_str2bool("yes", &flag), -1023);
   EXPECT_EQ(flag, 0);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A context library that lacks "getInstance".
+// A context library without "getInstance".
 #include <gtest/gtest.h>
 
 #include "binding/dll_mgr.h"
@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(NoGetInstanceTest, ThereIsNoContext) {
+TEST(NoGetInstanceTest, GetContextReturnsNull) {
   PrintedText printed;
   EXPECT_EQ(getContext(), nullptr);
   EXPECT_EQ(getContext(), nullptr);
@@ -17,12 +17,12 @@ TEST(NoGetInstanceTest, ThereIsNoContext) {
   EXPECT_EQ(printed.standardOutput(), "");
 }
 
-TEST(NoGetInstanceTest, InitReportsThatThereIsNoContext) {
+TEST(NoGetInstanceTest, InitIsNotInitialised) {
   EXPECT_EQ(c_context_init(0, 0), -1022);
   c_context_deinit();
 }
 
-TEST(NoGetInstanceTest, ReleaseHandsNullBack) {
+TEST(NoGetInstanceTest, ReleasePassesNullToTheLibrary) {
   entries.last_released = &entries;
   getContext();
   releaseContext(nullptr);

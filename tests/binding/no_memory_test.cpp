@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The library without memory. Its calls of the allocator are diverted to this file by the linker.
+// The library when memory allocation fails. The linker redirects its calls of the allocator to this file.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -19,13 +19,13 @@ void divertedFree(void* block) __asm__("__wrap_free");
 
 namespace {
 
-// What the library takes from the allocator while it is watched.
+// The blocks that the library allocates while `watched` is set.
 struct Allocations {
   bool watched = false;
-  std::size_t refused = SIZE_MAX;  // the number of the block that is refused, from 0
+  std::size_t refused = SIZE_MAX;  // number of the allocation that fails, counted from 0
   std::vector<std::size_t> sizes;
   std::vector<void*> live;
-  int objects = 0;  // taken with `new`
+  int objects = 0;  // number of calls of `new`
 
   void* take(std::size_t size, void* (*allocate)(std::size_t)) {
     if (!watched) return allocate(size);
@@ -99,13 +99,13 @@ class NoMemoryTest : public RecordingTest, public ::testing::WithParamInterface<
   }
 };
 
-TEST_P(NoMemoryTest, TwoBlocksAreTakenAndGivenBack) {
+TEST_P(NoMemoryTest, TwoBlocksAreAllocatedAndFreed) {
   EXPECT_EQ(access(), 0);
   EXPECT_EQ(allocations.sizes, std::vector<std::size_t>({512, 512}));
   EXPECT_TRUE(allocations.live.empty());
 }
 
-TEST_P(NoMemoryTest, BothBlocksAreHeldUntilTheTypedFunctionHasReturned) {
+TEST_P(NoMemoryTest, BlocksAreFreedAfterTheTypedFunctionHasReturned) {
   std::vector<std::size_t> held;
   log.on_call = [&](const std::string& /*call*/) { held.push_back(allocations.live.size()); };
   EXPECT_EQ(access(), 0);
@@ -114,7 +114,7 @@ TEST_P(NoMemoryTest, BothBlocksAreHeldUntilTheTypedFunctionHasReturned) {
   for (const std::size_t blocks : held) EXPECT_EQ(blocks, 2U);
 }
 
-TEST_P(NoMemoryTest, FirstBlockIsGivenBackBeforeTheSecondsRefusalIsReported) {
+TEST_P(NoMemoryTest, FirstBlockIsFreedBeforeTheFailureOfTheSecondIsReported) {
   allocations.refused = 1;
   std::size_t held = 1;
   log.on_call = [&](const std::string& /*call*/) { held = allocations.live.size(); };
@@ -123,19 +123,19 @@ TEST_P(NoMemoryTest, FirstBlockIsGivenBackBeforeTheSecondsRefusalIsReported) {
   EXPECT_EQ(held, 0U);
 }
 
-TEST_P(NoMemoryTest, BothBlocksAreGivenBackWhenTheLeafIsUnknown) {
+TEST_P(NoMemoryTest, BlocksAreFreedIfTheLeafIsUnknown) {
   EXPECT_EQ(access("B.C"), -1022);
   EXPECT_TRUE(allocations.live.empty());
 }
 
-TEST_P(NoMemoryTest, RefusalOfTheFirstBlockIsReported) {
+TEST_P(NoMemoryTest, FailureOfTheFirstAllocationIsReported) {
   allocations.refused = 0;
   EXPECT_EQ(access(), -1018);
   EXPECT_EQ(calls(), report());
   EXPECT_EQ(allocations.sizes.size(), 1U);
 }
 
-TEST_P(NoMemoryTest, RefusalOfTheSecondBlockIsReportedAndTheFirstGivenBack) {
+TEST_P(NoMemoryTest, FailureOfTheSecondAllocationIsReportedAndTheFirstBlockFreed) {
   allocations.refused = 1;
   EXPECT_EQ(access(), -1018);
   EXPECT_EQ(calls(), report());
@@ -143,21 +143,21 @@ TEST_P(NoMemoryTest, RefusalOfTheSecondBlockIsReportedAndTheFirstGivenBack) {
   EXPECT_TRUE(allocations.live.empty());
 }
 
-TEST_P(NoMemoryTest, RefusalIsReportedBeforeAnyClimb) {
+TEST_P(NoMemoryTest, FailureIsReportedBeforeThePathIsFollowed) {
   allocations.refused = 1;
   EXPECT_EQ(access("A", "PARENT."), -1018);
   EXPECT_EQ(calls(), report());
 }
 
-TEST_P(NoMemoryTest, NullTextsAreTestedBeforeMemoryIsTaken) {
+TEST_P(NoMemoryTest, NullStringsAreRejectedBeforeMemoryIsAllocated) {
   EXPECT_EQ(access(nullptr), -1023);
   EXPECT_TRUE(allocations.sizes.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(RelativeAccess, NoMemoryTest, relativeAccesses(), verbOf);
 
-// Linking may put the functions into this file, where the compiler knows what malloc() does and looks at: it
-// would not set the watch. It cannot see through these.
+// With link-time optimisation, the compiler may inline the functions into this file and then drop the write
+// to `watched`, because malloc() does not read it. Calls through these volatile pointers are not inlined.
 decltype(&c_malloc) volatile take_block = c_malloc;
 decltype(&c_free) volatile give_back_block = c_free;
 
@@ -166,7 +166,7 @@ class AllocatorTest : public RecordingTest {
   AllocatorTest() { allocations = {}; }
   ~AllocatorTest() override { allocations = {}; }
 
-  // Runs `use` while the allocator is watched.
+  // Runs `use` with `watched` set.
   template <typename Use>
   static void watch(Use use) {
     allocations.watched = true;
@@ -175,7 +175,7 @@ class AllocatorTest : public RecordingTest {
   }
 };
 
-TEST_F(AllocatorTest, OutOfMemoryIsNullAndSilent) {
+TEST_F(AllocatorTest, FailedAllocationReturnsNullAndPrintsNothing) {
   PrintedText printed;
   char text = '\0';
   char* block = &text;
@@ -187,13 +187,13 @@ TEST_F(AllocatorTest, OutOfMemoryIsNullAndSilent) {
   EXPECT_EQ(printed.standardError(), "");
 }
 
-TEST_F(AllocatorTest, BlockHasTheSizeAskedForAndIsGivenBack) {
+TEST_F(AllocatorTest, BlockHasTheRequestedSizeAndIsFreed) {
   watch([] { give_back_block(take_block(48, "here.c", 1)); });
   EXPECT_EQ(allocations.sizes, std::vector<std::size_t>({48}));
   EXPECT_TRUE(allocations.live.empty());
 }
 
-// Takes no memory itself.
+// A context that allocates no memory itself.
 class FrugalContext : public RecordingContext {
  public:
   using RecordingContext::RecordingContext;
@@ -205,7 +205,7 @@ class FrugalContext : public RecordingContext {
   int popenCall(const char* /*command*/) override { return ++commands; }
 };
 
-// Has one leaf, and takes no memory itself.
+// A configuration service with one leaf that allocates no memory itself.
 class FrugalCfm : public RecordingCfm, private ICfmNode {
  public:
   using RecordingCfm::RecordingCfm;
@@ -232,10 +232,10 @@ class FrugalCfmContext : public RecordingContext {
   ICfm* getCfm() override { return &frugal; }
 };
 
-// Longer than any string that needs no memory of its own.
+// Too long for the small-string optimisation.
 constexpr const char* kLongName = "Device.Interfaces.Ethernet.Description.Of.The.Port";
 
-TEST_F(AllocatorTest, WriteMakesNoStringsButTheServicesArguments) {
+TEST_F(AllocatorTest, WriteCreatesStringsOnlyForTheArgumentsOfTheService) {
   FrugalCfmContext frugal(log);
   releaseContext(nullptr);
   proxy.instance = &frugal;
@@ -244,10 +244,10 @@ TEST_F(AllocatorTest, WriteMakesNoStringsButTheServicesArguments) {
   int result = -1;
   watch([&] { result = c_cfm_set_value(kLongName, 0, "str", kLongName, 1); });
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(allocations.objects, 3);  // the name for getNode(), name and value for setValue()
+  EXPECT_EQ(allocations.objects, 3);  // the argument of getNode() and the two of setValue()
 }
 
-TEST_F(AllocatorTest, CommandsTakeNoMemory) {
+TEST_F(AllocatorTest, CommandsAllocateNoMemory) {
   FrugalContext frugal(log);
   releaseContext(nullptr);
   proxy.instance = &frugal;

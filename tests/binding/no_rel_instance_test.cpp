@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A context library that lacks "relInstance".
+// A context library without "relInstance".
 #include <gtest/gtest.h>
 
 #include "binding/dll_mgr.h"
@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(NoRelInstanceTest, ReleaseIsSilentAndTheContextIsObtainedAnew) {
+TEST(NoRelInstanceTest, ContextIsObtainedAgainAfterASilentRelease) {
   PrintedText printed;
   EXPECT_EQ(getContext(), entries.next_instance);
   const int obtained = entries.obtained;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The names of a node's parent and grandparent, and the cut of a full name at its last dot.
+// The names of a node's parent and grandparent, and cutting a full name at its last dot.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -10,7 +10,7 @@ namespace {
 
 using NodeNameTest = RecordingTest;
 
-// What the functions make of one full name.
+// The results of the functions for one full name.
 struct Name {
   const char* fullname;
   const char* parent;
@@ -59,14 +59,14 @@ constexpr Name kNames[] = {
     {"A.B.C.D", "A.B.C.", "A.B.", "A.B.C", 0},
     {"A.B.C.D.E.F.", "A.B.C.D.E.", "A.B.C.D.", "A.B.C.D.E.F", 0},
     {"Device.Interface.12.Address", "Device.Interface.12.", "Device.Interface.", "Device.Interface.12", 0},
-    // Not among the characters that are passed over at the end.
+    // Characters that are not ignored at the end.
     {"A.B.\v", "A.B.", "A.", "A.B", 0},
     {"A.B.\f", "A.B.", "A.", "A.B", 0},
     {"A.B.\xc2\xa0", "A.B.", "A.", "A.B", 0},
     {"\xff.\xfe.\xfd", "\xff.\xfe.", "\xff.", "\xff.\xfe", 0},
 };
 
-TEST_F(NodeNameTest, ParentOfEveryKindOfName) {
+TEST_F(NodeNameTest, ParentNameIsFound) {
   for (const Name& name : kNames) {
     SCOPED_TRACE(::testing::PrintToString(name.fullname));
     char buf[64] = "untouched";
@@ -76,7 +76,7 @@ TEST_F(NodeNameTest, ParentOfEveryKindOfName) {
   }
 }
 
-TEST_F(NodeNameTest, GrandparentOfEveryKindOfName) {
+TEST_F(NodeNameTest, GrandparentNameIsFound) {
   for (const Name& name : kNames) {
     SCOPED_TRACE(::testing::PrintToString(name.fullname));
     char buf[64] = "untouched";
@@ -86,7 +86,7 @@ TEST_F(NodeNameTest, GrandparentOfEveryKindOfName) {
   }
 }
 
-TEST_F(NodeNameTest, CutOfEveryKindOfName) {
+TEST_F(NodeNameTest, FullNameIsCutAtItsLastDot) {
   for (const Name& name : kNames) {
     SCOPED_TRACE(::testing::PrintToString(name.fullname));
     std::string text = name.fullname;
@@ -95,7 +95,7 @@ TEST_F(NodeNameTest, CutOfEveryKindOfName) {
   }
 }
 
-TEST_F(NodeNameTest, CutReportsEveryNameWithoutADotAndNoOther) {
+TEST_F(NodeNameTest, CutReportsOnlyNamesWithoutADot) {
   for (const Name& name : kNames) {
     SCOPED_TRACE(::testing::PrintToString(name.fullname));
     std::string text = name.fullname;
@@ -106,13 +106,13 @@ TEST_F(NodeNameTest, CutReportsEveryNameWithoutADotAndNoOther) {
   }
 }
 
-TEST_F(NodeNameTest, CutOverwritesTheDotAlone) {
+TEST_F(NodeNameTest, CutOverwritesOnlyTheDot) {
   char name[] = "A.B.C";
   c_cfm_parent_fullname(name);
   EXPECT_EQ(std::string(name, sizeof name), std::string("A.B\0C\0", 6));
 }
 
-TEST_F(NodeNameTest, CutTakesTheDotAtTheEndFirstAndTheComponentThen) {
+TEST_F(NodeNameTest, CutRemovesATrailingDotBeforeTheLastComponent) {
   char name[] = "A.B.C.";
   c_cfm_parent_fullname(name);
   EXPECT_STREQ(name, "A.B.C");
@@ -127,7 +127,7 @@ TEST_F(NodeNameTest, CutOfNullIsReported) {
                             "param error!\n')"}));
 }
 
-TEST_F(NodeNameTest, VeryLongNamesAreNotCut) {
+TEST_F(NodeNameTest, LongNamesAreNotTruncated) {
   const std::string component(3000, 'x');
   const std::string fullname = component + '.' + component + '.' + component;
   std::vector<char> buf(10000, '#');
@@ -137,17 +137,17 @@ TEST_F(NodeNameTest, VeryLongNamesAreNotCut) {
   EXPECT_EQ(buf.data(), component + '.');
 }
 
-// One of the two functions that fill a buffer.
+// One of the two functions that write to a buffer.
 struct PrefixFunction {
   const char* name;
   int (*get)(const char* fullname, char* buf, unsigned int buf_len);
-  const char* fullname;  // whose prefix is "A.B."
+  const char* fullname;  // its result is "A.B."
 };
 
 class PrefixBufferTest : public RecordingTest, public ::testing::WithParamInterface<PrefixFunction> {
  protected:
-  // Fills a buffer of which the function is told `buf_len` bytes, and shows its first eight: a `#` is a byte
-  // that was left alone, a `0` an end.
+  // Calls the function with a buffer of `buf_len` bytes and returns the first eight bytes: `#` is a byte that
+  // was not written, `0` a terminator.
   std::string filled(unsigned int buf_len) {
     std::string buf(8, '#');
     EXPECT_EQ(GetParam().get(GetParam().fullname, buf.data(), buf_len), 0);
@@ -160,27 +160,27 @@ class PrefixBufferTest : public RecordingTest, public ::testing::WithParamInterf
   }
 };
 
-TEST_P(PrefixBufferTest, OfOneByteIsLeftAlone) {
+TEST_P(PrefixBufferTest, OfOneByteIsNotWritten) {
   EXPECT_EQ(filled(1), "########");
 }
 
-TEST_P(PrefixBufferTest, OfTwoBytesReceivesAnEndAlone) {
+TEST_P(PrefixBufferTest, OfTwoBytesReceivesOnlyATerminator) {
   EXPECT_EQ(filled(2), "0#######");
 }
 
-TEST_P(PrefixBufferTest, OfFiveBytesReceivesThreeCharactersAndAnEnd) {
+TEST_P(PrefixBufferTest, OfFiveBytesReceivesThreeCharactersAndATerminator) {
   EXPECT_EQ(filled(5), "A.B0####");
 }
 
-TEST_P(PrefixBufferTest, OfSixBytesReceivesAllFour) {
+TEST_P(PrefixBufferTest, OfSixBytesReceivesAllFourCharacters) {
   EXPECT_EQ(filled(6), "A.B.0###");
 }
 
-TEST_P(PrefixBufferTest, LargerThanNeededIsNotTouchedBehindTheEnd) {
+TEST_P(PrefixBufferTest, LargerThanNeededIsNotWrittenAfterTheTerminator) {
   EXPECT_EQ(filled(8), "A.B.0###");
 }
 
-TEST_P(PrefixBufferTest, TooSmallIsNoFailureAndNotReported) {
+TEST_P(PrefixBufferTest, TooSmallSucceedsWithoutADiagnostic) {
   char buf[3];
   EXPECT_EQ(GetParam().get("Aa.Bb.Cc.Dd", buf, sizeof buf), 0);
   EXPECT_EQ(calls(), Calls());
@@ -197,14 +197,14 @@ TEST_P(PrefixBufferTest, MustNotBeNull) {
   EXPECT_EQ(calls(), report());
 }
 
-TEST_P(PrefixBufferTest, MustNotHaveNoSize) {
+TEST_P(PrefixBufferTest, MustNotHaveSizeZero) {
   char buf[4] = "###";
   EXPECT_EQ(GetParam().get("A.B.C", buf, 0), -1023);
   EXPECT_STREQ(buf, "###");
   EXPECT_EQ(calls(), report());
 }
 
-TEST_P(PrefixBufferTest, IsReportedOnceThoughNullAndWithoutSize) {
+TEST_P(PrefixBufferTest, NullWithSizeZeroIsReportedOnce) {
   EXPECT_EQ(GetParam().get("", nullptr, 0), -1023);
   EXPECT_EQ(calls(), report());
 }

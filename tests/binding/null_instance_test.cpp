@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A context library that answers null.
+// A context library whose "getInstance" returns null.
 #include <gtest/gtest.h>
 
 #include "binding/dll_mgr.h"
@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(NullInstanceTest, InitReportsThatThereIsNoContext) {
+TEST(NullInstanceTest, InitIsNotInitialised) {
   PrintedText printed;
   EXPECT_EQ(c_context_init(0, 0), -1022);
   EXPECT_EQ(printed.standardError(), "");
@@ -17,7 +17,7 @@ TEST(NullInstanceTest, InitReportsThatThereIsNoContext) {
   c_context_deinit();
 }
 
-TEST(NullInstanceTest, EveryCallAsksTheLibraryAgain) {
+TEST(NullInstanceTest, EachCallRequestsTheInstanceAgain) {
   entries.obtained = 0;
   getContext();
   EXPECT_EQ(c_context_load(), 0);

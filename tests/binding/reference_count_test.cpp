@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Counts by name. They last as long as the process, so every test counts under a name of its own.
+// Reference counts. They exist as long as the process, so each test uses its own names.
 #include <set>
 #include <string>
 #include <vector>
@@ -10,7 +10,7 @@ namespace {
 
 class ReferenceCountTest : public RecordingTest {
  protected:
-  // Takes the counts back to 0, so that a test can be repeated in one process.
+  // Resets the counts to 0, so that a test can be repeated in one process.
   ~ReferenceCountTest() override {
     log.on_call = nullptr;
     for (const std::string& name : counted_) {
@@ -30,31 +30,31 @@ class ReferenceCountTest : public RecordingTest {
   std::set<std::string> counted_;
 };
 
-TEST_F(ReferenceCountTest, StartsWithOne) {
+TEST_F(ReferenceCountTest, FirstIncreaseReturnsOne) {
   EXPECT_EQ(increase("start"), 1);
 }
 
-TEST_F(ReferenceCountTest, GoesUpAndDownAndStopsAtZero) {
+TEST_F(ReferenceCountTest, CountsUpAndDownAndStopsAtZero) {
   std::vector<int> counts;
   for (int step = 0; step < 3; ++step) counts.push_back(increase("steps"));
   for (int step = 0; step < 4; ++step) counts.push_back(decrease("steps"));
   EXPECT_EQ(counts, std::vector<int>({1, 2, 3, 2, 1, 0, 0}));
 }
 
-TEST_F(ReferenceCountTest, DecreaseOfANewNameIsZero) {
+TEST_F(ReferenceCountTest, DecreaseOfANewNameReturnsZero) {
   EXPECT_EQ(decrease("new"), 0);
   EXPECT_EQ(calls(), Calls({"context.debugOut('cpp2c', '-----str2=new,count=0')"}));
   EXPECT_EQ(increase("new"), 1);
 }
 
-TEST_F(ReferenceCountTest, NamesAreToldApartByteForByte) {
+TEST_F(ReferenceCountTest, NamesAreComparedByteForByte) {
   for (const char* name : {"A.B", "A.B.", "a.b", " A.B", "A.B ", "A.B\n"}) {
     SCOPED_TRACE(::testing::PrintToString(name));
     EXPECT_EQ(increase(name), 1);
   }
 }
 
-TEST_F(ReferenceCountTest, EveryKindOfNameCounts) {
+TEST_F(ReferenceCountTest, AnyNameIsCounted) {
   for (const char* name : {"", ".", "   ", "A.", ".A", "A..B", "A.B\t\r\n", "%s%n", "\xff\xfe"}) {
     SCOPED_TRACE(::testing::PrintToString(name));
     EXPECT_EQ(increase(name), 1);
@@ -72,7 +72,7 @@ TEST_F(ReferenceCountTest, NameIsCopied) {
   EXPECT_EQ(increase("copied1"), 2);
 }
 
-TEST_F(ReferenceCountTest, LongNamesAreToldApartThoughTheirReportsAreCut) {
+TEST_F(ReferenceCountTest, LongNamesAreDistinctAlthoughTheirDiagnosticsAreTruncated) {
   const std::string name(2000, 'x');
   EXPECT_EQ(increase(name + '1'), 1);
   EXPECT_EQ(increase(name + '2'), 1);
@@ -89,7 +89,7 @@ TEST_F(ReferenceCountTest, EachChangeIsReported) {
                             "context.debugOut('cpp2c', '-----str2=A.1.,count=1')"}));
 }
 
-TEST_F(ReferenceCountTest, ReportsResultIsNotTheCount) {
+TEST_F(ReferenceCountTest, ResultOfTheDiagnosticIsIgnored) {
   log.results["context.debugOut"] = -5;
   EXPECT_EQ(increase("reported"), 1);
   EXPECT_EQ(decrease("reported"), 0);
@@ -106,7 +106,7 @@ TEST_F(ReferenceCountTest, CountIsStoredBeforeItIsReported) {
   EXPECT_EQ(inner, 3);
 }
 
-TEST_F(ReferenceCountTest, OutlastsTheTeardown) {
+TEST_F(ReferenceCountTest, SurvivesTheTeardown) {
   c_context_init(0, 0);
   increase("lasting");
   c_context_deinit();
@@ -114,7 +114,7 @@ TEST_F(ReferenceCountTest, OutlastsTheTeardown) {
   EXPECT_EQ(increase("lasting"), 2);
 }
 
-TEST_F(ReferenceCountTest, NeedsNoContext) {
+TEST_F(ReferenceCountTest, WorksWithoutAContext) {
   releaseContext(nullptr);
   proxy.instance = nullptr;
   EXPECT_EQ(increase("alone"), 1);

@@ -9,7 +9,7 @@
 
 #include "include_c"
 
-// One of the two functions that access a leaf relative to an object. It works on a 32-bit integer.
+// One of the two functions for relative access, with a 32-bit integer as its data.
 struct RelativeAccess {
   const char* function;
   const char* verb;
@@ -26,7 +26,7 @@ inline int getWord(const char* base, const char* relpath, const char* name, cons
   return c_cfm_get_value_v2(base, relpath, name, type, &word, sizeof word);
 }
 
-// Both of them, as the parameters of a test.
+// Both functions, as test parameters.
 inline auto relativeAccesses() {
   return ::testing::Values(RelativeAccess{"c_cfm_set_value_v2", "Set", setWord},
                            RelativeAccess{"c_cfm_get_value_v2", "Get", getWord});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The conversion of a text to a flag.
+// The conversion of a string to a flag.
 #include <string>
 
 #include "tests/support/recording_test.h"
@@ -22,34 +22,34 @@ TEST_F(Str2BoolTest, FalseIsZero) {
   EXPECT_EQ(calls(), Calls());
 }
 
-// The flag and the text that it is converted from, in the same storage.
+// The flag and the string in the same memory.
 union SharedStorage {
   char text[8];
   int flag;
 };
 
-TEST_F(Str2BoolTest, TrueIsConvertedWithinItsOwnStorage) {
+TEST_F(Str2BoolTest, FlagMayShareTheMemoryOfTheStringTrue) {
   SharedStorage shared = {"true"};
   EXPECT_EQ(c_cfm_str2bool(shared.text, &shared.flag), 0);
   EXPECT_EQ(shared.flag, 1);
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(Str2BoolTest, FalseIsConvertedWithinItsOwnStorage) {
+TEST_F(Str2BoolTest, FlagMayShareTheMemoryOfTheStringFalse) {
   SharedStorage shared = {"false"};
   EXPECT_EQ(c_cfm_str2bool(shared.text, &shared.flag), 0);
   EXPECT_EQ(shared.flag, 0);
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(Str2BoolTest, RejectedTextIsReportedBeforeTheLeaveTrace) {
+TEST_F(Str2BoolTest, RejectedStringIsReportedBeforeTheLeaveTrace) {
   int flag = 7;
   EXPECT_EQ(c_cfm_str2bool("yes", &flag), -1023);
   EXPECT_EQ(calls(), Calls({"context.debugOut('cpp2c', 'yes')",
                             "context.debugOut('cpp2c', 'c_cfm_str2bool: Leave: param error!\n')"}));
 }
 
-TEST_F(Str2BoolTest, FlagIsClearedBeforeTheReport) {
+TEST_F(Str2BoolTest, FlagIsClearedBeforeTheDiagnostic) {
   int flag = 7;
   int reported_with = 7;
   log.on_call = [&](const std::string& call) {
@@ -59,13 +59,13 @@ TEST_F(Str2BoolTest, FlagIsClearedBeforeTheReport) {
   EXPECT_EQ(reported_with, 0);
 }
 
-TEST_F(Str2BoolTest, RejectedTextIsNotTakenAsAFormat) {
+TEST_F(Str2BoolTest, RejectedStringIsNotUsedAsAFormat) {
   int flag = 7;
   c_cfm_str2bool("%s%n%d", &flag);
   EXPECT_EQ(context.diagnostics.at(0).text, "%s%n%d");
 }
 
-TEST_F(Str2BoolTest, FailsWithoutAContextToo) {
+TEST_F(Str2BoolTest, OtherStringFailsWithoutAContext) {
   int flag = 7;
   releaseContext(nullptr);
   proxy.instance = nullptr;
@@ -75,7 +75,7 @@ TEST_F(Str2BoolTest, FailsWithoutAContextToo) {
 
 class RejectedFlagTest : public RecordingTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(RejectedFlagTest, LeavesZeroAndIsReported) {
+TEST_P(RejectedFlagTest, FlagIsZeroAndTheStringIsReported) {
   int flag = 7;
   EXPECT_EQ(c_cfm_str2bool(GetParam(), &flag), -1023);
   EXPECT_EQ(flag, 0);

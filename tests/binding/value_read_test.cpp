@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Typed reads of leaves.
+// Reads of leaves.
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -12,7 +12,7 @@ constexpr const char* kTooLong = "context.debugOut('cpp2c', ' data length of str
 
 class ValueReadTest : public RecordingTest {
  protected:
-  // A leaf whose node counts the bytes of its text.
+  // Sets the leaf. Its node reports the length of `value`.
   void setLeaf(const std::string& type, const std::string& value) {
     setLeaf(type, value, static_cast<unsigned int>(value.size()));
   }
@@ -25,7 +25,7 @@ class ValueReadTest : public RecordingTest {
     return c_cfm_get_value("A.B", type, data, data_len);
   }
 
-  // Sixteen bytes 'x', of which the first `size` have been offered to a read of the leaf as a text.
+  // Reads the leaf as text into the first `size` bytes of sixteen bytes 'x' and returns all sixteen.
   std::string readText(unsigned int size) {
     std::string buffer(16, 'x');
     EXPECT_EQ(read("str", buffer.data(), size), 0);
@@ -41,14 +41,14 @@ class ValueReadTest : public RecordingTest {
   }
 };
 
-TEST_F(ValueReadTest, TextTakesTheWayFromTheContextToTheNodeAndBack) {
+TEST_F(ValueReadTest, NodeOfATextIsReleasedAfterTheRead) {
   setLeaf("str", "abc");
   readText(16);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.getNode('A.B')", "node.getType()", "node.getLength()",
                             "node.getValue()", "cfm.releaseNode('A.B')"}));
 }
 
-TEST_F(ValueReadTest, WordsAndFlagsTakeTheWayFromTheContextToTheNodeAndBack) {
+TEST_F(ValueReadTest, NodeOfAWordOrFlagIsReleasedAfterTheRead) {
   const Calls way = {"context.getCfm()", "cfm.getNode('A.B')", "node.getType()", "node.getValue()",
                      "cfm.releaseNode('A.B')"};
   for (const char* type : {"int", "uint", "bool"}) {
@@ -67,13 +67,13 @@ TEST_F(ValueReadTest, EmptyTextClearsTheBufferUpToTheLastByte) {
   EXPECT_EQ(readText(4), std::string("\0\0\0xxxxxxxxxxxxx", 16));
 }
 
-TEST_F(ValueReadTest, TextOfTheBuffersSizeLosesItsLastCharacterWithoutAWarning) {
+TEST_F(ValueReadTest, TextAsLongAsTheBufferIsTruncatedWithoutAWarning) {
   setLeaf("str", "0123456789");
   EXPECT_EQ(readText(10), "012345678xxxxxxx");
   EXPECT_TRUE(context.diagnostics.empty());
 }
 
-TEST_F(ValueReadTest, TextOneShorterThanTheBufferArrivesWholeAndUnterminated) {
+TEST_F(ValueReadTest, TextOneShorterThanTheBufferIsNotTerminated) {
   setLeaf("str", "012345678");
   EXPECT_EQ(readText(10), "012345678xxxxxxx");
   EXPECT_TRUE(context.diagnostics.empty());
@@ -84,14 +84,14 @@ TEST_F(ValueReadTest, TextTwoShorterThanTheBufferIsTerminated) {
   EXPECT_EQ(readText(10), std::string("01234567\0xxxxxxx", 16));
 }
 
-TEST_F(ValueReadTest, LongTextIsCutWithAWarningBeforeItIsRead) {
+TEST_F(ValueReadTest, WarningPrecedesTheReadOfALongText) {
   setLeaf("str", "0123456789abcdefghij");
   EXPECT_EQ(readText(8), "0123456xxxxxxxxx");
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.getNode('A.B')", "node.getType()", "node.getLength()",
                             kTooLong, "node.getValue()", "cfm.releaseNode('A.B')"}));
 }
 
-TEST_F(ValueReadTest, WarningGoesByTheLengthThatTheNodeReports) {
+TEST_F(ValueReadTest, WarningDependsOnTheLengthReportedByTheNode) {
   setLeaf("str", "abc", 9);
   EXPECT_EQ(readText(8), std::string("abc\0\0\0\0xxxxxxxxx", 16));
   EXPECT_EQ(context.diagnostics.size(), 1U);
@@ -106,7 +106,7 @@ TEST_F(ValueReadTest, LengthsAreComparedUnsigned) {
   EXPECT_EQ(context.diagnostics.size(), 1U);
 }
 
-TEST_F(ValueReadTest, BufferOfOneByteReceivesNothing) {
+TEST_F(ValueReadTest, BufferOfOneByteIsNotWritten) {
   setLeaf("str", "abc");
   EXPECT_EQ(readText(1), std::string(16, 'x'));
 }
@@ -149,7 +149,7 @@ TEST_F(ValueReadTest, UnsignedIntegersAreReadWithASign) {
   EXPECT_EQ(readWord<std::uint32_t>("uint", "2147483647"), 2147483647);
 }
 
-TEST_F(ValueReadTest, FlagIsZeroForFalseAndNought) {
+TEST_F(ValueReadTest, FlagIsZeroForFalseAndZero) {
   EXPECT_EQ(readWord<std::int32_t>("bool", "false"), 0);
   EXPECT_EQ(readWord<std::int32_t>("bool", "0"), 0);
 }
@@ -161,7 +161,7 @@ TEST_F(ValueReadTest, FlagIsOneForAnyOtherText) {
   }
 }
 
-TEST_F(ValueReadTest, FlagFillsAWordWhateverTheLength) {
+TEST_F(ValueReadTest, FlagIsAWordWhateverTheLength) {
   for (const char* text : {"true", "false"}) {
     unsigned char bytes[5] = {0xaa, 0xaa, 0xaa, 0xaa, 0xaa};
     std::int32_t word;
@@ -184,14 +184,14 @@ TEST_F(ValueReadTest, UnknownTypeStoresNothing) {
 
 class TextReadTest : public ValueReadTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(TextReadTest, TextIsCopiedAsItStands) {
+TEST_P(TextReadTest, TextIsCopiedUnchanged) {
   char buffer[16] = {};
   setLeaf(GetParam(), "any text");
   EXPECT_EQ(read(GetParam(), buffer, sizeof buffer), 0);
   EXPECT_STREQ(buffer, "any text");
 }
 
-TEST_P(TextReadTest, LongTextIsCutWithAWarning) {
+TEST_P(TextReadTest, LongTextIsTruncatedWithAWarning) {
   char buffer[4] = {};
   setLeaf(GetParam(), "any text");
   EXPECT_EQ(read(GetParam(), buffer, sizeof buffer), 0);
@@ -205,7 +205,7 @@ INSTANTIATE_TEST_SUITE_P(Types, TextReadTest,
 
 class WordReadTest : public ValueReadTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(WordReadTest, BufferNeedsNoAlignment) {
+TEST_P(WordReadTest, UnalignedBufferIsFilled) {
   setLeaf(GetParam(), "1");
   for (std::size_t offset = 0; offset < 4; ++offset) {
     alignas(std::int32_t) char bytes[8];
@@ -224,7 +224,7 @@ INSTANTIATE_TEST_SUITE_P(Types, WordReadTest, testing::Values("int", "uint", "bo
 
 class IntegerReadTest : public ValueReadTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(IntegerReadTest, BufferBelowFourBytesIsRefusedAndStaysUntouched) {
+TEST_P(IntegerReadTest, BufferBelowFourBytesIsRejectedAndNotWritten) {
   for (unsigned int size = 1; size < 4; ++size) {
     char bytes[4] = {'x', 'x', 'x', 'x'};
     setLeaf(GetParam(), "12");
@@ -243,7 +243,7 @@ TEST_P(IntegerReadTest, LargerBufferReceivesOneWord) {
   EXPECT_EQ(std::string(bytes, 8), std::string("\0\0\0\0xxxx", 8));
 }
 
-TEST_P(IntegerReadTest, WrittenWordReadsBackAsItWas) {
+TEST_P(IntegerReadTest, WrittenWordIsReadBackUnchanged) {
   const std::uint32_t written = 3000000000;
   setLeaf(GetParam(), "");
   c_cfm_set_value("A.B", 0, GetParam(), &written, sizeof written);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Typed writes of leaves.
+// Writes of leaves.
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -25,21 +25,21 @@ class ValueWriteTest : public RecordingTest {
     return write(type, &word, sizeof word);
   }
 
-  // The text that the last write has sent, as the log shows it.
+  // Returns the call of setValue() by the last write.
   std::string written() {
     const Calls all = calls();
     return all.empty() ? "" : all.back();
   }
 };
 
-TEST_F(ValueWriteTest, NodeIsHandedBackBeforeTheWrite) {
+TEST_F(ValueWriteTest, NodeIsReleasedBeforeTheWrite) {
   log.results["cfm.setValue"] = -33;
   EXPECT_EQ(write("str", "new", 4), -33);
   EXPECT_EQ(calls(), Calls({"context.getCfm()", "cfm.getNode('A.B')", "node.getType()",
                             "cfm.releaseNode('A.B')", "cfm.setValue('A.B', 'new', 7)"}));
 }
 
-TEST_F(ValueWriteTest, WordsAndFlagsHandTheNodeBackBeforeTheWrite) {
+TEST_F(ValueWriteTest, NodeOfAWordOrFlagIsReleasedBeforeTheWrite) {
   const Calls way = {"context.getCfm()", "cfm.getNode('A.B')", "node.getType()", "cfm.releaseNode('A.B')",
                      "cfm.setValue('A.B', '1', 7)"};
   writeWord("int", 1);
@@ -50,7 +50,7 @@ TEST_F(ValueWriteTest, WordsAndFlagsHandTheNodeBackBeforeTheWrite) {
   EXPECT_EQ(calls(), Calls({way[0], way[1], way[2], way[3], "cfm.setValue('A.B', 'true', 7)"}));
 }
 
-TEST_F(ValueWriteTest, TextIsReadAfterTheNodeIsHandedBack) {
+TEST_F(ValueWriteTest, TextIsReadAfterTheNodeIsReleased) {
   char text[] = "older";
   log.on_call = [&](const std::string& call) {
     if (call == "cfm.releaseNode('A.B')") std::memcpy(text, "newer", sizeof text);
@@ -59,7 +59,7 @@ TEST_F(ValueWriteTest, TextIsReadAfterTheNodeIsHandedBack) {
   EXPECT_EQ(written(), "cfm.setValue('A.B', 'newer', 7)");
 }
 
-TEST_F(ValueWriteTest, FlagIsReadAfterTheNodeIsHandedBack) {
+TEST_F(ValueWriteTest, FlagIsReadAfterTheNodeIsReleased) {
   setLeaf("bool");
   std::int32_t flag = 0;
   log.on_call = [&](const std::string& call) {
@@ -69,7 +69,7 @@ TEST_F(ValueWriteTest, FlagIsReadAfterTheNodeIsHandedBack) {
   EXPECT_EQ(written(), "cfm.setValue('A.B', 'true', 7)");
 }
 
-TEST_F(ValueWriteTest, WordIsReadBeforeTheNodeIsHandedBack) {
+TEST_F(ValueWriteTest, WordIsReadBeforeTheNodeIsReleased) {
   for (const char* type : {"int", "uint"}) {
     setLeaf(type);
     std::int32_t word = 1;
@@ -81,12 +81,12 @@ TEST_F(ValueWriteTest, WordIsReadBeforeTheNodeIsHandedBack) {
   }
 }
 
-TEST_F(ValueWriteTest, OptionPassesUnchanged) {
+TEST_F(ValueWriteTest, OptionIsPassedUnchanged) {
   c_cfm_set_value("A.B", std::numeric_limits<int>::min(), "str", "new", 4);
   EXPECT_EQ(written(), "cfm.setValue('A.B', 'new', -2147483648)");
 }
 
-TEST_F(ValueWriteTest, LengthDoesNotBoundTheText) {
+TEST_F(ValueWriteTest, LengthDoesNotTruncateTheText) {
   EXPECT_EQ(write("str", "a long text", 1), 0);
   EXPECT_EQ(written(), "cfm.setValue('A.B', 'a long text', 7)");
 }
@@ -156,7 +156,7 @@ TEST_F(ValueWriteTest, FlagIsTrueUnlessAllItsBytesAreZero) {
   EXPECT_EQ(written(), "cfm.setValue('A.B', 'true', 7)");
 }
 
-TEST_F(ValueWriteTest, UnknownTypeIsLeftAlone) {
+TEST_F(ValueWriteTest, LeafOfAnUnknownTypeIsNotWritten) {
   setLeaf("hex");
   EXPECT_EQ(write("hex", "ff", 3), 0);
   EXPECT_EQ(calls(),
@@ -165,7 +165,7 @@ TEST_F(ValueWriteTest, UnknownTypeIsLeftAlone) {
 
 class TextWriteTest : public ValueWriteTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(TextWriteTest, TextPassesAsItStands) {
+TEST_P(TextWriteTest, TextIsPassedUnchanged) {
   setLeaf(GetParam());
   log.results["cfm.setValue"] = 5;
   EXPECT_EQ(write(GetParam(), "any text at all", 1), 5);
@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(Types, TextWriteTest,
 
 class WordWriteTest : public ValueWriteTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(WordWriteTest, DataNeedsNoAlignment) {
+TEST_P(WordWriteTest, UnalignedDataIsWritten) {
   const std::int32_t word = 1;
   const std::string expected = GetParam() == std::string("bool") ? "true" : "1";
   setLeaf(GetParam());

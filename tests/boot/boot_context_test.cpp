@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a participant of the lifecycle does that overrides nothing.
+// The default operations of a participant.
 #include "boot/boot_context.h"
 
 #include <memory>
@@ -39,19 +39,19 @@ TYPED_TEST(DefaultsTest, ConfigurationCalledMasterIsAccepted) {
   EXPECT_EQ(this->boot.onUnconfig("master", 5), 0);
 }
 
-TYPED_TEST(DefaultsTest, AnyOtherConfigurationIsForSomebodyElse) {
+TYPED_TEST(DefaultsTest, OtherConfigurationsAreNotForThisParticipant) {
   for (const char* name : {"Master", "MASTER", "master ", " master", "maste", "masters", "cfmd", ""}) {
     EXPECT_EQ(this->boot.onConfig(name, 0), 100) << '"' << name << '"';
     EXPECT_EQ(this->boot.onUnconfig(name, 0), 100) << '"' << name << '"';
   }
 }
 
-TYPED_TEST(DefaultsTest, ConfigurationNameCountsPastAnEmbeddedNul) {
+TYPED_TEST(DefaultsTest, ConfigurationNameIsComparedBeyondAnEmbeddedNul) {
   EXPECT_EQ(this->boot.onConfig(std::string("master\0", 7), 0), 100);
   EXPECT_EQ(this->boot.onUnconfig(std::string("master\0", 7), 0), 100);
 }
 
-TEST(BootContextTest, ParticipantsHoldNoData) {
+TEST(BootContextTest, ParticipantsHaveNoData) {
   static_assert(sizeof(IBootContext) == sizeof(void*));
   static_assert(sizeof(IModule) == sizeof(void*));
   static_assert(IBootContext::kNotForMe == 100);

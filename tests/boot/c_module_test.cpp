@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Modules written in C: a table of functions that takes part in the lifecycle.
+// Modules written in C.
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,7 +10,7 @@
 
 namespace {
 
-// The calls of the table's functions, which have no user pointer to lead anywhere.
+// The calls of the table's functions. Global, because the functions have no user pointer.
 Calls g_entered;
 int g_answer = 0;
 
@@ -47,7 +47,7 @@ int dependence(const char* name) {
   return enter(std::string("recvDependence ") + name);
 }
 
-// A step of the lifecycle: how the framework takes it, and what the table's function then sees.
+// A step of the lifecycle: the operation that the framework calls, and the resulting call in the table.
 struct Step {
   const char* name;
   std::function<int(IModule& module)> take;
@@ -99,17 +99,17 @@ TEST_P(StepTest, CallsItsEntryAndReturnsItsResult) {
   EXPECT_EQ(calls(), Calls()) << "A result of the entry's own is not reported.";
 }
 
-TEST_P(StepTest, SucceedsSilentlyWithoutAnEntry) {
+TEST_P(StepTest, WithoutAnEntrySucceedsWithoutADiagnostic) {
   EXPECT_EQ(GetParam().take(regist(&empty)), 0);
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_P(StepTest, FailsWithAReportWithoutATable) {
+TEST_P(StepTest, WithoutATableFailsWithADiagnostic) {
   EXPECT_EQ(GetParam().take(regist(nullptr)), -1022);
   EXPECT_EQ(calls(), Calls({std::string("context.debugOut('cpp2c', '") + GetParam().name + " not init!')"}));
 }
 
-TEST_P(StepTest, FailsSilentlyWithoutATableAndAContext) {
+TEST_P(StepTest, WithoutATableAndAContextFailsSilently) {
   releaseContext(nullptr);
   proxy.instance = nullptr;
   EXPECT_EQ(GetParam().take(regist(nullptr)), -1022);
@@ -135,7 +135,7 @@ TEST_F(CModuleTest, StopStepSucceedsWhateverTheTable) {
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(CModuleTest, AnyConfigurationNameReachesTheEntry) {
+TEST_F(CModuleTest, ConfigurationNamesReachTheEntry) {
   IModule& module = regist(&full);
   module.onConfig("Master", 5);
   module.onConfig("master", 5);
@@ -143,7 +143,7 @@ TEST_F(CModuleTest, AnyConfigurationNameReachesTheEntry) {
   EXPECT_EQ(g_entered, Calls({"onConfig Master 5", "onConfig master 5", "onUnconfig  0"}));
 }
 
-TEST_F(CModuleTest, NamesAreCutAtAnEmbeddedNul) {
+TEST_F(CModuleTest, EntryReceivesNamesUpToAnEmbeddedNul) {
   IModule& module = regist(&full);
   module.onConfig(std::string("cf\0md", 5), 1);
   module.onUnconfig(std::string("mas\0ter", 7), 2);
@@ -164,7 +164,7 @@ TEST_F(CModuleTest, RegistrationDoesNotReachTheContext) {
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(CModuleTest, EachRegistrationMakesAModule) {
+TEST_F(CModuleTest, EachRegistrationCreatesAModule) {
   void* first = c_module_regist(&full);
   void* second = c_module_regist(&full);
   EXPECT_NE(first, second);
@@ -193,7 +193,7 @@ class Derived : public IModule {
   bool& destroyed_;
 };
 
-TEST_F(CModuleTest, UnregistrationDestroysWhateverTheModuleIs) {
+TEST_F(CModuleTest, UnregistrationCallsTheDestructorOfAnyModule) {
   bool destroyed = false;
   c_module_unregist(static_cast<IModule*>(new Derived(destroyed)));
   EXPECT_TRUE(destroyed);

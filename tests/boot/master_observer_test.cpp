@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The master observer: its registration, and what its operations call.
+// The master observer: its registration and its operations.
 #include <climits>
 #include <string>
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-// The calls that the tables below received.
+// The calls of the functions in the tables below.
 CallLog callbacks;
 
 int load() {
@@ -47,14 +47,14 @@ class MasterObserverTest : public RecordingTest {
  protected:
   MasterObserverTest() { callbacks = {}; }
 
-  // The observer that the context was given for `callback_table`.
+  // Registers `callback_table` and returns the observer that the context received.
   IBootContext& registered(ModuleCallbacks* callback_table) {
     c_context_regist_master_observer(callback_table);
     calls();
     return *context.master_observers.at(0);
   }
 
-  // Enters every operation and gives the results, in order.
+  // Calls every operation and returns the results in order.
   static std::string results(IBootContext& observer) {
     std::string text;
     for (const int result : {observer.onLoad(), observer.onStart(), observer.onConfig("name", 1),
@@ -74,7 +74,7 @@ TEST_F(MasterObserverTest, IsRegisteredWithTheContext) {
   EXPECT_EQ(calls(), Calls({"context.registMasterObserver(object)"}));
 }
 
-TEST_F(MasterObserverTest, ResultIsTheContexts) {
+TEST_F(MasterObserverTest, RegistrationReturnsTheResultOfTheContext) {
   log.results["context.registMasterObserver"] = -12;
   EXPECT_EQ(c_context_regist_master_observer(&table), -12);
 }
@@ -94,26 +94,26 @@ TEST_F(MasterObserverTest, SecondRegistrationIsIgnored) {
   EXPECT_EQ(callbacks.take(), Calls({"load()"}));
 }
 
-TEST_F(MasterObserverTest, SecondRegistrationOfTheSameTableIsIgnoredToo) {
+TEST_F(MasterObserverTest, SecondRegistrationOfTheSameTableIsIgnored) {
   registered(&table);
   EXPECT_NE(c_context_regist_master_observer(&table), 0);
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(MasterObserverTest, FirstRegistrationWinsThoughItsTableIsNull) {
+TEST_F(MasterObserverTest, FirstRegistrationIsKeptEvenIfItsTableIsNull) {
   IBootContext& observer = registered(nullptr);
   EXPECT_NE(c_context_regist_master_observer(&table), 0);
   EXPECT_EQ(observer.onLoad(), -1022);
 }
 
-TEST_F(MasterObserverTest, FirstRegistrationWinsThoughTheContextRefusedIt) {
+TEST_F(MasterObserverTest, FirstRegistrationIsKeptEvenIfTheContextRejectedIt) {
   log.results["context.registMasterObserver"] = -12;
   registered(&table);
   EXPECT_NE(c_context_regist_master_observer(&table), 0);
   EXPECT_EQ(context.master_observers.size(), 1U);
 }
 
-TEST_F(MasterObserverTest, ObserverAndTableAreInPlaceBeforeTheContextIsAsked) {
+TEST_F(MasterObserverTest, ObserverAndTableAreStoredBeforeTheContextIsCalled) {
   int nested = 0;
   log.on_call = [this, &nested](const std::string&) {
     context.master_observers.back()->onStart();
@@ -124,7 +124,7 @@ TEST_F(MasterObserverTest, ObserverAndTableAreInPlaceBeforeTheContextIsAsked) {
   EXPECT_EQ(callbacks.take(), Calls({"start()"}));
 }
 
-TEST_F(MasterObserverTest, WithoutAContextIsKeptUnregistered) {
+TEST_F(MasterObserverTest, WithoutAContextIsStoredButNotRegistered) {
   releaseContext(nullptr);
   proxy.instance = nullptr;
   log.results["context.registMasterObserver"] = -12;
@@ -135,7 +135,7 @@ TEST_F(MasterObserverTest, WithoutAContextIsKeptUnregistered) {
   EXPECT_TRUE(context.master_observers.empty());
 }
 
-TEST_F(MasterObserverTest, IsAcceptedAgainAfterTheTeardown) {
+TEST_F(MasterObserverTest, IsRegisteredAgainAfterTheTeardown) {
   ModuleCallbacks other = {};
   other.onLoad = otherLoad;
   c_context_regist_master_observer(&table);
@@ -152,19 +152,19 @@ TEST_F(MasterObserverTest, EachOperationCallsItsEntry) {
                                      "unload()", "depend('name')"}));
 }
 
-TEST_F(MasterObserverTest, EachOperationAnswersItsEntrysResultWithoutADiagnostic) {
+TEST_F(MasterObserverTest, EachOperationReturnsTheResultOfItsEntryWithoutADiagnostic) {
   callbacks.results = {{"load", -1},     {"start", -2},  {"config", -3}, {"run", -4},
                        {"unconfig", -5}, {"unload", -6}, {"depend", 7}};
   EXPECT_EQ(results(registered(&table)), "-1 -2 -3 -4 -5 0 -6 7 ");
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(MasterObserverTest, EmptyEntriesSucceed) {
+TEST_F(MasterObserverTest, NullEntriesSucceed) {
   EXPECT_EQ(results(registered(&empty)), "0 0 0 0 0 0 0 0 ");
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(MasterObserverTest, NullTableIsRefusedSilently) {
+TEST_F(MasterObserverTest, NullTableFailsWithoutADiagnostic) {
   EXPECT_EQ(results(registered(nullptr)), "-1022 -1022 -1022 -1022 -1022 0 -1022 -1022 ");
   EXPECT_EQ(calls(), Calls());
 }
@@ -190,14 +190,14 @@ TEST_F(MasterObserverTest, EachEntryMayBeTheOnlyOne) {
   }
 }
 
-TEST_F(MasterObserverTest, UnconfigIsNotCalledWhereConfigIsMissing) {
+TEST_F(MasterObserverTest, UnconfigIsNotCalledIfConfigIsMissing) {
   callbacks.results["unconfig"] = -5;
   empty.onUnconfig = unconfig;
   EXPECT_EQ(registered(&empty).onUnconfig("master", 1), 0);
   EXPECT_EQ(callbacks.take(), Calls());
 }
 
-TEST_F(MasterObserverTest, UnconfigIsCalledWhereConfigIsSet) {
+TEST_F(MasterObserverTest, UnconfigIsCalledIfConfigIsSet) {
   callbacks.results["unconfig"] = -5;
   empty.onConfig = config;
   empty.onUnconfig = unconfig;
@@ -211,7 +211,7 @@ TEST_F(MasterObserverTest, ConfigNeedsNoUnconfig) {
   EXPECT_EQ(callbacks.take(), Calls({"config('master', 1)"}));
 }
 
-TEST_F(MasterObserverTest, EveryConfigurationNameReachesTheEntries) {
+TEST_F(MasterObserverTest, ConfigurationNamesReachTheEntries) {
   IBootContext& observer = registered(&table);
   for (const char* name : {"master", "Master", "cfmd", "", " "}) {
     SCOPED_TRACE(::testing::PrintToString(name));
@@ -222,7 +222,7 @@ TEST_F(MasterObserverTest, EveryConfigurationNameReachesTheEntries) {
   }
 }
 
-TEST_F(MasterObserverTest, NamesWithANulReachTheEntriesCut) {
+TEST_F(MasterObserverTest, EntriesReceiveNamesUpToAnEmbeddedNul) {
   const std::string name("A\0B", 3);
   IBootContext& observer = registered(&table);
   observer.onConfig(name, 1);
@@ -231,7 +231,7 @@ TEST_F(MasterObserverTest, NamesWithANulReachTheEntriesCut) {
   EXPECT_EQ(callbacks.take(), Calls({"config('A', 1)", "unconfig('A', 2)", "depend('A')"}));
 }
 
-TEST_F(MasterObserverTest, TableStaysTheCallers) {
+TEST_F(MasterObserverTest, TableRemainsOwnedByTheCaller) {
   IBootContext& observer = registered(&table);
   table.onLoad = otherLoad;
   observer.onLoad();
@@ -245,7 +245,7 @@ TEST_F(NotifyDependsTest, ReachesTheContext) {
   EXPECT_EQ(calls(), Calls({"context.notifyDepends('link')"}));
 }
 
-TEST_F(NotifyDependsTest, EveryKindOfNamePassesUnchanged) {
+TEST_F(NotifyDependsTest, NamesArePassedUnchanged) {
   for (const std::string& name :
        {std::string(), std::string("."), std::string("   "), std::string("A."), std::string(".A"),
         std::string("A..B"), std::string("A \n"), std::string("%s"), std::string(5000, 'x')}) {
@@ -255,7 +255,7 @@ TEST_F(NotifyDependsTest, EveryKindOfNamePassesUnchanged) {
   }
 }
 
-TEST_F(NotifyDependsTest, DropsTheContextsResult) {
+TEST_F(NotifyDependsTest, IgnoresTheResultOfTheContext) {
   log.results["context.notifyDepends"] = -1;
   c_context_notify_depends("link");
   EXPECT_EQ(calls(), Calls({"context.notifyDepends('link')"}));

@@ -16,19 +16,19 @@ namespace {
 
 constexpr const char* kUnknownLibrary = "/nowhere/no_such_module.so";
 
-// Closes a library that has been left open, so that the next test finds it closed.
+// Closes a library that is still open, so that the next test finds it closed.
 void closeLeftOpen(const char* path) {
   void* handle = dlopen(path, RTLD_LAZY | RTLD_NOLOAD);
   dlclose(handle);
   dlclose(handle);
 }
 
-// A handle of no library, for modules that the test itself owns.
+// A DllMgr without a library, for modules that the test owns.
 DllMgr* noLibrary() {
   return new DllMgr(kUnknownLibrary);
 }
 
-// Modules of the test's own in ascending order of their addresses, entered in another.
+// Modules owned by the test, in ascending order of their addresses, but added in a different order.
 class ProductModulesTest : public RecordingTest {
  protected:
   ProductModulesTest() {
@@ -39,7 +39,7 @@ class ProductModulesTest : public RecordingTest {
   RecordingProduct product;
 };
 
-// One of the four operations that differ only in their name.
+// One of the four operations that differ only in name.
 struct Step {
   const char* name;
   int (IBootContext::*operation)();
@@ -53,12 +53,12 @@ class ProductStepTest : public ProductModulesTest, public ::testing::WithParamIn
   Calls allThree() const { return {of("a") + "()", of("b") + "()", of("c") + "()"}; }
 };
 
-TEST_P(ProductStepTest, ReachesAllModulesInOrderOfTheirAddresses) {
+TEST_P(ProductStepTest, CallsAllModulesInOrderOfTheirAddresses) {
   EXPECT_EQ(step(), 0);
   EXPECT_EQ(calls(), allThree());
 }
 
-TEST_P(ProductStepTest, ResultIsTheLastOneOfTheFailures) {
+TEST_P(ProductStepTest, ResultIsTheLastFailure) {
   log.results = {{of("a"), -1}, {of("b"), -2}};
   EXPECT_EQ(step(), -2);
   log.results = {{of("a"), -2}, {of("b"), -1}};
@@ -72,7 +72,7 @@ TEST_P(ProductStepTest, SuccessAfterAFailureDoesNotHideIt) {
   EXPECT_EQ(step(), -7);
 }
 
-TEST_P(ProductStepTest, FailureDoesNotKeepTheOthersFromBeingCalled) {
+TEST_P(ProductStepTest, OtherModulesAreCalledAfterAFailure) {
   log.results = {{of("a"), -7}, {of("b"), -8}};
   step();
   EXPECT_EQ(calls(), allThree());
@@ -83,7 +83,7 @@ TEST_P(ProductStepTest, ResultMayBePositive) {
   EXPECT_EQ(step(), 100);
 }
 
-TEST_P(ProductStepTest, EmptyEntriesAreSkipped) {
+TEST_P(ProductStepTest, NullEntriesAreSkipped) {
   delete product.modules[&modules[1]];
   product.modules[&modules[1]] = nullptr;
   product.modules[nullptr] = noLibrary();
@@ -119,7 +119,7 @@ TEST_F(ProductConfigurationTest, UnconfigReachesTheModulesForMaster) {
                             "c.onUnconfig('master', 2147483647)"}));
 }
 
-TEST_F(ProductConfigurationTest, ConfigForAnyOtherNameIsForNobodyHere) {
+TEST_F(ProductConfigurationTest, ConfigForAnotherNameReachesNoModule) {
   for (const std::string& name :
        {std::string("master"), std::string(), std::string("Cfmd"), std::string("cfm"), std::string("cfmd "),
         std::string(" cfmd"), std::string("cfmd\0", 5)}) {
@@ -129,7 +129,7 @@ TEST_F(ProductConfigurationTest, ConfigForAnyOtherNameIsForNobodyHere) {
   }
 }
 
-TEST_F(ProductConfigurationTest, UnconfigForAnyOtherNameIsForNobodyHere) {
+TEST_F(ProductConfigurationTest, UnconfigForAnotherNameReachesNoModule) {
   for (const std::string& name :
        {std::string("cfmd"), std::string(), std::string("Master"), std::string("maste"),
         std::string("master "), std::string(" master"), std::string("master\0", 7)}) {
@@ -139,14 +139,14 @@ TEST_F(ProductConfigurationTest, UnconfigForAnyOtherNameIsForNobodyHere) {
   }
 }
 
-TEST_F(ProductConfigurationTest, ResultsAreCombinedAsInTheOtherSteps) {
+TEST_F(ProductConfigurationTest, ResultIsTheLastFailure) {
   log.results = {{"a.onConfig", -1}, {"b.onConfig", -2}, {"b.onUnconfig", -3}, {"c.onUnconfig", 100}};
   EXPECT_EQ(product.onConfig("cfmd", 0), -2);
   EXPECT_EQ(product.onUnconfig("master", 0), 100);
   EXPECT_EQ(calls().size(), 6U);
 }
 
-TEST_F(ProductConfigurationTest, EmptyEntriesAreSkipped) {
+TEST_F(ProductConfigurationTest, NullEntriesAreSkipped) {
   delete product.modules[&modules[0]];
   product.modules[&modules[0]] = nullptr;
   product.modules[nullptr] = noLibrary();
@@ -156,7 +156,7 @@ TEST_F(ProductConfigurationTest, EmptyEntriesAreSkipped) {
                             "c.onUnconfig('master', 2)"}));
 }
 
-TEST_F(ProductConfigurationTest, WithoutModulesTheNameStillDecides) {
+TEST_F(ProductConfigurationTest, WithoutModulesTheResultDependsOnTheName) {
   RecordingProduct none;
   EXPECT_EQ(none.onConfig("cfmd", 0), 0);
   EXPECT_EQ(none.onConfig("master", 0), 100);
@@ -172,7 +172,7 @@ TEST_F(ProductDependenceTest, ReachesAllModules) {
             Calls({"a.recvDependence('link')", "b.recvDependence('link')", "c.recvDependence('link')"}));
 }
 
-TEST_F(ProductDependenceTest, EveryNameReachesThemWhole) {
+TEST_F(ProductDependenceTest, NamesReachTheModulesUnchanged) {
   product.recvDependence(std::string("A\0B", 3));
   EXPECT_EQ(calls(),
             Calls({"a.recvDependence('A\\0B')", "b.recvDependence('A\\0B')", "c.recvDependence('A\\0B')"}));
@@ -184,7 +184,7 @@ TEST_F(ProductDependenceTest, ResultsAreIgnored) {
   EXPECT_EQ(calls().size(), 3U);
 }
 
-TEST_F(ProductDependenceTest, EmptyEntriesAreSkipped) {
+TEST_F(ProductDependenceTest, NullEntriesAreSkipped) {
   delete product.modules[&modules[2]];
   product.modules[&modules[2]] = nullptr;
   product.modules[nullptr] = noLibrary();
@@ -223,7 +223,7 @@ TEST_F(ProductReleaseTest, WithoutModulesDoesNothing) {
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(ProductReleaseTest, EntryWithoutALibraryIsSkippedAndForgotten) {
+TEST_F(ProductReleaseTest, EntryWithoutALibraryIsRemoved) {
   RecordingModule module("a");
   RecordingProduct product;
   product.modules[&module] = nullptr;
@@ -233,7 +233,7 @@ TEST_F(ProductReleaseTest, EntryWithoutALibraryIsSkippedAndForgotten) {
 
 using ProductLibrariesTest = RecordingTest;
 
-TEST_F(ProductLibrariesTest, ProductStartsEmptyWithItsContext) {
+TEST_F(ProductLibrariesTest, NewProductHasOnlyItsContext) {
   const RecordingProduct product({FIRST_MODULE}, &context);
   EXPECT_EQ(product.context, &context);
   EXPECT_TRUE(product.libraries.empty());
@@ -241,20 +241,20 @@ TEST_F(ProductLibrariesTest, ProductStartsEmptyWithItsContext) {
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(ProductLibrariesTest, EachIsOpenedAndAskedInOrderOfTheList) {
+TEST_F(ProductLibrariesTest, EachIsOpenedAndCalledInOrderOfTheList) {
   RecordingProduct product({SECOND_MODULE, FIRST_MODULE}, &context);
   product.loadModules();
   EXPECT_EQ(calls(), Calls({"product.listLibraries()", "second.open()", "second.getInstance(object)",
                             "first.open()", "first.getInstance(object)"}));
 }
 
-TEST_F(ProductLibrariesTest, ListIsTheOneThatTheProductFilled) {
+TEST_F(ProductLibrariesTest, DerivedClassFillsTheList) {
   RecordingProduct product({SECOND_MODULE, kUnknownLibrary, FIRST_MODULE});
   product.loadModules();
   EXPECT_EQ(product.libraries, std::list<std::string>({SECOND_MODULE, kUnknownLibrary, FIRST_MODULE}));
 }
 
-TEST_F(ProductLibrariesTest, EachIsAskedWithTheProductsContext) {
+TEST_F(ProductLibrariesTest, EachReceivesTheContextOfTheProduct) {
   RecordingProduct product({FIRST_MODULE, SECOND_MODULE}, &context);
   product.loadModules();
   ASSERT_EQ(product.modules.size(), 2U);
@@ -263,13 +263,13 @@ TEST_F(ProductLibrariesTest, EachIsAskedWithTheProductsContext) {
   }
 }
 
-TEST_F(ProductLibrariesTest, NullContextIsPassedToo) {
+TEST_F(ProductLibrariesTest, EachReceivesANullContext) {
   RecordingProduct product({FIRST_MODULE});
   product.loadModules();
   EXPECT_EQ(calls().back(), "first.getInstance(null)");
 }
 
-TEST_F(ProductLibrariesTest, EachModuleIsFiledWithItsLibrary) {
+TEST_F(ProductLibrariesTest, EachModuleIsStoredWithItsLibrary) {
   RecordingProduct product({FIRST_MODULE, SECOND_MODULE}, &context);
   product.loadModules();
   ASSERT_EQ(product.modules.size(), 2U);
@@ -312,7 +312,7 @@ TEST_F(ProductLibrariesTest, UnknownLibraryIsSkippedSilently) {
   EXPECT_EQ(printed.standardError(), "");
 }
 
-TEST_F(ProductLibrariesTest, LibraryWithoutGetInstanceIsSkippedAndStaysOpen) {
+TEST_F(ProductLibrariesTest, LibraryWithoutGetInstanceIsSkippedAndRemainsOpen) {
   {
     RecordingProduct product({NO_GET_INSTANCE_MODULE, FIRST_MODULE});
     product.loadModules();
@@ -323,7 +323,7 @@ TEST_F(ProductLibrariesTest, LibraryWithoutGetInstanceIsSkippedAndStaysOpen) {
   closeLeftOpen(NO_GET_INSTANCE_MODULE);
 }
 
-TEST_F(ProductLibrariesTest, LibraryThatAnswersNullIsSkippedAndStaysOpen) {
+TEST_F(ProductLibrariesTest, LibraryThatReturnsNullIsSkippedAndRemainsOpen) {
   {
     RecordingProduct product({NULL_MODULE, FIRST_MODULE});
     product.loadModules();
@@ -335,7 +335,7 @@ TEST_F(ProductLibrariesTest, LibraryThatAnswersNullIsSkippedAndStaysOpen) {
   closeLeftOpen(NULL_MODULE);
 }
 
-TEST_F(ProductLibrariesTest, ReleaseHandsTheModuleBackThenNullAndClosesTheLibrary) {
+TEST_F(ProductLibrariesTest, ReleasePassesTheModuleThenNullAndClosesTheLibrary) {
   RecordingProduct product({FIRST_MODULE});
   product.loadModules();
   calls();
@@ -345,7 +345,7 @@ TEST_F(ProductLibrariesTest, ReleaseHandsTheModuleBackThenNullAndClosesTheLibrar
   EXPECT_TRUE(product.modules.empty());
 }
 
-TEST_F(ProductLibrariesTest, ReleaseGoesInOrderOfTheModulesAddresses) {
+TEST_F(ProductLibrariesTest, ModulesAreReleasedInOrderOfTheirAddresses) {
   RecordingProduct product({FIRST_MODULE, SECOND_MODULE});
   product.loadModules();
   Calls expected;
@@ -359,7 +359,7 @@ TEST_F(ProductLibrariesTest, ReleaseGoesInOrderOfTheModulesAddresses) {
   EXPECT_EQ(calls(), expected);
 }
 
-TEST_F(ProductLibrariesTest, ReleaseClosesTheLibraryOfAnEntryWithoutAModuleToo) {
+TEST_F(ProductLibrariesTest, ReleaseClosesTheLibraryOfAnEntryWithoutAModule) {
   RecordingProduct product;
   product.modules[nullptr] = new DllMgr(FIRST_MODULE);
   calls();
@@ -376,7 +376,7 @@ TEST_F(ProductLibrariesTest, DestructionReleasesTheModules) {
   EXPECT_EQ(calls(), Calls({"first.relInstance(object)", "first.relInstance(null)", "first.close()"}));
 }
 
-TEST_F(ProductLibrariesTest, DestructionAfterReleaseReleasesNothing) {
+TEST_F(ProductLibrariesTest, DestructionAfterReleaseDoesNothing) {
   {
     RecordingProduct product({FIRST_MODULE});
     product.loadModules();
@@ -386,7 +386,7 @@ TEST_F(ProductLibrariesTest, DestructionAfterReleaseReleasesNothing) {
   EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(ProductLibrariesTest, LibraryWithoutRelInstanceIsClosedAllTheSame) {
+TEST_F(ProductLibrariesTest, LibraryWithoutRelInstanceIsClosed) {
   RecordingProduct product({NO_REL_INSTANCE_MODULE});
   product.loadModules();
   EXPECT_EQ(product.onLoad(), -21);
@@ -395,7 +395,7 @@ TEST_F(ProductLibrariesTest, LibraryWithoutRelInstanceIsClosedAllTheSame) {
   EXPECT_FALSE(OpenedLibrary::isLoaded(NO_REL_INSTANCE_MODULE));
 }
 
-TEST_F(ProductLibrariesTest, ListedTwiceIsFiledOnceAndStaysOpen) {
+TEST_F(ProductLibrariesTest, LibraryListedTwiceIsStoredOnceAndRemainsOpen) {
   RecordingProduct product({TWICE_MODULE, TWICE_MODULE});
   product.loadModules();
   EXPECT_EQ(calls(), Calls({"product.listLibraries()", "twice.open()", "twice.getInstance(null)",
@@ -420,7 +420,7 @@ TEST_F(ProductLibrariesTest, SecondHandleOfAModuleReplacesTheFirst) {
   product.loadModules();
   ASSERT_EQ(product.modules.size(), 1U);
   EXPECT_NE(product.modules.begin()->second, first);
-  delete first;  // here the test still knows it
+  delete first;  // the product no longer has it
   product.release_modules();
   EXPECT_FALSE(OpenedLibrary::isLoaded(FIRST_MODULE));
 }
@@ -436,7 +436,7 @@ TEST_F(ProductLibrariesTest, LibraryMayBeLoadedAgainAfterRelease) {
   EXPECT_EQ(product.modules.size(), 1U);
 }
 
-TEST_F(ProductLibrariesTest, WholeLifeWritesNoDiagnostic) {
+TEST_F(ProductLibrariesTest, LoadAndUnloadSendNoDiagnostic) {
   PrintedText printed;
   {
     RecordingProduct product({FIRST_MODULE, kUnknownLibrary}, &context);

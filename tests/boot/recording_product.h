@@ -10,7 +10,7 @@
 #include "boot/product_config.h"
 #include "tests/support/context_proxy.h"
 
-// A product of the given libraries that writes down what it is asked and shows what it holds.
+// A product that records its calls and gives access to its fields.
 class RecordingProduct : public IProductConfig {
  public:
   explicit RecordingProduct(std::vector<std::string> listed = {}, IContext* owner = nullptr)

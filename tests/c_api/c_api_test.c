@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: MIT */
 /*
- * The whole C interface, used from C. Each function is called through a pointer of the type that the header
- * promises, so that a changed signature does not compile.
+ * The whole C interface, used from C. Each function is called through a pointer of its documented type, so
+ * that a changed signature does not compile.
  */
 #include <stdint.h>
 #include <stdio.h>

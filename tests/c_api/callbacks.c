@@ -5,7 +5,7 @@
 #include <stdio.h>
 #include <string.h>
 
-/* What the callbacks have been told since it was cleared, each with a semicolon. */
+/* The calls of the callbacks since the last was_told(), each followed by a semicolon. */
 static char told[512];
 
 static void tell(const char* format, ...) {

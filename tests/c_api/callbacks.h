@@ -1,11 +1,11 @@
 /* SPDX-License-Identifier: MIT */
-/* One callback of each type of the C interface. Each writes down what it is told. */
+/* One callback of each type in the C interface. Each records its calls. */
 #ifndef CPP2C_TESTS_C_API_CALLBACKS_H
 #define CPP2C_TESTS_C_API_CALLBACKS_H
 
 #include "include_c"
 
-/* Whether the callbacks have been told exactly this since the last time. */
+/* Whether exactly these calls were made since the last was_told(). */
 int was_told(const char* expected);
 
 void on_ready(void* user, short events, int value);
@@ -17,7 +17,7 @@ int pass3(int id, char* name, void* userdata);
 int pass4(int id, char* name, void* userdata, void* arg);
 int on_visit(int id, char* name, void* userdata, c_pass_fn3 pass_fn3, c_pass_fn4 pass_fn4, void* arg);
 
-/* A table of callbacks that each return another power of two. */
+/* A table whose functions each return a different power of two. */
 extern ModuleCallbacks lifecycle;
 
 #endif

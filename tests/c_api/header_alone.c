@@ -1,3 +1,3 @@
 /* SPDX-License-Identifier: MIT */
-/* Compiled as each language that the header is for: it needs nothing before it. */
+/* Compiled in each supported language: the header needs no other header before it. */
 #include "include_c"

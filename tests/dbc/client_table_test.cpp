@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the cache keeps inside, its empty entries included.
+// The internal state of the cache, including its null entries.
 #include "dbc/client_table.h"
 
 #include <cstddef>
@@ -19,7 +19,7 @@ class ClientTableTest : public testing::Test {
  protected:
   ~ClientTableTest() override { c_dbc_db_destory(); }
 
-  // The objects in the root; null says that an entry is empty.
+  // The objects in the root, and whether each has a table.
   std::vector<std::pair<int, bool>> objects() const {
     std::vector<std::pair<int, bool>> result;
     for (const auto& [db, table] : root) result.emplace_back(db, table != nullptr);
@@ -44,7 +44,7 @@ TEST_F(ClientTableTest, NewCacheIsEmpty) {
   EXPECT_EQ(objects(), Objects());
 }
 
-TEST_F(ClientTableTest, ItemCarriesItsNameBeforeItsPointer) {
+TEST_F(ClientTableTest, ItemHasItsNameBeforeItsPointer) {
   static_assert(offsetof(DBClientItem, name) == 0);
   static_assert(offsetof(DBClientItem, userdata) == sizeof(std::string));
   static_assert(sizeof(DBClientItem) == sizeof(std::string) + sizeof(void*));
@@ -54,7 +54,7 @@ TEST_F(ClientTableTest, ItemCarriesItsNameBeforeItsPointer) {
   EXPECT_EQ(item->userdata, &p);
 }
 
-TEST_F(ClientTableTest, TableHoldsNothingButItsItems) {
+TEST_F(ClientTableTest, TableHasOnlyItsItems) {
   static_assert(sizeof(DBClientTable) == sizeof(std::map<std::string, DBClientItem*>));
 }
 
@@ -66,29 +66,29 @@ TEST_F(ClientTableTest, ReplacingAPointerKeepsTheItem) {
   EXPECT_EQ(item->userdata, &p);
 }
 
-TEST_F(ClientTableTest, NamesStandInByteOrder) {
+TEST_F(ClientTableTest, NamesAreSortedByBytes) {
   for (const char* name : {"b", "ab", "a", "\xff", "A", ""}) c_dbc_add_userdata(5, name, nullptr);
   EXPECT_EQ(names(5),
             Names({{"", true}, {"A", true}, {"a", true}, {"ab", true}, {"b", true}, {"\xff", true}}));
 }
 
-TEST_F(ClientTableTest, ObjectsStandInSignedOrder) {
+TEST_F(ClientTableTest, ObjectsAreSortedAsSignedNumbers) {
   for (const int db : {3, -1, 0}) c_dbc_add_userdata(db, "x", nullptr);
   EXPECT_EQ(objects(), Objects({{-1, true}, {0, true}, {3, true}}));
 }
 
-TEST_F(ClientTableTest, ReadOfAnUnknownObjectLeavesAnEmptyEntry) {
+TEST_F(ClientTableTest, ReadOfAnUnknownObjectCreatesANullEntry) {
   EXPECT_EQ(c_dbc_get_userdata(5, "x"), nullptr);
   EXPECT_EQ(objects(), Objects({{5, false}}));
 }
 
-TEST_F(ClientTableTest, ReadOfAnUnknownNameLeavesAnEmptyEntry) {
+TEST_F(ClientTableTest, ReadOfAnUnknownNameCreatesANullEntry) {
   c_dbc_add_userdata(5, "x", &p);
   EXPECT_EQ(c_dbc_get_userdata(5, "y"), nullptr);
   EXPECT_EQ(names(5), Names({{"x", true}, {"y", false}}));
 }
 
-TEST_F(ClientTableTest, EmptyEntriesAreFilledByAnAdd) {
+TEST_F(ClientTableTest, AddFillsNullEntries) {
   c_dbc_get_userdata(5, "x");
   c_dbc_add_userdata(5, "x", &p);
   c_dbc_get_userdata(5, "y");
@@ -107,14 +107,14 @@ TEST_F(ClientTableTest, ReleaseRemovesTheNameAndKeepsTheTable) {
   EXPECT_EQ(root.at(5), table);
 }
 
-TEST_F(ClientTableTest, ReleaseOfAnUnknownNameLeavesAnEmptyEntry) {
+TEST_F(ClientTableTest, ReleaseOfAnUnknownNameCreatesANullEntry) {
   c_dbc_add_userdata(5, "x", &p);
   c_dbc_db_release(5, "y");
   c_dbc_db_release(5, "y");
   EXPECT_EQ(names(5), Names({{"x", true}, {"y", false}}));
 }
 
-TEST_F(ClientTableTest, ReleaseInAnUnknownObjectLeavesAnEmptyEntry) {
+TEST_F(ClientTableTest, ReleaseInAnUnknownObjectCreatesANullEntry) {
   c_dbc_db_release(5, "x");
   EXPECT_EQ(objects(), Objects({{5, false}}));
 }
@@ -127,7 +127,7 @@ TEST_F(ClientTableTest, ReleaseAllRemovesTheObject) {
   EXPECT_EQ(objects(), Objects({{6, true}}));
 }
 
-TEST_F(ClientTableTest, ReleaseAllOfAnUnknownObjectLeavesAnEmptyEntry) {
+TEST_F(ClientTableTest, ReleaseAllOfAnUnknownObjectCreatesANullEntry) {
   c_dbc_db_release_all(5);
   c_dbc_db_release_all(5);
   EXPECT_EQ(objects(), Objects({{5, false}}));

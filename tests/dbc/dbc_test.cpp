@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The instance-name cache as C code sees it.
+// The instance-name cache, used through the C interface.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -13,12 +13,12 @@ class DbcTest : public testing::Test {
   DbcTest() { c_dbc_create(); }
   ~DbcTest() override { c_dbc_db_destory(); }
 
-  // Places for user data to point to: the cache must neither read nor free them.
+  // User data points to these. The cache must not read or free them.
   char p = 'p';
   char q = 'q';
 };
 
-TEST_F(DbcTest, StoredPointerIsFetched) {
+TEST_F(DbcTest, StoredPointerIsReturned) {
   c_dbc_add_userdata(5, "x", &p);
   EXPECT_EQ(c_dbc_get_userdata(5, "x"), &p);
 }
@@ -46,7 +46,7 @@ TEST_F(DbcTest, UnknownObjectHasNoPointer) {
   EXPECT_EQ(c_dbc_get_userdata(6, "x"), nullptr);
 }
 
-TEST_F(DbcTest, NameThatWasAskedForInVainCanBeAdded) {
+TEST_F(DbcTest, UnknownNameCanBeAddedAfterARead) {
   c_dbc_get_userdata(5, "x");
   c_dbc_add_userdata(5, "x", &p);
   c_dbc_get_userdata(5, "y");
@@ -86,14 +86,14 @@ TEST_F(DbcTest, NamesMayBeEmptyOrLong) {
   EXPECT_EQ(c_dbc_get_userdata(5, name.c_str()), &q);
 }
 
-TEST_F(DbcTest, CreateTwiceGivesTheSameCacheWithItsContents) {
+TEST_F(DbcTest, CreateTwiceReturnsTheSameCacheWithItsContents) {
   void* cache = c_dbc_create();
   c_dbc_add_userdata(5, "x", &p);
   EXPECT_EQ(c_dbc_create(), cache);
   EXPECT_EQ(c_dbc_get_userdata(5, "x"), &p);
 }
 
-TEST_F(DbcTest, ReleaseDropsOneName) {
+TEST_F(DbcTest, ReleaseRemovesOneName) {
   c_dbc_add_userdata(5, "x", &p);
   c_dbc_add_userdata(5, "y", &q);
   c_dbc_add_userdata(6, "x", &q);
@@ -119,7 +119,7 @@ TEST_F(DbcTest, ReleasedNameCanBeAddedAgain) {
   EXPECT_EQ(c_dbc_get_userdata(5, "x"), &q);
 }
 
-TEST_F(DbcTest, ReleaseAllDropsOneObject) {
+TEST_F(DbcTest, ReleaseAllRemovesOneObject) {
   c_dbc_add_userdata(5, "x", &p);
   c_dbc_add_userdata(5, "y", &p);
   c_dbc_add_userdata(6, "x", &q);
@@ -130,7 +130,7 @@ TEST_F(DbcTest, ReleaseAllDropsOneObject) {
   EXPECT_EQ(p, 'p');
 }
 
-TEST_F(DbcTest, ReleaseAllDropsNamesThatWereAskedForInVain) {
+TEST_F(DbcTest, ReleaseAllRemovesUnknownNamesThatWereRead) {
   c_dbc_add_userdata(5, "x", &p);
   c_dbc_get_userdata(5, "y");
   c_dbc_db_release_all(5);
@@ -145,7 +145,7 @@ TEST_F(DbcTest, ReleaseAllOfAnUnknownObjectChangesNothing) {
   EXPECT_EQ(c_dbc_get_userdata(5, "x"), &p);
 }
 
-TEST_F(DbcTest, DestroyDropsEverything) {
+TEST_F(DbcTest, DestroyRemovesEverything) {
   c_dbc_add_userdata(5, "x", &p);
   c_dbc_add_userdata(6, "y", &q);
   c_dbc_get_userdata(7, "z");
@@ -158,14 +158,15 @@ TEST_F(DbcTest, DestroyDropsEverything) {
   EXPECT_EQ(q, 'q');
 }
 
-TEST_F(DbcTest, NothingWorksAfterDestroyUntilTheNextCreate) {
+TEST_F(DbcTest, FunctionsDoNothingBetweenDestroyAndCreate) {
   c_dbc_db_destory();
   c_dbc_add_userdata(5, "x", &p);
   EXPECT_EQ(c_dbc_get_userdata(5, "x"), nullptr);
   c_dbc_db_release(5, "x");
   c_dbc_db_release_all(5);
   c_dbc_create();
-  EXPECT_EQ(c_dbc_get_userdata(5, "x"), nullptr) << "What was added without a cache should be lost.";
+  EXPECT_EQ(c_dbc_get_userdata(5, "x"), nullptr)
+      << "A name that was added without a cache must not be stored.";
 }
 
 TEST_F(DbcTest, DestroyTwiceIsHarmless) {

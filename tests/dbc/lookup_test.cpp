@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The walk over the cached instances of a configuration object.
+// The lookup of the cached instance names of a configuration object.
 #include <algorithm>
 #include <functional>
 #include <string>
@@ -18,7 +18,7 @@ struct Visit {
   c_pass_fn4 pass_fn4;
 };
 
-// A walk's `arg`: its visits so far, and what each of them does and answers.
+// The `arg` of a lookup: its visits so far, and what each visit does and returns.
 struct Visitor {
   std::vector<Visit> visits;
   std::function<void(char* name)> action = [](char*) {};
@@ -38,7 +38,7 @@ class LookupTest : public RecordingTest {
  protected:
   LookupTest() { c_dbc_create(); }
 
-  // The cache has nothing to do with the context.
+  // The cache must not call the context.
   void TearDown() override {
     EXPECT_EQ(calls(), Calls());
     RecordingTest::TearDown();
@@ -48,7 +48,7 @@ class LookupTest : public RecordingTest {
     for (const std::string& name : names) c_dbc_add_userdata(5, name.c_str(), nullptr);
   }
 
-  // The names that a walk over object 5 visits.
+  // Returns the names that a lookup of object 5 visits.
   Names walk() {
     visitor.visits.clear();
     c_dbc_lookup(5, visit, neverCalled3, neverCalled4, &visitor);
@@ -70,7 +70,7 @@ TEST_F(LookupTest, VisitsWithNumberNameAndUserdata) {
   EXPECT_EQ(visitor.visits[0].userdata, &place);
 }
 
-TEST_F(LookupTest, VisitsAnItemWithoutUserdataToo) {
+TEST_F(LookupTest, VisitsAnItemWithoutUserdata) {
   add({"a"});
   walk();
   ASSERT_EQ(visitor.visits.size(), 1U);
@@ -82,12 +82,12 @@ TEST_F(LookupTest, VisitsInAscendingOrderOfNames) {
   EXPECT_EQ(walk(), Names({"a", "ab", "b"}));
 }
 
-TEST_F(LookupTest, OrderIsThatOfTheBytes) {
+TEST_F(LookupTest, NamesAreSortedByBytes) {
   add({"a", "Z", "", "\xff", "z", "A.10.", "A.2.", "A", "_", " "});
   EXPECT_EQ(walk(), Names({"", " ", "A", "A.10.", "A.2.", "Z", "_", "a", "z", "\xff"}));
 }
 
-TEST_F(LookupTest, EveryKindOfNameIsVisited) {
+TEST_F(LookupTest, AnyNameIsVisited) {
   const Names names = {"", "   ", ".", ".A", "A.", "A..B", "A.B", "A.B ", "A.B\n"};
   add(names);
   Names sorted = names;
@@ -95,25 +95,25 @@ TEST_F(LookupTest, EveryKindOfNameIsVisited) {
   EXPECT_EQ(walk(), sorted);
 }
 
-TEST_F(LookupTest, LongNameIsNotCut) {
+TEST_F(LookupTest, LongNameIsNotTruncated) {
   add({std::string(5000, 'x')});
   EXPECT_EQ(walk(), Names({std::string(5000, 'x')}));
 }
 
-TEST_F(LookupTest, VisitsOnlyTheObjectAskedFor) {
+TEST_F(LookupTest, VisitsOnlyTheGivenObject) {
   add({"of five"});
   c_dbc_add_userdata(4, "of four", nullptr);
   c_dbc_add_userdata(6, "of six", nullptr);
   EXPECT_EQ(walk(), Names({"of five"}));
 }
 
-TEST_F(LookupTest, VisitsAgainInEveryWalk) {
+TEST_F(LookupTest, SecondLookupVisitsAllNames) {
   add({"a", "b"});
   walk();
   EXPECT_EQ(walk(), Names({"a", "b"}));
 }
 
-TEST_F(LookupTest, GoesOnWhateverTheVisitsAnswer) {
+TEST_F(LookupTest, ResultsOfVisitsAreIgnored) {
   add({"a", "b", "c"});
   visitor.result = -1;
   EXPECT_EQ(walk(), Names({"a", "b", "c"}));
@@ -121,7 +121,7 @@ TEST_F(LookupTest, GoesOnWhateverTheVisitsAnswer) {
   EXPECT_EQ(walk(), Names({"a", "b", "c"}));
 }
 
-TEST_F(LookupTest, PassesItsFunctionsThroughToEveryVisit) {
+TEST_F(LookupTest, PassesItsFunctionsToEachVisit) {
   add({"a", "b"});
   walk();
   ASSERT_EQ(visitor.visits.size(), 2U);
@@ -131,7 +131,7 @@ TEST_F(LookupTest, PassesItsFunctionsThroughToEveryVisit) {
   }
 }
 
-TEST_F(LookupTest, PassesNullFunctionsThrough) {
+TEST_F(LookupTest, PassesNullFunctionsToTheVisit) {
   add({"a"});
   c_dbc_lookup(5, visit, nullptr, nullptr, &visitor);
   ASSERT_EQ(visitor.visits.size(), 1U);
@@ -139,7 +139,7 @@ TEST_F(LookupTest, PassesNullFunctionsThrough) {
   EXPECT_EQ(visitor.visits[0].pass_fn4, nullptr);
 }
 
-TEST_F(LookupTest, PassesEachFunctionThroughOnItsOwn) {
+TEST_F(LookupTest, PassesEachFunctionSeparately) {
   add({"a"});
   c_dbc_lookup(5, visit, neverCalled3, nullptr, &visitor);
   c_dbc_lookup(5, visit, nullptr, neverCalled4, &visitor);
@@ -158,14 +158,14 @@ int visitWithoutArgument(int /*db*/, char* /*name*/, void* /*userdata*/, c_pass_
   return 0;
 }
 
-TEST_F(LookupTest, PassesANullArgumentThrough) {
+TEST_F(LookupTest, PassesANullArgumentToTheVisit) {
   visits_without_argument = 0;
   add({"a", "b"});
   c_dbc_lookup(5, visitWithoutArgument, nullptr, nullptr, nullptr);
   EXPECT_EQ(visits_without_argument, 2);
 }
 
-TEST_F(LookupTest, NameAddedByAVisitIsVisitedInTheNextWalkOnly) {
+TEST_F(LookupTest, NameAddedByAVisitIsVisitedInTheNextLookup) {
   add({"a", "b"});
   visitor.action = [](char*) { add({"ab", "c"}); };
   EXPECT_EQ(walk(), Names({"a", "b"}));
@@ -179,7 +179,7 @@ TEST_F(LookupTest, VisitMayReleaseItsOwnName) {
   EXPECT_EQ(walk(), Names());
 }
 
-TEST_F(LookupTest, NameOutlivesItsRelease) {
+TEST_F(LookupTest, NameIsValidAfterItsRelease) {
   const std::string name(100, 'x');
   std::string after;
   add({name});
@@ -201,7 +201,7 @@ TEST_F(LookupTest, NameReleasedAndAddedAgainByItsVisitIsVisitedOnce) {
   EXPECT_EQ(walk(), Names({"a", "b"}));
 }
 
-TEST_F(LookupTest, UserdataIsReadRightBeforeItsVisit) {
+TEST_F(LookupTest, UserdataIsReadJustBeforeItsVisit) {
   int place = 0;
   add({"a", "b"});
   visitor.action = [&place](char*) { c_dbc_add_userdata(5, "b", &place); };
@@ -217,7 +217,7 @@ TEST_F(LookupTest, VisitMayWriteIntoTheName) {
   EXPECT_EQ(walk(), Names({"a", "b"}));
 }
 
-TEST_F(LookupTest, VisitMayStartAnotherWalk) {
+TEST_F(LookupTest, VisitMayStartAnotherLookup) {
   add({"a", "b"});
   Visitor inner;
   visitor.action = [&inner](char*) { c_dbc_lookup(5, visit, nullptr, nullptr, &inner); };
@@ -245,7 +245,7 @@ TEST_F(LookupTest, NamesThatWereOnlyReadAreNotVisited) {
   EXPECT_EQ(walk(), Names({"b"}));
 }
 
-TEST_F(LookupTest, TableOfNamesThatWereOnlyReadVisitsNothing) {
+TEST_F(LookupTest, TableOfUnknownNamesVisitsNothing) {
   add({"a"});
   c_dbc_db_release(5, "a");
   c_dbc_get_userdata(5, "a");
@@ -276,7 +276,7 @@ TEST_F(LookupTest, UnknownObjectVisitsNothing) {
   EXPECT_EQ(walk(), Names());
 }
 
-TEST_F(LookupTest, UnknownObjectMayBeFilledAfterAWalk) {
+TEST_F(LookupTest, UnknownObjectMayBeFilledAfterALookup) {
   walk();
   add({"a"});
   EXPECT_EQ(walk(), Names({"a"}));
@@ -296,7 +296,7 @@ TEST_F(LookupTest, DoesNotCreateTheCache) {
   EXPECT_EQ(walk(), Names());
 }
 
-TEST_F(LookupTest, VisitsTheSameFunctionAsTheLiveWalk) {
+TEST_F(LookupTest, AcceptsTheSameVisitAsTheInstanceLookup) {
   int place = 0;
   cfm.instances[5] = {"A.1."};
   c_dbc_add_userdata(5, "A.1.", &place);

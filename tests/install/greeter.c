@@ -1,4 +1,4 @@
-// A module library of somebody who has nothing but the installed files.
+// A module library that uses only the installed files.
 #include <stdio.h>
 
 #include "include_c"

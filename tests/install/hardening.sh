@@ -1,6 +1,6 @@
-# Checks that the programs and libraries that are shipped have the exploit mitigations. To be sourced.
+# Checks that the shipped programs and libraries have the exploit mitigations. To be sourced.
 
-# Prints what is missing in an ELF file.
+# Prints the mitigations that an ELF file lacks.
 missing_mitigations() {
   local dynamic
   dynamic=$(readelf --dynamic --wide "$1")
@@ -12,12 +12,12 @@ missing_mitigations() {
   return 0
 }
 
-# Whether a file uses a function of the C library or compiler, by the end of its name.
+# Whether a file uses a function of the C library or compiler whose name ends with $2.
 uses() {
   readelf --dyn-syms --wide "$1" | grep -qE "UND +[A-Za-z_]*$2(@|\$)"
 }
 
-# Checks all ELF files under a folder.
+# Checks all ELF files in a folder and its subfolders.
 expect_hardened() {
   local file missing count=0
   for file in $(find "$1" -type f); do

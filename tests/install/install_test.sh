@@ -1,5 +1,5 @@
 #!/bin/sh
-# Installs the build into a folder and uses it from outside: with pkg-config, and with CMake.
+# Installs the build into a folder and uses it from another project, with pkg-config and with CMake.
 #
 #   install_test.sh SOURCES BUILD
 set -eu
@@ -18,7 +18,7 @@ libdir=$(dirname "$(find "$prefix" -name libcpp2c.so)")
 [ -e "$libdir/cpp2c/libcontext_proxy.so" ] || fail "the host context is not in its private folder"
 [ ! -e "$libdir/libcontext_proxy.so" ] || fail "the host context is on the loader's default path"
 
-# Not a place where the loader and pkg-config look by themselves.
+# The loader and pkg-config do not search this folder by default.
 export LD_LIBRARY_PATH="$libdir"
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
 expect_client "$libdir/cpp2c/libcontext_proxy.so"

@@ -1,5 +1,5 @@
-# Builds a service and a module outside the source tree, and runs them on the installed host context. To be sourced
-# with `sources` set to this project and `prefix` to where it is installed.
+# Builds a service and a module outside the source tree and runs them on the installed host context. To be sourced
+# with `sources` set to this project's folder and `prefix` to the installation prefix.
 
 fail() {
   echo "$*" >&2
@@ -14,7 +14,7 @@ line from hello: Hello
 greeter: unloaded" ] || fail "unexpected output: $printed"
 }
 
-# The client stands beside the library of its installation, and finds it there.
+# The client finds the library in its own installation.
 expect_client() {
   local printed
   printed=$("$prefix/bin/contextctl" --version) || fail "contextctl --version ended with status $?"
@@ -29,7 +29,7 @@ expect_client() {
   esac
 }
 
-# Drives a running service with the client: a setting outlasts the service, which ends when it is told to.
+# Uses the client on a running service: a saved value is restored after a restart, and the service can be stopped.
 expect_driven() {
   local service=$1 folder=$2/driven
   mkdir "$folder"
@@ -39,7 +39,7 @@ expect_driven() {
   drive "$service" "$folder" 7
 }
 
-# One life of the service, at whose beginning A.X is expected to be $3, and at whose end it is 7.
+# Starts the service, expects A.X to be $3, sets A.X to 7, saves and stops the service.
 drive() {
   local client="$prefix/bin/contextctl --control $2/control" pid tries=0 status=0
   "$prefix/bin/cpp2c-host" "$1" --config "$2/config.json" --control "$2/control" --state "$2/state" <"$2/input" &

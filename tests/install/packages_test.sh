@@ -1,6 +1,6 @@
 #!/bin/sh
-# Makes the Debian packages, looks at what they hold and need, and uses them as a new user would, in a root of their
-# own laid over this machine's.
+# Builds the Debian packages, checks their contents and dependencies, and installs and uses them in an overlay of
+# this machine's root file system.
 #
 #   packages_test.sh SOURCES BUILD
 set -eu
@@ -49,8 +49,8 @@ for name in libcpp2c1 libcpp2c-dev cpp2c-host; do
   expect_file $name "share/doc/$name/changelog\.gz"
 done
 [ "$(dpkg-deb --field "$(package libcpp2c1)" Version)" = \
-  "$(dpkg-parsechangelog -l "$sources/packaging/changelog" -S Version)" ] || fail "the changelog ends with another version"
-dpkg-deb --info "$(package libcpp2c1)" triggers | grep -q ldconfig || fail "libcpp2c1 does not tell the loader"
+  "$(dpkg-parsechangelog -l "$sources/packaging/changelog" -S Version)" ] || fail "the changelog and the package have different versions"
+dpkg-deb --info "$(package libcpp2c1)" triggers | grep -q ldconfig || fail "libcpp2c1 does not trigger ldconfig"
 dpkg-deb --info "$(package libcpp2c1)" shlibs | grep -q '^libcpp2c 1 libcpp2c1 ' || fail "libcpp2c1 lacks its shlibs"
 expect_dependency libcpp2c1 libstdc++6
 expect_dependency libcpp2c-dev "libcpp2c1 (= "
@@ -58,9 +58,9 @@ expect_dependency cpp2c-host "libcpp2c1 (= "
 expect_dependency cpp2c-host libevent-
 expect_dependency cpp2c-host libcurl4
 
-# Mounts are seen by nobody else and go with this shell.
+# The mounts are private and disappear when the shell exits.
 if ! unshare --mount true 2>/dev/null; then
-  echo "This machine allows no root of its own; the packages have been looked at, not installed."
+  echo "Mount namespaces are not available: the packages were checked but not installed."
   exit
 fi
 unshare --mount sh -eu "$sources/tests/install/use_packages.sh" "$sources" "$top"

@@ -1,5 +1,5 @@
-# Installs the packages in $2/packages into a root laid over this machine's, uses them and takes them off again. Runs
-# in a mount namespace of its own.
+# Installs the packages in $2/packages in an overlay of this machine's root file system, uses them and purges them.
+# Runs in its own mount namespace.
 #
 #   use_packages.sh SOURCES TOP
 sources=$1
@@ -27,4 +27,4 @@ chroot "$root" sh -eu -c '
   with_pkg_config /outside/pkg-config
   with_cmake /outside/cmake
   dpkg --purge cpp2c-host libcpp2c-dev libcpp2c1 >/dev/null
-  [ -z "$(find /usr/lib /usr/bin /usr/include /usr/share -name "*cpp2c*" -o -name "*contextctl*")" ] || fail "files stay behind"'
+  [ -z "$(find /usr/lib /usr/bin /usr/include /usr/share -name "*cpp2c*" -o -name "*contextctl*")" ] || fail "files remain after the purge"'

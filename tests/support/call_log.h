@@ -10,23 +10,23 @@
 
 using Calls = std::vector<std::string>;
 
-// The calls that the context and its services received, oldest first, in a form to read and to compare:
-// `cfm.setValue('A.B', '5', 7)`. A NUL inside a text shows as `\0`, a pointer as `null` or `object`.
+// The calls of the context and its services, oldest first, as strings: `cfm.setValue('A.B', '5', 7)`. A NUL
+// within a string is shown as `\0`, a pointer as `null` or `object`.
 class CallLog {
  public:
-  // What the operations return, by their name in the log; 0 for those not named here.
+  // The results of operations, by their name in the log. Other operations return 0.
   std::map<std::string, int> results;
 
-  // Runs inside each call, after it has been written down.
+  // Called within each call, after the call has been recorded.
   std::function<void(const std::string& call)> on_call;
 
-  // Writes one call down and answers for it.
+  // Records one call and returns its result.
   template <typename... Arguments>
   int record(const std::string& operation, const Arguments&... arguments) {
     return finish(operation, {shown(arguments)...});
   }
 
-  // The calls since the last take().
+  // Returns the calls since the last take().
   Calls take();
 
  private:

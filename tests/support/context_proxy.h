@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The context library of the tests. A program that is linked with it meets the same instance as the library
-// under test, because the dynamic loader knows the library by its SONAME.
+// The context library of the tests. The dynamic loader identifies it by its SONAME, so a test that is linked
+// with it and the library under test use the same instance.
 #ifndef CPP2C_TESTS_SUPPORT_CONTEXT_PROXY_H
 #define CPP2C_TESTS_SUPPORT_CONTEXT_PROXY_H
 
@@ -12,14 +12,14 @@
 struct ContextProxy {
   CallLog calls;
   RecordingContext context{calls};
-  IContext* instance = &context;  // what "getInstance" answers
-  std::vector<void*> released;    // by "relInstance", in order
+  IContext* instance = &context;  // result of "getInstance"
+  std::vector<void*> released;    // arguments of "relInstance", in order
 };
 
-// What the entry points of the context library work on.
+// Returns the state of the context library.
 ContextProxy& contextProxy();
 
-// Replaces it by one in its first state. Everything obtained from the one before becomes invalid.
+// Resets the state and returns it. Everything obtained from the previous state becomes invalid.
 ContextProxy& renewContextProxy();
 
 extern "C" {

@@ -6,8 +6,8 @@
 
 #include "tests/support/recording_test.h"
 
-// Starts without a context. It appears at the second asking, in time to show the diagnostic about its
-// absence.
+// The first "getInstance" returns null, later ones return the context. A function thus finds no context, but
+// its diagnostic does.
 class LateContextTest : public UnopenedContextTest {
  protected:
   LateContextTest() {

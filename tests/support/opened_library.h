@@ -6,7 +6,7 @@
 
 #include <dlfcn.h>
 
-// A shared library that a test holds open, by its path.
+// A shared library that a test keeps open.
 class OpenedLibrary {
  public:
   explicit OpenedLibrary(const std::string& path) : handle_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {}
@@ -28,7 +28,7 @@ class OpenedLibrary {
 
   explicit operator bool() const { return handle_ != nullptr; }
 
-  // The address of the symbol `name`, as a pointer to a `Symbol`.
+  // Returns the address of the symbol `name`, or null.
   template <typename Symbol>
   Symbol* find(const char* name) const {
     return reinterpret_cast<Symbol*>(dlsym(handle_, name));

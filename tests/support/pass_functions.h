@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-// The two functions that a walk hands to its visits and never calls itself.
+// The two functions that a lookup passes to its visits and never calls.
 
 inline int neverCalled3(int /*id*/, char* /*name*/, void* /*userdata*/) {
   ADD_FAILURE() << "a function that is only passed through was called";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The headers that many tests include. They are compiled once; each test still includes what it uses.
+// Headers that many tests include, precompiled. Each test still includes the headers that it uses.
 #ifndef CPP2C_TESTS_SUPPORT_PRECOMPILED_H
 #define CPP2C_TESTS_SUPPORT_PRECOMPILED_H
 

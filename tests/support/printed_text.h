@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-// Collects what the process prints from here on, until the last of its two texts is asked for.
+// Captures the output of the process. Each function ends the capture of its stream and returns the text.
 class PrintedText {
  public:
   PrintedText() {

@@ -5,7 +5,7 @@
 
 namespace {
 
-// Takes what `pointer` owns out of `loans`; null if it is not on loan.
+// Removes the object at `pointer` from `loans` and returns it; null if it is not on loan.
 template <typename Loan, typename Interface>
 std::unique_ptr<Loan> takeBack(std::vector<std::unique_ptr<Loan>>& loans, Interface* pointer) {
   auto found =
@@ -37,7 +37,7 @@ unsigned int RecordingNode::getLength() {
 int RecordingIterator::next() {
   calls_.record("iterator.next");
   ++current_;
-  return current_ < names_.size() ? -1 : 0;  // any value but 0 says that there is one more
+  return current_ < names_.size() ? -1 : 0;  // any value other than 0 means that there is another one
 }
 
 std::string RecordingIterator::name() {

@@ -12,7 +12,7 @@
 #include "binding/handlers.h"
 #include "tests/support/call_log.h"
 
-// What a node answers of its leaf.
+// The leaf that a node returns.
 struct Leaf {
   std::string type;
   std::string value;
@@ -56,8 +56,8 @@ class RecordingIterator : public ICfmIterator {
   std::size_t current_ = 0;
 };
 
-// The configuration service. Nodes and iterators that come back are deleted, so that a later use of one is a
-// use of freed memory.
+// A configuration service that records its calls. It deletes released nodes and iterators, so that their
+// later use is a use of freed memory.
 class RecordingCfm : public ICfm {
  public:
   struct Registration {
@@ -67,14 +67,14 @@ class RecordingCfm : public ICfm {
 
   explicit RecordingCfm(CallLog& calls) : calls_(calls) {}
 
-  // The tree that the service knows: leaves by full name, instance names by object.
+  // The configuration tree: leaves by full name, instance names by object.
   std::map<std::string, Leaf> leaves;
   std::map<int, std::vector<std::string>> instances;
 
   std::vector<Registration> registered;
   std::vector<Registration> unregistered;
-  std::vector<IDyncDataProvider*> providers;  // of each registDataProvider(), in order
-  std::vector<void*> attribute_places;        // of each getAttr(), in order
+  std::vector<IDyncDataProvider*> providers;  // arguments of registDataProvider(), in order
+  std::vector<void*> attribute_places;        // arguments of getAttr(), in order
   std::vector<std::unique_ptr<RecordingNode>> nodes_on_loan;
   std::vector<std::unique_ptr<RecordingIterator>> iterators_on_loan;
 

@@ -15,10 +15,10 @@
 #include "tests/support/recording_log.h"
 #include "tests/support/recording_loop.h"
 
-// A context that does nothing but write down what it is asked, and answer as it has been told.
+// A context that records its calls and returns the results set in the log.
 class RecordingContext : public IContext {
  private:
-  CallLog& calls_;  // stands first, because the services are given it
+  CallLog& calls_;  // first, because the services need it
 
  public:
   struct Diagnostic {
@@ -35,11 +35,11 @@ class RecordingContext : public IContext {
   RecordingHeartbeat heartbeat{calls_};
   RecordingLoop loop{calls_};
 
-  std::set<std::string> missing;  // the getters that answer null, for example "getCfm"
+  std::set<std::string> missing;  // getters that return null, for example "getCfm"
 
   std::vector<Diagnostic> diagnostics;
-  std::vector<ITimer*> timers;                  // of each setTimer(), in order
-  std::vector<IBootContext*> master_observers;  // of each registMasterObserver(), in order
+  std::vector<ITimer*> timers;                  // arguments of setTimer(), in order
+  std::vector<IBootContext*> master_observers;  // arguments of registMasterObserver(), in order
 
   int init(std::uintptr_t arg1, std::uintptr_t arg2) override {
     return calls_.record("context.init", arg1, arg2);
@@ -55,7 +55,7 @@ class RecordingContext : public IContext {
   int reserved11() override { return calls_.record("context.reserved11"); }
   int reserved12() override { return calls_.record("context.reserved12"); }
 
-  // Lines of the reporting source mean nothing to a caller, so the log leaves them out.
+  // The log omits the line, which changes with every edit of the source.
   int debugOut(const char* file, int line, const char* text) override {
     diagnostics.push_back({file, line, text});
     return calls_.record("context.debugOut", file, text);

@@ -9,7 +9,7 @@
 #include "binding/handlers.h"
 #include "tests/support/call_log.h"
 
-// The event service.
+// An event service that records its calls.
 class RecordingEvent : public IEvent {
  public:
   struct Registration {

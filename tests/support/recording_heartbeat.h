@@ -5,7 +5,7 @@
 #include "binding/context.h"
 #include "tests/support/call_log.h"
 
-// The watchdog.
+// A watchdog that records its calls.
 class RecordingHeartbeat : public IHeartbeat {
  public:
   explicit RecordingHeartbeat(CallLog& calls) : calls_(calls) {}

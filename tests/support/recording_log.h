@@ -7,7 +7,7 @@
 #include "binding/context.h"
 #include "tests/support/call_log.h"
 
-// The log service.
+// A log service that records its calls.
 class RecordingLog : public ILog {
  public:
   explicit RecordingLog(CallLog& calls) : calls_(calls) {}

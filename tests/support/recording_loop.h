@@ -8,12 +8,12 @@
 #include "binding/handlers.h"
 #include "tests/support/call_log.h"
 
-// The event loop. It watches nothing: a test calls the handlers itself.
+// An event loop that records its calls. It watches nothing; a test calls the handlers itself.
 class RecordingLoop : public ILoop {
  public:
   explicit RecordingLoop(CallLog& calls) : calls_(calls) {}
 
-  std::vector<ILoopData*> handlers;  // of each addFd(), in order
+  std::vector<ILoopData*> handlers;  // arguments of addFd(), in order
 
   int addFd(int fd, int events, ILoopData* handler) override {
     handlers.push_back(handler);

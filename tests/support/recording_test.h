@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The fixtures of tests that look at both sides of the library: C calls on one, the context on the other.
+// Fixtures for tests that call C functions and check the resulting calls of the context.
 #ifndef CPP2C_TESTS_SUPPORT_RECORDING_TEST_H
 #define CPP2C_TESTS_SUPPORT_RECORDING_TEST_H
 
@@ -9,8 +9,8 @@
 #include "include_c"
 #include "tests/support/context_proxy.h"
 
-// Starts with a recording context in its first state that has not been obtained yet, and ends with the
-// teardown of the C interface, so that no test finds anything of the one before.
+// Starts with a new recording context that has not been obtained yet. Ends with c_context_deinit(), so that
+// no state remains for the next test.
 class UnopenedContextTest : public ::testing::Test {
  protected:
   UnopenedContextTest()
@@ -26,7 +26,7 @@ class UnopenedContextTest : public ::testing::Test {
     EXPECT_TRUE(cfm.iterators_on_loan.empty());
   }
 
-  // The calls on the context since calls() was called last.
+  // Returns the calls of the context since the last calls().
   Calls calls() { return log.take(); }
 
   ContextProxy& proxy;
@@ -35,7 +35,7 @@ class UnopenedContextTest : public ::testing::Test {
   RecordingCfm& cfm;
 };
 
-// Starts with the context obtained and nothing in the log.
+// Starts with the context obtained and an empty log.
 class RecordingTest : public UnopenedContextTest {
  protected:
   RecordingTest() {

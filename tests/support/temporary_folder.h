@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-// A folder of its own for each test, with everything in it removed at the end.
+// A temporary folder, removed with its contents by the destructor.
 class TemporaryFolder {
  public:
   TemporaryFolder() : path_(testing::TempDir() + "cpp2c-XXXXXX") {

@@ -4,7 +4,7 @@
 
 #include <sys/mman.h>
 
-// A text that nobody can read: whoever formats or copies it ends the process.
+// A string in inaccessible memory: reading it crashes the process.
 class UnreadableText {
  public:
   UnreadableText() : page_(mmap(nullptr, kSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)) {}

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The heap of a test program that wants to see memory go, or to see it run out.
+// Replaces operator new and delete, to observe deletions and to simulate failing allocations.
 #ifndef CPP2C_TESTS_SUPPORT_WATCHED_HEAP_H
 #define CPP2C_TESTS_SUPPORT_WATCHED_HEAP_H
 
 namespace watched_heap {
 
-// Called with each block before it is freed; null at first. May itself use the heap.
+// Called with each block before it is freed; initially null. It may use the heap itself.
 extern void (*on_delete)(void* block);
 
-// The next operator new throws. Set back by it.
+// If true, the next operator new throws and resets the flag.
 extern bool fail_next_new;
 
 }  // namespace watched_heap

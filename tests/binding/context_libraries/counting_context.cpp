@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Both entry points as they should be.
+// Has both entry points and no peculiarity.
 #include "tests/binding/context_libraries/entry_counts.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the entry points of the small context libraries have seen. A test finds it under the name "entries".
+// Records the calls of a library's entry points. Exported as "entries".
 #ifndef CPP2C_TESTS_BINDING_CONTEXT_LIBRARIES_ENTRY_COUNTS_H
 #define CPP2C_TESTS_BINDING_CONTEXT_LIBRARIES_ENTRY_COUNTS_H
 
@@ -8,7 +8,7 @@ struct EntryCounts {
   int released = 0;               // calls of "relInstance"
   void* last_caller = nullptr;    // argument of the last "getInstance"
   void* last_released = nullptr;  // argument of the last "relInstance"
-  void* next_instance = nullptr;  // what "getInstance" answers
+  void* next_instance = nullptr;  // result of "getInstance"
 };
 
 extern "C" {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Refers to a function that is defined nowhere, and never calls it.
+// Refers to an undefined function, which it never calls.
 #include "tests/binding/context_libraries/entry_counts.h"
 
 EntryCounts entries;

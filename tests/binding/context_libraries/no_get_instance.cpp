@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Lacks "getInstance".
+// Has no "getInstance".
 #include "tests/binding/context_libraries/entry_counts.h"
 
 EntryCounts entries;

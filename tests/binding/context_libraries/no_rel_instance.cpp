@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Lacks "relInstance".
+// Has no "relInstance".
 #include "tests/binding/context_libraries/entry_counts.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Has no instance to give.
+// Its "getInstance" returns null.
 #include "tests/binding/context_libraries/entry_counts.h"
 
 EntryCounts entries;

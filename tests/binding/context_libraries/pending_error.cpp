@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Its "relInstance" leaves an error of the dynamic loader behind that nobody has asked for.
+// Its "relInstance" causes an error of the dynamic loader and does not fetch it with dlerror().
 #include <dlfcn.h>
 
 #include "tests/binding/context_libraries/entry_counts.h"

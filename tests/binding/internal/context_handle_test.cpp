@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one opened context library.
+// The opened context library, `g_context_library`.
 #include "binding/globals.h"
 #include "tests/support/recording_test.h"
 
@@ -11,7 +11,7 @@ TEST_F(ContextHandleTest, StartsNull) {
   EXPECT_EQ(g_context_library, nullptr);
 }
 
-TEST_F(ContextHandleTest, IsKeptFromOneCallToTheNext) {
+TEST_F(ContextHandleTest, IsKeptBetweenCalls) {
   getContext();
   DllMgr* library = g_context_library;
   ASSERT_NE(library, nullptr);
@@ -19,7 +19,7 @@ TEST_F(ContextHandleTest, IsKeptFromOneCallToTheNext) {
   EXPECT_EQ(g_context_library, library);
 }
 
-TEST_F(ContextHandleTest, IsKeptWhenTheLibraryYieldsNoContext) {
+TEST_F(ContextHandleTest, IsKeptIfTheLibraryReturnsNoContext) {
   proxy.instance = nullptr;
   getContext();
   DllMgr* library = g_context_library;
@@ -36,7 +36,7 @@ TEST_F(ContextHandleTest, IsNullAfterARelease) {
   EXPECT_EQ(g_context_library, nullptr);
 }
 
-TEST_F(ContextHandleTest, ReleaseTakesPlaceWhileItIsStillSet) {
+TEST_F(ContextHandleTest, IsSetWhileTheLibraryIsReleased) {
   DllMgr* during = nullptr;
   getContext();
   DllMgr* library = g_context_library;

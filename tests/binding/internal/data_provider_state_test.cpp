@@ -20,7 +20,7 @@ TEST_F(DataProviderStateTest, RegistrationFillsANewProvider) {
   EXPECT_EQ(provider.result, "");
 }
 
-TEST_F(DataProviderStateTest, ProvidersStandInOrderOfRegistration) {
+TEST_F(DataProviderStateTest, ProvidersAreStoredInOrderOfRegistration) {
   int users[3] = {};
   for (int& user : users) c_cfm_data_provider_regist(7, provideNothing, &user);
   ASSERT_EQ(g_data_providers.size(), 3U);
@@ -28,7 +28,7 @@ TEST_F(DataProviderStateTest, ProvidersStandInOrderOfRegistration) {
   for (const __DataProvider* provider : g_data_providers) EXPECT_EQ(provider->user, expected++);
 }
 
-TEST_F(DataProviderStateTest, ProviderIsListedAfterTheServiceHasIt) {
+TEST_F(DataProviderStateTest, ProviderIsStoredAfterItsRegistrationWithTheService) {
   std::size_t listed = 99;
   log.on_call = [&listed](const std::string& call) {
     if (call == "cfm.registDataProvider(7, object)") listed = g_data_providers.size();
@@ -38,13 +38,13 @@ TEST_F(DataProviderStateTest, ProviderIsListedAfterTheServiceHasIt) {
   EXPECT_EQ(g_data_providers.size(), 1U);
 }
 
-TEST_F(DataProviderStateTest, ProviderIsListedThoughTheServiceRefusedIt) {
+TEST_F(DataProviderStateTest, ProviderIsStoredEvenIfTheServiceRejectedIt) {
   log.results["cfm.registDataProvider"] = -5;
   c_cfm_data_provider_regist(7, provideNothing, nullptr);
   EXPECT_EQ(g_data_providers.size(), 1U);
 }
 
-TEST_F(DataProviderStateTest, NothingIsListedWithoutAConfigurationService) {
+TEST_F(DataProviderStateTest, NothingIsStoredWithoutAConfigurationService) {
   context.missing.insert("getCfm");
   c_cfm_data_provider_regist(7, provideNothing, nullptr);
   EXPECT_TRUE(g_data_providers.empty());
@@ -57,7 +57,7 @@ TEST_F(DataProviderStateTest, TeardownEmptiesTheList) {
   EXPECT_TRUE(g_data_providers.empty());
 }
 
-TEST_F(DataProviderStateTest, AnswerStaysThoughTheCallbackSetsNone) {
+TEST_F(DataProviderStateTest, AnswerRemainsIfTheCallbackSetsNone) {
   __DataProvider provider;
   provider.callback = provideNothing;
   provider.result = "before";
@@ -65,7 +65,7 @@ TEST_F(DataProviderStateTest, AnswerStaysThoughTheCallbackSetsNone) {
   EXPECT_EQ(provider.result, "before");
 }
 
-TEST_F(DataProviderStateTest, AnswerStaysThoughThereIsNoCallback) {
+TEST_F(DataProviderStateTest, AnswerRemainsIfThereIsNoCallback) {
   __DataProvider provider;
   provider.result = "before";
   EXPECT_EQ(provider.dataGet(1, "A", "x"), "");

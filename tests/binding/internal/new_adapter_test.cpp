@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What an adapter holds before anything is registered with it.
+// The fields of a new adapter.
 #include <gtest/gtest.h>
 
 #include "binding/cfm_observer.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-TEST(NewAdapterTest, WatchHasNoCallbackNoUserAndNoDescriptor) {
+TEST(NewAdapterTest, WatchHasNoCallbackUserOrDescriptor) {
   const __LoopData watch;
   EXPECT_EQ(watch.callback, nullptr);
   EXPECT_EQ(watch.user, nullptr);
@@ -24,13 +24,13 @@ TEST(NewAdapterTest, TimerHasNoCallback) {
   EXPECT_EQ(timer.callback, nullptr);
 }
 
-TEST(NewAdapterTest, EventObserverHasNoCallbackAndNoUser) {
+TEST(NewAdapterTest, EventObserverHasNoCallbackOrUser) {
   const __EventC observer;
   EXPECT_EQ(observer.user, nullptr);
   EXPECT_EQ(observer.callback, nullptr);
 }
 
-TEST(NewAdapterTest, ConfigurationObserverHasNoCallbackAndNoUser) {
+TEST(NewAdapterTest, ConfigurationObserverHasNoCallbackOrUser) {
   const __CfmC observer;
   EXPECT_EQ(observer.user, nullptr);
   EXPECT_EQ(observer.callback, nullptr);
@@ -41,14 +41,14 @@ TEST(NewAdapterTest, DataProviderHasAnEmptyAnswer) {
   EXPECT_EQ(provider.result, "");
 }
 
-TEST(NewAdapterTest, ModuleHoldsItsTableBehindANullPointer) {
+TEST(NewAdapterTest, ModuleHasANullPointerAndItsTable) {
   ModuleCallbacks table = {};
   const __Module module(&table);
   EXPECT_EQ(module.reserved, nullptr);
   EXPECT_EQ(module.table, &table);
 }
 
-TEST(NewAdapterTest, MasterObserverHoldsItsTable) {
+TEST(NewAdapterTest, MasterObserverHasItsTable) {
   ModuleCallbacks table = {};
   const __MasterObserver observer(&table);
   EXPECT_EQ(observer.table, &table);

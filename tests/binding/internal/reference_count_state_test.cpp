@@ -11,24 +11,24 @@ class ReferenceCountStateTest : public RecordingTest {
 
 using Counts = std::map<std::string, int>;
 
-TEST_F(ReferenceCountStateTest, IncreaseMakesAnEntry) {
+TEST_F(ReferenceCountStateTest, IncreaseCreatesAnEntry) {
   reference_increase("a");
   EXPECT_EQ(g_reference_counts, Counts({{"a", 1}}));
 }
 
-TEST_F(ReferenceCountStateTest, DecreaseOfANewNameMakesAnEntryOfZero) {
+TEST_F(ReferenceCountStateTest, DecreaseOfANewNameCreatesAnEntryOfZero) {
   reference_decrease("a");
   EXPECT_EQ(g_reference_counts, Counts({{"a", 0}}));
 }
 
-TEST_F(ReferenceCountStateTest, EntryStaysAtZero) {
+TEST_F(ReferenceCountStateTest, EntryRemainsAtZero) {
   reference_increase("a");
   reference_decrease("a");
   reference_decrease("a");
   EXPECT_EQ(g_reference_counts, Counts({{"a", 0}}));
 }
 
-TEST_F(ReferenceCountStateTest, NegativeCountIsLeftAloneByADecrease) {
+TEST_F(ReferenceCountStateTest, DecreaseDoesNotChangeANegativeCount) {
   g_reference_counts["a"] = -3;
   EXPECT_EQ(reference_decrease("a"), -3);
   EXPECT_EQ(g_reference_counts, Counts({{"a", -3}}));

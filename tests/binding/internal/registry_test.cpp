@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The containers behind the registrations, at work.
+// The containers of the adapters.
 #include <memory>
 
 #include "binding/cfm_observer.h"
@@ -22,7 +22,7 @@ int receive(void* /*user*/, const char* /*event*/, const char* /*data*/, const c
 
 void ready(void* /*user*/, short /*events*/, int /*value*/) {}
 
-TEST_F(RegistryTest, WatchIsFiledUnderItsDescriptor) {
+TEST_F(RegistryTest, WatchIsStoredUnderItsDescriptor) {
   int user = 0;
   c_loop_add_fd(7, 1, ready, &user);
   ASSERT_EQ(g_fd_watches.size(), 1U);
@@ -33,7 +33,7 @@ TEST_F(RegistryTest, WatchIsFiledUnderItsDescriptor) {
   EXPECT_EQ(watch->fd, 7);
 }
 
-TEST_F(RegistryTest, WatchAddedAgainStaysTheOnlyOne) {
+TEST_F(RegistryTest, WatchAddedAgainRemainsTheOnlyOne) {
   int user = 0;
   c_loop_add_fd(7, 1, ready, &user);
   c_loop_add_fd(7, 1, nullptr, nullptr);
@@ -42,20 +42,20 @@ TEST_F(RegistryTest, WatchAddedAgainStaysTheOnlyOne) {
   EXPECT_EQ(g_fd_watches.at(7)->user, nullptr);
 }
 
-TEST_F(RegistryTest, EmptyWatchIsFilledByAnAdd) {
+TEST_F(RegistryTest, AddFillsANullWatch) {
   g_fd_watches[7] = nullptr;
   c_loop_add_fd(7, 1, ready, nullptr);
   ASSERT_NE(g_fd_watches.at(7), nullptr);
   EXPECT_EQ(g_fd_watches.at(7)->callback, &ready);
 }
 
-TEST_F(RegistryTest, EmptyWatchIsRemovedByADel) {
+TEST_F(RegistryTest, DelRemovesANullWatch) {
   g_fd_watches[7] = nullptr;
   c_loop_del_fd(7);
   EXPECT_TRUE(g_fd_watches.empty());
 }
 
-TEST_F(RegistryTest, DelOfAnUnknownDescriptorLeavesTheMapAsItIs) {
+TEST_F(RegistryTest, DelOfAnUnknownDescriptorDoesNotChangeTheMap) {
   c_loop_add_fd(7, 1, ready, nullptr);
   const auto before = g_fd_watches;
   c_loop_del_fd(8);
@@ -70,20 +70,20 @@ TEST_F(RegistryTest, DelRemovesItsDescriptor) {
   EXPECT_EQ(g_fd_watches.count(8), 1U);
 }
 
-TEST_F(RegistryTest, AddWithoutALoopMakesNoEntry) {
+TEST_F(RegistryTest, AddWithoutALoopCreatesNoEntry) {
   context.missing.insert("getLoop");
   c_loop_add_fd(7, 1, ready, nullptr);
   EXPECT_TRUE(g_fd_watches.empty());
 }
 
-TEST_F(RegistryTest, AddWithoutAContextMakesNoEntry) {
+TEST_F(RegistryTest, AddWithoutAContextCreatesNoEntry) {
   releaseContext(nullptr);
   proxy.instance = nullptr;
   c_loop_add_fd(7, 1, ready, nullptr);
   EXPECT_TRUE(g_fd_watches.empty());
 }
 
-TEST_F(RegistryTest, EventObserversStandInOrderOfRegistration) {
+TEST_F(RegistryTest, EventObserversAreStoredInOrderOfRegistration) {
   int user = 0;
   c_event_regist_observer("link", receive, &user);
   c_event_regist_observer("route", nullptr, nullptr);
@@ -94,14 +94,14 @@ TEST_F(RegistryTest, EventObserversStandInOrderOfRegistration) {
   EXPECT_EQ(g_event_observers.back(), context.event.registered[1].observer);
 }
 
-TEST_F(RegistryTest, EventObserverEntersTheListAfterTheServiceHasIt) {
+TEST_F(RegistryTest, EventObserverIsStoredAfterItsRegistrationWithTheService) {
   std::size_t listed = 1;
   log.on_call = [&listed](const std::string&) { listed = g_event_observers.size(); };
   c_event_regist_observer("link", receive, nullptr);
   EXPECT_EQ(listed, 0U);
 }
 
-TEST_F(RegistryTest, EventObserverLeavesTheListAfterTheService) {
+TEST_F(RegistryTest, EventObserverIsRemovedAfterTheServiceIsCalled) {
   std::size_t listed = 0;
   c_event_regist_observer("link", receive, nullptr);
   log.on_call = [&listed](const std::string&) { listed = g_event_observers.size(); };
@@ -110,7 +110,7 @@ TEST_F(RegistryTest, EventObserverLeavesTheListAfterTheService) {
   EXPECT_TRUE(g_event_observers.empty());
 }
 
-TEST_F(RegistryTest, EveryEntryOfAnEventObserverIsRemoved) {
+TEST_F(RegistryTest, AllEntriesOfAnEventObserverAreRemoved) {
   auto observer = std::make_unique<__EventC>();
   observer->callback = receive;
   g_event_observers = {observer.get(), observer.get()};
@@ -119,7 +119,7 @@ TEST_F(RegistryTest, EveryEntryOfAnEventObserverIsRemoved) {
   EXPECT_EQ(context.event.unregistered.size(), 1U);
 }
 
-TEST_F(RegistryTest, ConfigurationObserversStandInOrderOfRegistration) {
+TEST_F(RegistryTest, ConfigurationObserversAreStoredInOrderOfRegistration) {
   int user = 0;
   c_cfm_regist_observer(5, observe, &user);
   c_cfm_regist_observer(4, nullptr, nullptr);
@@ -131,7 +131,7 @@ TEST_F(RegistryTest, ConfigurationObserversStandInOrderOfRegistration) {
   EXPECT_EQ(g_cfm_observers.back(), cfm.registered[1].observer);
 }
 
-TEST_F(RegistryTest, EveryEntryOfAConfigurationObserverIsRemoved) {
+TEST_F(RegistryTest, AllEntriesOfAConfigurationObserverAreRemoved) {
   auto* observer = new __CfmC;
   observer->id = 5;
   observer->callback = observe;
@@ -153,7 +153,7 @@ class CfmProbe : public __CfmC {
   std::size_t& listed_;
 };
 
-TEST_F(RegistryTest, ConfigurationObserverIsDestroyedOnceItHasLeftTheList) {
+TEST_F(RegistryTest, ConfigurationObserverIsDestroyedAfterItsRemovalFromTheList) {
   std::size_t listed = 7;
   g_cfm_observers = {new CfmProbe(listed)};
   c_cfm_unregist_observer(5, observe);
@@ -169,7 +169,7 @@ class WatchProbe : public __LoopData {
   Calls& order_;
 };
 
-TEST_F(RegistryTest, WatchIsDestroyedOnceTheLoopHasBeenTold) {
+TEST_F(RegistryTest, WatchIsDestroyedAfterTheLoopIsCalled) {
   Calls order;
   g_fd_watches[7] = new WatchProbe(order);
   log.on_call = [&order](const std::string& call) { order.push_back(call); };
@@ -177,7 +177,7 @@ TEST_F(RegistryTest, WatchIsDestroyedOnceTheLoopHasBeenTold) {
   EXPECT_EQ(order, Calls({"context.getLoop()", "loop.delFd(7)", "destroyed"}));
 }
 
-TEST_F(RegistryTest, WatchIsDestroyedWithoutALoopToo) {
+TEST_F(RegistryTest, WatchIsDestroyedWithoutALoop) {
   Calls order;
   g_fd_watches[7] = new WatchProbe(order);
   context.missing.insert("getLoop");

@@ -19,7 +19,7 @@ TEST(ErrorTextTest, EachCodeHasItsText) {
   EXPECT_STREQ(errorText(-1023), "param error!");
 }
 
-TEST(ErrorTextTest, AnyOtherNumberIsUnknown) {
+TEST(ErrorTextTest, OtherCodesAreUnknown) {
   constexpr int kLowest = std::numeric_limits<int>::min();
   constexpr int kHighest = std::numeric_limits<int>::max();
   for (const int code : {1, -1, 1016, 1023, -1015, -1024, kLowest, kHighest}) {
@@ -27,7 +27,7 @@ TEST(ErrorTextTest, AnyOtherNumberIsUnknown) {
   }
 }
 
-TEST(ErrorTextTest, PublicCodesAreTheNumbersOfTheFramework) {
+TEST(ErrorTextTest, PublicCodesHaveTheNumbersOfTheFramework) {
   EXPECT_EQ(C_RESULT_OK, 0);
   EXPECT_EQ(C_RESULT_NO_USERDATA, -1016);
   EXPECT_EQ(C_RESULT_REDUNDANT, -1017);

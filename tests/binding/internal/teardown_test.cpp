@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What c_context_deinit() destroys, in which order, and what it leaves.
+// What c_context_deinit() destroys, in which order, and what it keeps.
 #include <new>
 #include <string>
 #include <utility>
@@ -16,7 +16,7 @@
 
 namespace {
 
-// What has gone so far, with the number of entries that the containers before it still had.
+// The objects destroyed so far, each with the number of entries left in the containers before it.
 Calls g_gone;
 
 void note(const std::string& name) {
@@ -25,7 +25,7 @@ void note(const std::string& name) {
   g_gone.push_back(name + ", left " + std::to_string(left));
 }
 
-// An adapter that says when its destructor runs.
+// An adapter that records when its destructor runs.
 template <typename Adapter>
 class Probe : public Adapter {
  public:
@@ -37,7 +37,7 @@ class Probe : public Adapter {
   std::string name_;
 };
 
-// Data providers have no virtual destructor for a probe: their memory is watched instead.
+// Data providers have no virtual destructor, so the test watches their memory instead.
 const void* g_provider = nullptr;
 
 void noteProvider(void* block) {
@@ -67,7 +67,7 @@ class TeardownTest : public RecordingTest {
   }
 };
 
-TEST_F(TeardownTest, EverythingGoesInOrder) {
+TEST_F(TeardownTest, EverythingIsDestroyedInOrder) {
   g_cfm_observers = {new Probe<__CfmC>("cfm 1"), nullptr, new Probe<__CfmC>("cfm 2")};
   g_event_observers = {new Probe<__EventC>("event 1"), nullptr, new Probe<__EventC>("event 2")};
   g_fd_watches = {{9, new Probe<__LoopData>("fd 9")}, {5, nullptr}, {2, new Probe<__LoopData>("fd 2")}};
@@ -126,7 +126,7 @@ TEST_F(TeardownTest, DataProviderFreesItsAnswer) {
   EXPECT_TRUE(g_data_providers.empty());
 }
 
-TEST_F(TeardownTest, TimerAndReferenceCountsStay) {
+TEST_F(TeardownTest, TimerAndReferenceCountsRemain) {
   g_timer.callback = tick;
   g_reference_counts = {{"A.1.", 2}, {"A.2.", 0}};
   c_context_deinit();
@@ -134,7 +134,7 @@ TEST_F(TeardownTest, TimerAndReferenceCountsStay) {
   EXPECT_EQ(g_reference_counts, (std::map<std::string, int>{{"A.1.", 2}, {"A.2.", 0}}));
 }
 
-TEST_F(TeardownTest, CacheThatCannotBeAllocatedIsTheCallersFailure) {
+TEST_F(TeardownTest, FailedAllocationOfTheCacheReachesTheCaller) {
   watched_heap::fail_next_new = true;
   EXPECT_THROW(c_dbc_create(), std::bad_alloc);
   EXPECT_NE(c_dbc_create(), nullptr);

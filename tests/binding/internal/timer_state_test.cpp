@@ -15,11 +15,11 @@ int expiredToo() {
 
 using TimerStateTest = RecordingTest;
 
-TEST(NewTimerTest, HoldsNoCallback) {
+TEST(NewTimerTest, HasNoCallback) {
   EXPECT_EQ(__NtpTimerCB().callback, nullptr);
 }
 
-TEST_F(TimerStateTest, ContextIsGivenTheOneAdapter) {
+TEST_F(TimerStateTest, ContextReceivesTheOnlyAdapter) {
   c_context_set_timer(1, 2, expired);
   EXPECT_EQ(context.timers.at(0), &g_timer);
 }
@@ -31,7 +31,7 @@ TEST_F(TimerStateTest, CallbackIsReplaced) {
   EXPECT_EQ(g_timer.callback, expiredToo);
 }
 
-TEST_F(TimerStateTest, NullCallbackIsStoredToo) {
+TEST_F(TimerStateTest, NullCallbackIsStored) {
   c_context_set_timer(1, 2, expired);
   c_context_set_timer(1, 2, nullptr);
   EXPECT_EQ(g_timer.callback, nullptr);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The end of the process-wide state, which here comes with the end of the program.
+// The destruction of the process-wide state, here at the end of the program.
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -17,7 +17,7 @@
 
 namespace {
 
-// One element in each container, by what it lies in: a node that is freed with its container.
+// The node of the only element of each container. It is freed together with the container.
 struct Element {
   const char* name;
   const void* place;
@@ -44,7 +44,7 @@ class Lasting : public Adapter {
 };
 
 void endWithFullContainers() {
-  // Never destroyed: at the end of the program nobody destroys what the containers point to.
+  // Never deleted by the test, which checks that the containers do not delete them either.
   static auto& cfm = *new Lasting<__CfmC>;
   static auto& event = *new Lasting<__EventC>;
   static auto& provider = *new __DataProvider;
@@ -63,7 +63,7 @@ void endWithFullContainers() {
   std::exit(0);
 }
 
-TEST(UnloadDeathTest, ContainersGoInReverseOrderAndLeaveTheirAdapters) {
+TEST(UnloadDeathTest, ContainersAreDestroyedInReverseOrderWithoutTheirAdapters) {
   EXPECT_EXIT(endWithFullContainers(), testing::ExitedWithCode(0), "^reference fd provider event cfm $");
 }
 

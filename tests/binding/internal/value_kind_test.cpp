@@ -17,7 +17,7 @@ TEST(ValueKindTest, EachTypeHasItsKind) {
   EXPECT_EQ(valueKind("bool"), ValueKind::kFlag);
 }
 
-TEST(ValueKindTest, NamesAreComparedWhole) {
+TEST(ValueKindTest, NameComparisonIsExact) {
   for (const char* type : {"", "Int", "INT", "in", "ints", " int", "string", "boolean", "ip", "hex"}) {
     EXPECT_EQ(valueKind(type), ValueKind::kUnknown) << '"' << type << '"';
   }

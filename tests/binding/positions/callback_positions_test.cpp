@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Each operation of the interfaces that the framework calls stands at its position.
+// The positions of the operations that the framework calls.
 #include <string>
 #include <utility>
 #include <vector>
@@ -61,40 +61,40 @@ class Module : public IModule {
   int recvDependence(std::string name) override { return name == "name" ? 10 : 0; }
 };
 
-// The pointer as the framework has it.
+// Returns the pointer as the framework receives it.
 template <typename Interface>
 void* as(Interface& object) {
   return &object;
 }
 
-TEST(CallbackPositionsTest, LoopData) {
+TEST(CallbackPositionsTest, LoopDataOperationHasItsPosition) {
   LoopData object;
   EXPECT_EQ(enterLoopData3(as<ILoopData>(object), -2, 7), -1993);
 }
 
-TEST(CallbackPositionsTest, Timer) {
+TEST(CallbackPositionsTest, TimerOperationHasItsPosition) {
   Timer object;
   EXPECT_EQ(enterTimer3(as<ITimer>(object), 7), 8);
 }
 
-TEST(CallbackPositionsTest, EventObserver) {
+TEST(CallbackPositionsTest, EventObserverOperationHasItsPosition) {
   EventObserver object;
   EXPECT_EQ(enterEventObserver3(as<IEventObserver>(object), "link", "up", "kernel"), 5);
   EXPECT_EQ(object.seen, "link up kernel");
 }
 
-TEST(CallbackPositionsTest, CfmObserver) {
+TEST(CallbackPositionsTest, CfmObserverOperationHasItsPosition) {
   CfmObserver object;
   EXPECT_EQ(enterCfmObserver3(as<ICfmObserver>(object), 5, "A.1.", 2, "leaf"), 5002);
   EXPECT_EQ(object.seen, "A.1. leaf");
 }
 
-TEST(CallbackPositionsTest, DataProvider) {
+TEST(CallbackPositionsTest, DataProviderOperationHasItsPosition) {
   DataProvider object;
   EXPECT_EQ(enterDyncDataProvider1(as<IDyncDataProvider>(object), 5, "A.1.", "leaf"), "5 A.1. leaf");
 }
 
-TEST(CallbackPositionsTest, BootContext) {
+TEST(CallbackPositionsTest, BootContextOperationsHaveTheirPositions) {
   Module object;
   for (int position = 3; position <= 10; ++position) {
     EXPECT_EQ(enterBootContext(as<IBootContext>(object), position), position);
@@ -102,7 +102,7 @@ TEST(CallbackPositionsTest, BootContext) {
   }
 }
 
-TEST(CallbackPositionsTest, BootContextDefaults) {
+TEST(CallbackPositionsTest, DefaultsOfBootContextHaveTheirPositions) {
   IBootContext object;
   const std::vector<int> results = {0, 0, 100, 0, 100, 0, 0, 0};
   for (int position = 3; position <= 10; ++position) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Each operation of the context and of its services stands at its position.
+// The positions of the operations of the context and its services.
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -22,7 +22,7 @@ class ContextPositionsTest : public testing::Test {
   IContext& context = *getContext();
 };
 
-TEST_F(ContextPositionsTest, Context) {
+TEST_F(ContextPositionsTest, ContextOperationsHaveTheirPositions) {
   EXPECT_EQ(context.init(1, UINTPTR_MAX), 30);
   EXPECT_EQ(context.load(), 40);
   EXPECT_EQ(context.debugOut("file", 2, "text"), 130);
@@ -39,7 +39,7 @@ TEST_F(ContextPositionsTest, Context) {
                                     "IContext 20 (4, 0, 5, adapter)", "IContext 24 (net)"}));
 }
 
-TEST_F(ContextPositionsTest, Services) {
+TEST_F(ContextPositionsTest, ServiceGettersHaveTheirPositions) {
   EXPECT_NE(context.getLog(), nullptr);
   EXPECT_NE(context.getCfm(), nullptr);
   EXPECT_NE(context.getEvent(), nullptr);
@@ -49,14 +49,14 @@ TEST_F(ContextPositionsTest, Services) {
             Entered({"IContext 6 ()", "IContext 7 ()", "IContext 8 ()", "IContext 9 ()", "IContext 10 ()"}));
 }
 
-TEST_F(ContextPositionsTest, Log) {
+TEST_F(ContextPositionsTest, LogOperationsHaveTheirPositions) {
   ILog* log = context.getLog();
   takeEntered();
   EXPECT_EQ(log->record("module", 3, "text"), 30);
   EXPECT_EQ(takeEntered(), Entered({"ILog 3 (module, 3, text)"}));
 }
 
-TEST_F(ContextPositionsTest, ConfigurationService) {
+TEST_F(ContextPositionsTest, ConfigurationServiceOperationsHaveTheirPositions) {
   ICfm* cfm = context.getCfm();
   takeEntered();
   EXPECT_EQ(cfm->getAttr(1, nullptr), 30);
@@ -71,7 +71,7 @@ TEST_F(ContextPositionsTest, ConfigurationService) {
                      "ICfm 17 (A.B, text, 5)", "ICfm 18 (6, adapter)", "ICfm 19 (1)"}));
 }
 
-TEST_F(ContextPositionsTest, Node) {
+TEST_F(ContextPositionsTest, NodeOperationsHaveTheirPositions) {
   ICfm* cfm = context.getCfm();
   ICfmNode* node = cfm->getNode("A.B");
   EXPECT_EQ(node->getType(), "str");
@@ -82,7 +82,7 @@ TEST_F(ContextPositionsTest, Node) {
                                     "ICfmNode 6 ()", "ICfm 10 ()"}));
 }
 
-TEST_F(ContextPositionsTest, Iterator) {
+TEST_F(ContextPositionsTest, IteratorOperationsHaveTheirPositions) {
   ICfm* cfm = context.getCfm();
   ICfmIterator* iterator = cfm->instanceIterator(5);
   EXPECT_EQ(iterator->name(), "A.1.");
@@ -92,7 +92,7 @@ TEST_F(ContextPositionsTest, Iterator) {
                                     "ICfm 15 ()"}));
 }
 
-TEST_F(ContextPositionsTest, EventService) {
+TEST_F(ContextPositionsTest, EventServiceOperationsHaveTheirPositions) {
   IEvent* event = context.getEvent();
   takeEntered();
   EXPECT_EQ(event->registObserver("link", nullptr), 30);
@@ -102,7 +102,7 @@ TEST_F(ContextPositionsTest, EventService) {
             Entered({"IEvent 3 (link, adapter)", "IEvent 4 (link, adapter)", "IEvent 5 (link, up, 0)"}));
 }
 
-TEST_F(ContextPositionsTest, Heartbeat) {
+TEST_F(ContextPositionsTest, HeartbeatOperationsHaveTheirPositions) {
   IHeartbeat* heartbeat = context.getHeartbeat();
   takeEntered();
   EXPECT_EQ(heartbeat->lock(), 90);
@@ -110,7 +110,7 @@ TEST_F(ContextPositionsTest, Heartbeat) {
   EXPECT_EQ(takeEntered(), Entered({"IHeartbeat 9 ()", "IHeartbeat 10 ()"}));
 }
 
-TEST_F(ContextPositionsTest, Loop) {
+TEST_F(ContextPositionsTest, LoopOperationsHaveTheirPositions) {
   ILoop* loop = context.getLoop();
   takeEntered();
   EXPECT_EQ(loop->addFd(7, 1, nullptr), 30);

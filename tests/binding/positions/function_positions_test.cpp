@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The C functions enter the context and its services at the right positions, and what they register there can
-// be entered at its positions.
+// The C functions call the context and its services at the right positions, and the adapters that they
+// register can be called at their positions.
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -36,7 +36,7 @@ int observe(void* user, int id, const char* instance, int operation, const char*
   return 12;
 }
 
-TEST_F(FunctionPositionsTest, Lifecycle) {
+TEST_F(FunctionPositionsTest, LifecycleFunctionsCallTheContext) {
   EXPECT_EQ(c_context_init(1, 2), 30);
   EXPECT_EQ(c_context_load(), 40);
   EXPECT_EQ(c_debug_out("file", 2, "text"), 130);
@@ -45,7 +45,7 @@ TEST_F(FunctionPositionsTest, Lifecycle) {
                                     "IContext 14 (3)"}));
 }
 
-TEST_F(FunctionPositionsTest, Services) {
+TEST_F(FunctionPositionsTest, ServiceFunctionsCallTheirServices) {
   EXPECT_EQ(c_loop_run(), 60);
   EXPECT_EQ(c_heartbeat_lock(), 90);
   EXPECT_EQ(c_heartbeat_unlock(), 100);
@@ -54,7 +54,7 @@ TEST_F(FunctionPositionsTest, Services) {
                                     "IContext 9 ()", "IHeartbeat 10 ()", "IContext 7 ()", "ICfm 19 (1)"}));
 }
 
-TEST_F(FunctionPositionsTest, Watches) {
+TEST_F(FunctionPositionsTest, WatchFunctionsCallTheLoop) {
   std::string seen;
   EXPECT_EQ(c_loop_add_fd(7, 1, ready, &seen), 30);
   EXPECT_EQ(enterLoopData3(lastAdapter(), -2, 7), 0);
@@ -64,7 +64,7 @@ TEST_F(FunctionPositionsTest, Watches) {
             Entered({"IContext 10 ()", "ILoop 3 (7, 1, adapter)", "IContext 10 ()", "ILoop 4 (7)"}));
 }
 
-TEST_F(FunctionPositionsTest, Events) {
+TEST_F(FunctionPositionsTest, EventFunctionsCallTheEventService) {
   std::string seen;
   c_event_regist_observer("link", receive, &seen);
   EXPECT_EQ(enterEventObserver3(lastAdapter(), "link", "up", "kernel"), 11);
@@ -74,14 +74,14 @@ TEST_F(FunctionPositionsTest, Events) {
                                     "IEvent 5 (link, down, 0)"}));
 }
 
-TEST_F(FunctionPositionsTest, EventUnregistration) {
+TEST_F(FunctionPositionsTest, EventUnregistrationCallsTheEventService) {
   c_event_regist_observer("link", receive, nullptr);
   takeEntered();
   c_event_unregist_observer("link", receive);
   EXPECT_EQ(takeEntered(), Entered({"IContext 8 ()", "IEvent 4 (link, adapter)"}));
 }
 
-TEST_F(FunctionPositionsTest, ConfigurationObservers) {
+TEST_F(FunctionPositionsTest, ObserverFunctionsCallTheConfigurationService) {
   std::string seen;
   c_cfm_regist_observer(5, observe, &seen);
   EXPECT_EQ(enterCfmObserver3(lastAdapter(), 5, "A.1.", -1, "leaf"), 12);
@@ -92,7 +92,7 @@ TEST_F(FunctionPositionsTest, ConfigurationObservers) {
                      "ICfmIterator 3 ()", "ICfm 15 ()", "IContext 7 ()", "ICfm 8 (5, adapter)"}));
 }
 
-TEST_F(FunctionPositionsTest, Values) {
+TEST_F(FunctionPositionsTest, ValueFunctionsCallTheConfigurationService) {
   char buffer[8] = {};
   EXPECT_EQ(c_cfm_get_value("A.B", "str", buffer, sizeof buffer), 0);
   EXPECT_STREQ(buffer, "text");
@@ -106,13 +106,13 @@ int tick() {
   return 13;
 }
 
-TEST_F(FunctionPositionsTest, Timer) {
+TEST_F(FunctionPositionsTest, TimerFunctionCallsTheContext) {
   EXPECT_EQ(c_context_set_timer(1, 2, tick), 200);
   EXPECT_EQ(enterTimer3(lastAdapter(), 7), 13);
   EXPECT_EQ(takeEntered(), Entered({"IContext 20 (1, 0, 2, adapter)"}));
 }
 
-TEST_F(FunctionPositionsTest, Processes) {
+TEST_F(FunctionPositionsTest, ProcessFunctionsCallTheContext) {
   char format[] = "%s";
   c_system_call("a");
   EXPECT_EQ(c_system_call2(format, "b"), 160);
@@ -120,12 +120,12 @@ TEST_F(FunctionPositionsTest, Processes) {
   EXPECT_EQ(takeEntered(), Entered({"IContext 15 (a)", "IContext 16 (b)", "IContext 17 (b)"}));
 }
 
-TEST_F(FunctionPositionsTest, Log) {
+TEST_F(FunctionPositionsTest, LogFunctionCallsTheLogService) {
   c_log_record("module", 3, "text");
   EXPECT_EQ(takeEntered(), Entered({"IContext 6 ()", "ILog 3 (module, 3, text)"}));
 }
 
-TEST_F(FunctionPositionsTest, Attributes) {
+TEST_F(FunctionPositionsTest, AttributeFunctionsCallTheConfigurationService) {
   int out = 0;
   EXPECT_EQ(c_cfm_set_attr(1, 2), 50);
   EXPECT_EQ(c_cfm_get_attr(1, &out), 30);
@@ -139,7 +139,7 @@ void answer(int id, const char* instance, const char* leaf, void* /*user*/, void
   c_cfm_data_provider_set(handle, "str", text.data());
 }
 
-TEST_F(FunctionPositionsTest, DataProvider) {
+TEST_F(FunctionPositionsTest, ProviderFunctionsCallTheConfigurationService) {
   c_cfm_data_provider_regist(5, answer, nullptr);
   EXPECT_EQ(enterDyncDataProvider1(lastAdapter(), 5, "A.1.", "leaf"), "5 A.1. leaf");
   EXPECT_EQ(takeEntered(), Entered({"IContext 7 ()", "ICfm 18 (5, adapter)"}));
@@ -151,7 +151,7 @@ int visit(int /*id*/, char* name, void* /*userdata*/, c_pass_fn3 /*pass_fn3*/, c
   return 0;
 }
 
-TEST_F(FunctionPositionsTest, Instances) {
+TEST_F(FunctionPositionsTest, InstanceLookupCallsTheConfigurationService) {
   std::string seen;
   EXPECT_EQ(c_cfm_lookup_instance(5, visit, nullptr, nullptr, &seen), 0);
   EXPECT_EQ(seen, "A.1.");
@@ -159,7 +159,7 @@ TEST_F(FunctionPositionsTest, Instances) {
                                     "ICfm 15 ()"}));
 }
 
-// What the entries of the table have been called with.
+// The last call of an entry of the table.
 std::string g_module_entered;
 
 int load() {
@@ -197,7 +197,7 @@ int dependence(const char* name) {
   return 27;
 }
 
-// Enters every operation of a participant that has been made from the table of these entries.
+// Calls every operation of a participant that was created from the table of these entries.
 void expectOperations(void* participant) {
   const std::vector<std::pair<int, std::string>> expected = {
       {21, "load"}, {22, "start"},  {23, "config name 9"},  {24, "run"}, {25, "unconfig name 9"},
@@ -210,19 +210,19 @@ void expectOperations(void* participant) {
   }
 }
 
-TEST_F(FunctionPositionsTest, ModuleOperations) {
+TEST_F(FunctionPositionsTest, ModuleOperationsHaveTheirPositions) {
   ModuleCallbacks table = {load, start, config, run, unconfig, unload, dependence};
   void* module = c_module_regist(&table);
   expectOperations(module);
   c_module_unregist(module);
 }
 
-TEST_F(FunctionPositionsTest, ModuleDestructor) {
+TEST_F(FunctionPositionsTest, UnregistrationCallsTheDestructorOfTheModule) {
   c_module_unregist(newModule());
   EXPECT_EQ(takeEntered(), Entered({"IModule 1 ()"}));
 }
 
-TEST_F(FunctionPositionsTest, MasterObserver) {
+TEST_F(FunctionPositionsTest, MasterObserverOperationsHaveTheirPositions) {
   ModuleCallbacks table = {load, start, config, run, unconfig, unload, dependence};
   EXPECT_EQ(c_context_regist_master_observer(&table), 190);
   expectOperations(lastAdapter());

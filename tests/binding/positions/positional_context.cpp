@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The classes carry the names of the framework's because the undefined-behaviour sanitizer compares the names
-// of an object's type and of the pointer that it is reached through.
+// The classes have the names of the framework's because the undefined-behaviour sanitizer compares the type
+// names of the object and of the pointer.
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -32,7 +32,7 @@ std::string shown(void* adapter) {
   return "adapter";
 }
 
-// Writes down that an operation has been entered, and answers for it.
+// Records the call of an operation and returns `result`.
 template <typename Result, typename... Arguments>
 Result answer(Result result, const char* interface, int position, Arguments... arguments) {
   std::string list;
@@ -43,7 +43,7 @@ Result answer(Result result, const char* interface, int position, Arguments... a
   return result;
 }
 
-// Answers ten times the position, which tells the results apart.
+// Records a call and returns ten times the position, so that each result is different.
 template <typename... Arguments>
 int enter(const char* interface, int position, Arguments... arguments) {
   return answer(position * 10, interface, position, arguments...);

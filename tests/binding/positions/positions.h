@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A context library whose classes are written by position: they know the place of each operation in the
-// virtual table, its arguments and nothing else. None of the library's headers is used on that side, so that
-// an operation that moves in a header meets another one here.
+// A context library whose classes define each operation by its position in the virtual table and its
+// arguments. It does not include the library's headers, so a test fails if an operation moves in a header.
 #ifndef CPP2C_TESTS_BINDING_POSITIONS_POSITIONS_H
 #define CPP2C_TESTS_BINDING_POSITIONS_POSITIONS_H
 
@@ -10,16 +9,16 @@
 
 #pragma GCC visibility push(default)
 
-// The operations that have been entered since the last call of this, for example `IContext 14 (7)`.
+// Returns the operations called since the last takeEntered(), for example `IContext 14 (7)`.
 std::vector<std::string> takeEntered();
 
-// What the context's services have been given last: an adapter of the library.
+// Returns the adapter that the context or a service received last.
 void* lastAdapter();
 
-// An object of the class `IModule`, made by position.
+// Creates an object of the class `IModule` of the context library.
 void* newModule();
 
-// Each enters the operation of `object` that stands at the position in its name.
+// Each calls the operation of `object` at the position in its name.
 int enterLoopData3(void* object, short events, int value);
 int enterTimer3(void* object, int value);
 int enterEventObserver3(void* object, const std::string& event, const std::string& data,
@@ -29,8 +28,7 @@ int enterCfmObserver3(void* object, int id, const std::string& instance, int ope
 std::string enterDyncDataProvider1(void* object, int id, const std::string& instance,
                                    const std::string& leaf);
 
-// Enters operation `position` of a participant of the lifecycle, with the name "name" and the number 9 where
-// it takes them.
+// Calls operation `position` of a participant. The arguments, if any, are "name" and 9.
 int enterBootContext(void* object, int position);
 
 #pragma GCC visibility pop

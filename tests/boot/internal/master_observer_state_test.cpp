@@ -17,7 +17,7 @@ TEST_F(MasterObserverStateTest, RegistrationStoresAnObserverOfTheTable) {
   EXPECT_EQ(context.master_observers.at(0), g_master_observer);
 }
 
-TEST_F(MasterObserverStateTest, RegistrationWithoutAContextStoresTheObserverToo) {
+TEST_F(MasterObserverStateTest, RegistrationWithoutAContextStoresTheObserver) {
   ModuleCallbacks table = {};
   releaseContext(nullptr);
   proxy.instance = nullptr;
@@ -45,7 +45,7 @@ class ProbeObserver : public __MasterObserver {
   bool& destroyed_;
 };
 
-TEST_F(MasterObserverStateTest, TeardownDestroysTheObserverAsWhatItIs) {
+TEST_F(MasterObserverStateTest, TeardownCallsTheDestructorOfTheObserver) {
   bool destroyed = false;
   g_master_observer = new ProbeObserver(destroyed);
   c_context_deinit();

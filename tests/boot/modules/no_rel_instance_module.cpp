@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A library without "relInstance". It depends on no other that has one, for the loader would find that.
+// A library without "relInstance". It must not depend on a library that has one: dlsym() would find it.
 #include "boot/module.h"
 
 namespace {

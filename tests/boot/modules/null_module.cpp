@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A library that yields no module.
+// A library whose "getInstance" returns null.
 #include "include_c"
 
 extern "C" {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A library with one recording module, called MODULE_NAME.
+// A library with one recording module, named MODULE_NAME.
 #include "tests/boot/modules/recording_module.h"
 
 namespace {
 
-// Writes down when the library is opened and closed.
+// Records when the library is opened and closed.
 class OpenModule : public RecordingModule {
  public:
   OpenModule() : RecordingModule(MODULE_NAME) { record("open"); }

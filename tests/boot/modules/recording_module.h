@@ -8,13 +8,13 @@
 #include "boot/module.h"
 #include "tests/support/context_proxy.h"
 
-// A module that writes its calls down under its own name, for example `first.onConfig('cfmd', 3)`.
+// A module that records its calls with its name, for example `first.onConfig('cfmd', 3)`.
 class RecordingModule : public IModule {
  public:
   explicit RecordingModule(std::string module_name) : name(std::move(module_name)) {}
 
   const std::string name;
-  void* asked_with = nullptr;  // what its library's "getInstance" was given
+  void* asked_with = nullptr;  // argument of its library's "getInstance"
 
   int onLoad() override { return record("onLoad"); }
   int onStart() override { return record("onStart"); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a walk leaves behind in the cache, and the table's own walk.
+// The state of the cache after a lookup, and the lookup of a single table.
 #include <map>
 #include <string>
 #include <vector>
@@ -34,22 +34,22 @@ class LookupStateTest : public ::testing::Test {
   Tables& tables;
 };
 
-TEST_F(LookupStateTest, UnknownObjectLeavesAnEmptyEntry) {
+TEST_F(LookupStateTest, UnknownObjectCreatesANullEntry) {
   walk(77);
   EXPECT_EQ(tables, Tables({{77, nullptr}}));
 }
 
-TEST_F(LookupStateTest, UnknownObjectLeavesAnEmptyEntryForANullVisitToo) {
+TEST_F(LookupStateTest, NullVisitOfAnUnknownObjectCreatesANullEntry) {
   c_dbc_lookup(77, nullptr, nullptr, nullptr, nullptr);
   EXPECT_EQ(tables, Tables({{77, nullptr}}));
 }
 
-TEST_F(LookupStateTest, EmptyEntryVisitsNothing) {
+TEST_F(LookupStateTest, NullEntryVisitsNothing) {
   tables[77] = nullptr;
   EXPECT_EQ(walk(77), Names());
 }
 
-TEST_F(LookupStateTest, EmptyItemsAreSkippedAndStay) {
+TEST_F(LookupStateTest, NullItemsAreSkippedAndKept) {
   c_dbc_add_userdata(5, "b", nullptr);
   tables[5]->items["a"] = nullptr;
   tables[5]->items["c"] = nullptr;
@@ -57,7 +57,7 @@ TEST_F(LookupStateTest, EmptyItemsAreSkippedAndStay) {
   EXPECT_EQ(tables[5]->items.size(), 3U);
 }
 
-TEST_F(LookupStateTest, TableOfEmptyItemsVisitsNothing) {
+TEST_F(LookupStateTest, TableOfNullItemsVisitsNothing) {
   tables[5] = new DBClientTable;
   tables[5]->items["a"] = nullptr;
   EXPECT_EQ(walk(5), Names());
@@ -68,7 +68,7 @@ TEST_F(LookupStateTest, EmptyTableVisitsNothing) {
   EXPECT_EQ(walk(5), Names());
 }
 
-TEST_F(LookupStateTest, VisitIsGivenTheNameThatTheItemHolds) {
+TEST_F(LookupStateTest, VisitReceivesTheNameInTheItem) {
   c_dbc_add_userdata(5, "key", nullptr);
   tables[5]->items["key"]->name = "name";
   EXPECT_EQ(walk(5), Names({"name"}));

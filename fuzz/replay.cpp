@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Runs a harness on every file of the given folders, without libFuzzer.
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -32,6 +34,7 @@ bool replay(const std::filesystem::path& file) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  close_range(STDERR_FILENO + 1, ~0U, 0);  // a harness may find inherited descriptors by their numbers
   int count = 0;
   for (int i = 1; i < argc; i++) {
     for (const auto& file : filesIn(argv[i])) {

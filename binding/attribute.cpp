@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Attributes of configuration nodes, and reference counts by name.
 //
-// Without a context, c_cfm_set_attr() fails with C_RESULT_NOT_INIT but c_cfm_get_attr() with C_RESULT_PARAM.
-// Programs depend on the difference: keep it.
+// Without a context or configuration service, c_cfm_set_attr() fails with C_RESULT_NOT_INIT, but
+// c_cfm_get_attr() with C_RESULT_PARAM. Programs depend on the difference: keep it.
 #include "binding/globals.h"
 #include "binding/result.h"
 #include "binding/services.h"

@@ -25,9 +25,9 @@ class CPP2C_API DllMgr {
   DllMgr(const DllMgr&) = delete;
   DllMgr& operator=(const DllMgr&) = delete;
 
-  // Returns the instance of the shared library, which owns it. The first call obtains it by passing `ctx` to
-  // the library's "getInstance"; later calls return the same instance. Returns null if the library is not
-  // open or has no "getInstance". The instance of a module library is an IModule.
+  // Returns the instance of the shared library, which owns it. If it has not been obtained yet, obtains it by
+  // passing `ctx` to the library's "getInstance". Returns null if the library is not open, has no
+  // "getInstance" or returns no instance. The instance of a module library is an IModule.
   IContext* getInstance(IContext* ctx);
 
   // Passes the instance to the library's "relInstance". Does nothing if there is no such function.

@@ -1,4 +1,4 @@
-# What every target of this project is compiled with, as one interface target.
+# Compiler and linker flags of all targets, as one interface target.
 set(CMAKE_C_STANDARD 11)
 set(CMAKE_C_STANDARD_REQUIRED ON)
 set(CMAKE_C_EXTENSIONS OFF)
@@ -10,9 +10,9 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-set(CPP2C_SANITIZE "" CACHE STRING "Sanitizers to build everything with, for example address,undefined")
+set(CPP2C_SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
 
-option(CPP2C_CXX11_ABI "Use libstdc++'s current std::string; off for devices with the one before GCC 5" ON)
+option(CPP2C_CXX11_ABI "Use the current std::string ABI; off for devices with the ABI before GCC 5" ON)
 option(CPP2C_STATIC_RUNTIME "Link libstdc++ and libgcc into the library" OFF)
 option(CPP2C_SMALL "Drop unused sections and optimise at link time" OFF)
 
@@ -23,7 +23,6 @@ target_compile_options(cpp2c_build_flags INTERFACE
   $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fno-gnu-unique>
 )
 if(CPP2C_SANITIZE)
-  # dlclose() is part of what is tested, so the sanitizers' runtime is linked dynamically by clang too.
   target_compile_options(cpp2c_build_flags INTERFACE
     -fsanitize=${CPP2C_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(cpp2c_build_flags INTERFACE -fsanitize=${CPP2C_SANITIZE})
@@ -32,7 +31,7 @@ else()
 endif()
 if(CPP2C_FUZZ)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    message(FATAL_ERROR "CPP2C_FUZZ needs clang, which has libFuzzer; the preset fuzz chooses it.")
+    message(FATAL_ERROR "CPP2C_FUZZ requires clang, which has libFuzzer; use the preset fuzz.")
   endif()
   target_compile_options(cpp2c_build_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()

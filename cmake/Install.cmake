@@ -1,7 +1,7 @@
-# What `cmake --install` puts where, in components that become packages: runtime, development, host.
+# Installation rules. Each component becomes a package: runtime, development, host.
 include(CMakePackageConfigHelpers)
 
-# Compresses a file as Debian wants it, without a time, and installs it as NAME.gz.
+# Compresses a file as Debian requires, without a time stamp, and installs it as NAME.gz.
 function(install_compressed component source destination)
   cmake_path(GET source FILENAME name)
   set(output ${PROJECT_BINARY_DIR}/compressed/${name}.gz)
@@ -11,7 +11,7 @@ function(install_compressed component source destination)
   install(FILES ${output} DESTINATION ${destination} COMPONENT ${component})
 endfunction()
 
-# Each package carries the licence and what has changed where Debian looks for them.
+# Installs the licence and the changelog of a package where Debian requires them.
 function(install_package_documents component package)
   set(doc_dir ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package})
   install(FILES LICENSE DESTINATION ${doc_dir} COMPONENT ${component} RENAME copyright)
@@ -29,7 +29,7 @@ install(TARGETS cpp2c EXPORT cpp2cTargets
   FILE_SET HEADERS
     DESTINATION ${header_dir}
     COMPONENT development
-  INCLUDES DESTINATION ${header_dir}  # for a CMake before 3.23, which knows no file sets
+  INCLUDES DESTINATION ${header_dir}  # for CMake before 3.23, which does not support file sets
 )
 install(TARGETS cpp2c_interfaces FILE_SET HEADERS DESTINATION ${header_dir} COMPONENT development)
 install_package_documents(runtime libcpp2c1)
@@ -40,7 +40,7 @@ install(EXPORT cpp2cTargets NAMESPACE cpp2c:: DESTINATION ${package_dir} COMPONE
 configure_package_config_file(packaging/cpp2cConfig.cmake.in cpp2cConfig.cmake
   INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(cpp2cConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-# Relative, so that a copy of the installed tree can be used wherever it stands.
+# Relative, so that the installed tree can be moved.
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
   BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE prefix_from_pkgconfigdir)
 configure_file(packaging/cpp2c.pc.in cpp2c.pc @ONLY)

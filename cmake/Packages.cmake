@@ -1,4 +1,4 @@
-# Debian packages through CPack, one for each component.
+# Debian packages, built with CPack: one for each component.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME cpp2c)
 set(CPACK_PACKAGE_VENDOR "The libcpp2c authors")
@@ -11,15 +11,15 @@ set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)  # for the host context, which needs it
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)  # the host context depends on libcpp2c.so
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libcpp2c1)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
   "Plain C access to an object-oriented service framework
-libcpp2c.so, which service programs and module libraries written in C are
-linked with. The framework's context is opened at run time.")
+libcpp2c.so, the library for service programs and module libraries written
+in C. The framework's context is opened at run time.")
 configure_file(packaging/shlibs.in shlibs @ONLY)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
   ${PROJECT_SOURCE_DIR}/packaging/triggers
@@ -39,8 +39,8 @@ set(CPACK_DEBIAN_HOST_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_HOST_PACKAGE_DEPENDS "libcpp2c1 (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_HOST_DESCRIPTION
   "Host context, its command-line client, and examples for libcpp2c
-Runs service programs written against libcpp2c on this machine: the context
+Runs service programs that use libcpp2c on this machine: the context
 library, a launcher that finds it, example services, and contextctl, which
-looks into a running service and tells whether a library fits libcpp2c.")
+inspects running services and checks whether a library fits libcpp2c.")
 
 include(CPack)

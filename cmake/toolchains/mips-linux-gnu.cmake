@@ -1,4 +1,4 @@
-# The device: 32-bit big-endian MIPS. Debian's cross compiler, and its user-mode emulator to run what it builds.
+# The device: 32-bit big-endian MIPS. Uses Debian's cross compiler, and QEMU to run the programs.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR mips)
 
@@ -6,7 +6,7 @@ set(CMAKE_C_COMPILER mips-linux-gnu-gcc)
 set(CMAKE_CXX_COMPILER mips-linux-gnu-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE mips-linux-gnu)
 
-# The compiler's default there is an executable stack, and an unaligned access is a bus error.
+# On MIPS the compiler makes the stack executable by default, and an unaligned access is a bus error.
 set(CMAKE_C_FLAGS_INIT "-Wcast-align=strict")
 set(CMAKE_CXX_FLAGS_INIT "-Wcast-align=strict")
 foreach(kind EXE SHARED MODULE)

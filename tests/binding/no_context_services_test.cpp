@@ -144,21 +144,21 @@ TEST_F(WithoutContextTest, RelativeReadIsNotInitialised) {
   EXPECT_EQ(word, 99);
 }
 
-TEST_F(WithoutContextTest, RelativeWriteChecksTheBaseFirst) {
+TEST_F(WithoutContextTest, RelativeWriteWithANullBaseIsAParameterError) {
   const std::int32_t word = 99;
   EXPECT_EQ(c_cfm_set_value_v2(nullptr, "", "x", "int", &word, sizeof word, 0), -1023);
 }
 
-TEST_F(WithoutContextTest, RelativeWriteChecksTheDataFirst) {
+TEST_F(WithoutContextTest, RelativeWriteWithNullDataIsAParameterError) {
   EXPECT_EQ(c_cfm_set_value_v2("A.", "", "x", "int", nullptr, sizeof(std::int32_t), 0), -1023);
 }
 
-TEST_F(WithoutContextTest, RelativeReadChecksTheTypeFirst) {
+TEST_F(WithoutContextTest, RelativeReadWithANullTypeIsAParameterError) {
   std::int32_t word = 99;
   EXPECT_EQ(c_cfm_get_value_v2("A.", "", "x", nullptr, &word, sizeof word), -1023);
 }
 
-TEST_F(WithoutContextTest, RelativeReadChecksTheLengthFirst) {
+TEST_F(WithoutContextTest, RelativeReadWithLengthZeroIsAParameterError) {
   std::int32_t word = 99;
   EXPECT_EQ(c_cfm_get_value_v2("A.", "", "x", "int", &word, 0), -1023);
 }

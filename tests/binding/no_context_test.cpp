@@ -144,7 +144,7 @@ TEST_F(NoContextTest, ReadingAValueIsNotInitialised) {
   EXPECT_EQ(word, 77);
 }
 
-// Arguments of which one is wrong.
+// Arguments for a write or read, one of them wrong.
 struct WrongArguments {
   const char* description;
   const char* fullname;

@@ -18,7 +18,7 @@ static void tell(const char* format, ...) {
 
 int was_told(const char* expected) {
   const int same = strcmp(told, expected) == 0;
-  if (!same) fprintf(stderr, "told: %s\n", told);
+  if (!same) fprintf(stderr, "recorded calls: %s\n", told);
   told[0] = '\0';
   return same;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The process-wide context: how it is obtained and released.
+// Obtaining and releasing the process-wide context.
 #include "tests/support/recording_test.h"
 
 namespace {

@@ -89,7 +89,8 @@ class CNestingTest : public CInterfaceFixture {
     EXPECT_EQ(initWith(kConfig), C_RESULT_OK);
   }
 
-  // Each record names the function and the cause of its calls. The log writes a repeated one when it is closed.
+  // Each record names the function and the cause of its calls. The log writes a repeated one when it is
+  // closed.
   void expectReported(const std::vector<std::string>& functions, const std::string& of) const {
     c_context_deinit();
     const std::vector<std::string> all = records();

@@ -57,9 +57,11 @@ std::string adviceFor(const util::SimilarName& similar) {
 // A command also takes the options of its parents.
 [[noreturn]] void failUnknownOption(const CLI::App& command, const std::string& option) {
   util::SimilarName similar(option);
-  for (const CLI::App* app = &command; app != nullptr; app = app->get_parent())
-    for (const CLI::Option* known : app->get_options())
+  for (const CLI::App* app = &command; app != nullptr; app = app->get_parent()) {
+    for (const CLI::Option* known : app->get_options()) {
       for (const std::string& name : known->get_lnames()) similar.consider("--" + name);
+    }
+  }
   throw Failure(kExitUsage, "unknown option " + util::quoted(option) + adviceFor(similar));
 }
 

@@ -20,9 +20,10 @@ void EventStream::feed(std::string_view bytes) {
 
 void EventStream::append(char c) {
   constexpr size_t kLargestItem = 16 << 20;
-  if (item_.size() + line_.size() == kLargestItem)
+  if (item_.size() + line_.size() == kLargestItem) {
     throw Failure(kExitNoAnswer,
                   "invalid answer from the context: an item of the stream is larger than 16 MiB");
+  }
   line_ += c;
 }
 

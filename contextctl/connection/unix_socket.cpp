@@ -63,9 +63,10 @@ void Listener::waitForEnd(double seconds) const {
   constexpr int kInterval = 20;  // in milliseconds
   const Deadline deadline(seconds);
   while (identity_ && identityAt(path_) == identity_) {
-    if (deadline.millisecondsLeft() == 0)
+    if (deadline.millisecondsLeft() == 0) {
       throw Failure(kExitNoAnswer,
                     "the program at " + path_ + " has not ended within " + secondsText(seconds));
+    }
     poll(nullptr, 0, kInterval);
   }
 }

@@ -16,7 +16,7 @@ std::string withoutLastDot(std::string name) {
 
 // The last components of a name, without its last dot; the whole name if it has no more.
 std::string lastComponents(const std::string& name, std::ptrdiff_t count) {
-  const std::string plain = withoutLastDot(name);
+  std::string plain = withoutLastDot(name);
   size_t begin = std::string::npos;
   for (; count > 0; count--) {
     if (begin == 0) return plain;

@@ -11,8 +11,8 @@ namespace host {
 
 struct HostServices;
 
-// The context on a Linux host. Its services exist once init() has succeeded. Until then, every operation
-// returns C_RESULT_NOT_INIT or null.
+// The context on a Linux host. Its services exist once init() has succeeded. Until then, every other
+// operation returns C_RESULT_NOT_INIT or null.
 //
 // The library deletes all registered objects before the context, so the destructor must not access them. In a
 // forked process, the destructor leaves the services as they are: they belong to the parent.
@@ -21,8 +21,8 @@ class HostContext final : public IContext {
   HostContext();
   ~HostContext() override;
 
-  // The arguments are `argc` and `argv` of main(), or 0 and 0. On failure, whatever its cause, prints one
-  // line to standard error and releases everything: init() can be called again.
+  // The arguments are `argc` and `argv` of main(), or 0 and 0. On failure, prints one line to standard
+  // error. A failed initialisation releases everything: init() can be called again.
   int init(std::uintptr_t argc, std::uintptr_t argv) override;
   int load() override;
 

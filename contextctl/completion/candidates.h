@@ -12,9 +12,8 @@ class App;
 
 namespace contextctl {
 
-// The completions of the last word, which may be empty: commands and options of `app`, and names of leaves,
-// instances and objects of the context that the words select; no names if it does not answer. Returns nullopt
-// if the word is a file name.
+// Returns the completions of the last word, which may be empty: commands, options, and names from the
+// context. Without an answer from the context there are no names. nullopt: complete a file name.
 std::optional<std::vector<std::string>> findCandidates(const CLI::App& app,
                                                        const std::vector<std::string>& words);
 

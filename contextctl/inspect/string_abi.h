@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// libstdc++ has two layouts of std::string since GCC 5. Strings cross the interfaces of the framework by
-// value, so a library with the other layout links, but corrupts memory.
+// Since GCC 5, libstdc++ has had two layouts of std::string. Strings cross the interfaces of the framework by
+// value, so a library with the other layout loads, but corrupts memory.
 #ifndef CPP2C_CONTEXTCTL_INSPECT_STRING_ABI_H
 #define CPP2C_CONTEXTCTL_INSPECT_STRING_ABI_H
 

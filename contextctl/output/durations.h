@@ -7,13 +7,13 @@
 
 namespace contextctl {
 
-// Milliseconds as in "12.345".
+// A duration in milliseconds, as in "12.345".
 std::string millisecondsText(double value);
 
-// Milliseconds as in "3 days 01:02:03" or "01:02:03".
+// A duration given in milliseconds, as in "3 days 01:02:03" or "01:02:03".
 std::string uptimeText(double value);
 
-// Seconds as in "10 s" or "0.5 s".
+// A duration in seconds, as in "10 s" or "0.5 s".
 std::string secondsText(double value);
 
 }  // namespace contextctl

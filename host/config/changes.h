@@ -22,8 +22,8 @@ class Changes {
   // Full names of objects.
   const std::set<std::string>& attributes() const { return attributes_; }
 
-  // By full name: the instances that were added, deleted, or deleted and added again. The value tells whether
-  // the instance existed at the last save; everything saved for it is then obsolete.
+  // By full name: the instances that were added, deleted, or deleted and added again. The value is true
+  // if the instance existed at the last save; then everything saved for it is obsolete.
   const std::map<std::string, bool>& instances() const { return instances_; }
 
   // By full name of the instance: the changed leaves of instances that were neither added nor deleted.

@@ -30,7 +30,8 @@ struct Object {
   std::map<std::string, Values> instances;  // by full name
 };
 
-// The objects of the configuration, by number and by name. Neither checks values nor notifies observers.
+// The objects of the configuration, by number and by name. The tree does not check
+// values and does not notify observers.
 class Tree {
  public:
   // The location of a leaf. Valid until an instance is added or deleted.

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The requests that the control socket answers, in groups, each over the service that it serves. The
-// arguments must outlive the router.
+// The requests that the control socket answers, grouped by service. The arguments must outlive the router.
 #ifndef CPP2C_HOST_CONTROL_ROUTES_H
 #define CPP2C_HOST_CONTROL_ROUTES_H
 

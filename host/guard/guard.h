@@ -56,8 +56,8 @@ class Guard {
     if (checks_.empty()) return function();  // the usual case, which must be cheap
     const std::optional<int> code = before(call);
     if (!code) return function();
-    if (isRelease(call.operation))
-      function();  // else the service would use an object that its caller deletes
+    // A release is carried out all the same: the caller deletes the object that the service would keep using.
+    if (isRelease(call.operation)) function();
     return refusal<decltype(function())>(*code);
   }
 

@@ -9,11 +9,11 @@
 
 namespace host {
 
-// A listening Unix socket that only its owner may connect to. The destructor removes its file, unless another
-// file has taken that name since.
+// A listening Unix socket that only its owner and root may connect to. The destructor removes its file,
+// unless another file has taken that name since.
 class UnixSocket {
  public:
-  // Replaces a socket file that no process listens on any more. Throws util::Error if a process does, if
+  // Replaces a socket file that no process listens on. Throws util::Error if a process does, if
   // there is a file of another kind, or if the socket cannot be created.
   explicit UnixSocket(std::string path);
   ~UnixSocket();

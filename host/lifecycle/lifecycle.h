@@ -17,10 +17,10 @@ class ILog;
 
 namespace host {
 
-// Takes the product's modules, then the master observer, through their steps, and reverses these in the
-// opposite order.
+// Takes each step for all modules and then for the master observer. Reverses the steps in the opposite order.
 //
-// Participants are accessed only in the operations below: the master observer may be deleted first.
+// Participants are accessed only in the operations below: the master observer may be deleted
+// before this object.
 class Lifecycle {
  public:
   Lifecycle(IContext* context, std::vector<std::string> modules, ILog& log, Registry& registry);

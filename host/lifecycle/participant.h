@@ -12,7 +12,6 @@ class ILog;
 
 namespace host {
 
-// The state of a participant.
 enum class State { kIdle, kLoaded, kStarted, kConfigured, kRunning };
 
 // "idle", "loaded", "started", "configured" or "running".
@@ -24,7 +23,7 @@ inline const char* nameOf(State state) {
 // Wraps a module or the master observer: passes on each step, logs a step that fails, and reverses only
 // completed steps. A result that is not negative counts as 0.
 //
-// The wrapped object is accessed only to pass on a step.
+// The wrapped object must exist until its last step.
 class Participant final : public IModule {
  public:
   Participant(std::string name, IBootContext* boot, ILog& log, Registry& registry);
@@ -55,8 +54,8 @@ class Participant final : public IModule {
   const std::string name_;
   IBootContext* const boot_;
   ILog& log_;
-  std::map<std::string, RegistrationHandle>
-      steps_;  // by operation; without those that a C module leaves empty
+  // By operation; without those that a C module leaves empty.
+  std::map<std::string, RegistrationHandle> steps_;
   State state_ = State::kIdle;
 };
 

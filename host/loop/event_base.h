@@ -12,7 +12,7 @@ class ILog;
 
 namespace host {
 
-// The libevent loop. The host context has one and waits nowhere else.
+// The libevent loop. All waiting for events happens here; only shell commands are waited for elsewhere.
 class EventBase {
  public:
   // Priority of an event that is handled only when no other event is ready. All other events have the middle

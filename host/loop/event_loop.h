@@ -13,7 +13,7 @@
 namespace host {
 
 // Watches descriptors and calls their handlers. A handler may add and delete any watch, including its own.
-// The loop accesses a handler only to call it.
+// A handler must exist while it is registered and while it is called.
 class EventLoop final : public ILoop {
  public:
   EventLoop(EventBase& base, Registry& registry);

@@ -9,7 +9,7 @@
 
 namespace host {
 
-// The latest calls, for the timeline. Includes calls of registrations that no longer exist.
+// The latest calls, for the trace. Includes calls of registrations that no longer exist.
 class CallHistory {
  public:
   explicit CallHistory(Registry& registry, std::size_t length = 10000) : length_(length) {

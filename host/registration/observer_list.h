@@ -35,7 +35,7 @@ class ObserverList {
   }
 
   // Calls `callback` with each observer of the topic. The callback may add and remove observers: an observer
-  // added meanwhile is not called this time, and a removed one is not called any more. Returns whether all
+  // added meanwhile is not called this time, and a removed one is no longer called. Returns whether all
   // calls succeeded.
   template <typename Callback>
   bool notify(const Topic& topic, Callback callback) const {

@@ -10,7 +10,6 @@
 
 namespace host {
 
-// The content of a configuration file.
 struct Configuration {
   std::chrono::milliseconds heartbeat_limit{1000};
   std::vector<std::string> modules;

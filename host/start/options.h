@@ -11,7 +11,6 @@
 
 namespace host {
 
-// The options of the command line.
 struct Options {
   std::string config;  // file; empty: none
   std::string state;   // file; empty: none

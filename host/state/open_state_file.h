@@ -10,10 +10,9 @@ class ILog;
 
 namespace host {
 
-// Opens the state file of a product, or makes it, and keeps other processes from it until it is closed.
-// If other users have access to the file, takes it from them and logs that. Throws util::Error if the file is
-// damaged, not of this product, in use, cannot be written or is open to others and not of this user; it is
-// then unchanged.
+// Opens or creates a product's state file and locks it until it is closed. If other users have access to the
+// file, removes that access and logs it. Throws util::Error, and leaves the file unchanged, if it is damaged,
+// in use or read-only, belongs to another product, or is another user's and accessible to others.
 Database openStateFile(const std::string& file, const std::string& product, ILog& log);
 
 }  // namespace host

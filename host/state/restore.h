@@ -9,8 +9,8 @@ namespace host {
 class Database;
 class Tree;
 
-// Applies the saved state to the tree of the configuration. What does not fit the configuration any more is
-// ignored, with one warning each.
+// Applies the saved state to the tree of the configuration. What no longer fits the configuration is ignored,
+// with one warning each.
 void restoreTree(const Database& database, Tree& tree, ILog& log);
 
 }  // namespace host

@@ -11,7 +11,7 @@ class ITimer;
 
 namespace host {
 
-// Timers on the loop. A timer is accessed only when it expires, and may then be re-armed or disarmed.
+// Timers on the loop. A timer must exist while it is armed; it may be re-armed or disarmed when it expires.
 class Timers {
  public:
   Timers(Deadlines& deadlines, const Clock& clock, Registry& registry);

@@ -60,12 +60,6 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-constexpr char kConfiguration[] = R"({
-  "modules": ["libx.so"], "heartbeat": {"limitMs": 5},
-  "objects": [{"number": 1, "name": "A.", "dynamic": true, "leaves": {"X": {"type": "int", "default": 5}},
-               "instances": {"A.a.": {"X": 7}}}]
-})";
-
 std::size_t openDescriptors() {
   const std::filesystem::directory_iterator all("/proc/self/fd");
   return static_cast<std::size_t>(std::distance(begin(all), end(all)));

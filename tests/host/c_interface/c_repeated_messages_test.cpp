@@ -31,8 +31,8 @@ TEST_F(CRepeatedMessagesTest, EachRecordOfTheServiceIsWritten) {
 }
 
 TEST_F(CRepeatedMessagesTest, EachLineOfACommandIsWritten) {
-  char command[] = "echo one; echo one; echo one";
-  EXPECT_EQ(c_popen_call(command), 0);
+  char format[] = "for i in 1 2 3; do echo %s; done";
+  EXPECT_EQ(c_popen_call(format, "one"), 0);
   EXPECT_EQ(records(), std::vector<std::string>(3, "info command: one"));
 }
 

@@ -215,6 +215,7 @@ testRateIsInTheTree() {
   expect '^event: traffic-high lo [0-9]+$'
   expect_value Gateway.Traffic.Link.1.Rate uint "${line##* }"
   expect_value Gateway.Traffic.Link.1.High bool 1
+  sleep 0.01 # a sample in the same millisecond is left to the next one
   kill -HUP "$pid"
   expect '^event: traffic-normal lo [0-9]+$'
   expect_value Gateway.Traffic.Link.1.Rate uint "${line##* }"

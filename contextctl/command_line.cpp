@@ -24,12 +24,11 @@ constexpr const char* kFooter =
 
 void addOptions(CLI::App& app, Session::Options& options) {
   app.set_version_flag("--version", "contextctl " CPP2C_VERSION, "Print the version");
-  app.add_option("--control", options.socket, "Socket of the context")->type_name("PATH");
-  app.add_option("--timeout", options.seconds, "Seconds to wait for an answer; default: 10")
-      ->type_name("S")
-      ->check(isPositive());
-  app.add_flag("--json", options.json, "Print JSON, for scripts");
-  app.add_flag("--reveal", options.reveal, "Show the values of \"pwd\" leaves");
+  Command(app)
+      .option("--control", "PATH", options.socket, "Socket of the context")
+      .seconds("--timeout", options.seconds, "Seconds to wait for an answer; default: 10")
+      .flag("--json", options.json, "Print JSON, for scripts")
+      .flag("--reveal", options.reveal, "Show the values of \"pwd\" leaves");
 }
 
 void addCommands(CommandSet& commands) {
@@ -38,6 +37,7 @@ void addCommands(CommandSet& commands) {
   addFollowCommands(commands);
   addEventCommands(commands);
   addContextCommands(commands);
+  addStatsCommand(commands);
   addTopCommand(commands);
   addLeafFileCommands(commands);
   addInspectCommand(commands);

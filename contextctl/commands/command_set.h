@@ -1,20 +1,55 @@
 // SPDX-License-Identifier: MIT
-// How commands are defined. The name of an argument in the help, or its type if it has one, also selects the
-// values that completion offers.
+// How commands are defined. Only this and the reading of the command line know the library that parses it.
 #ifndef CPP2C_CONTEXTCTL_COMMANDS_COMMAND_SET_H
 #define CPP2C_CONTEXTCTL_COMMANDS_COMMAND_SET_H
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "contextctl/commands/session.h"
 #include "contextctl/system/failure.h"
 
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
+
 namespace contextctl {
+
+// The syntax of one command. Arguments have the order of their definition. The name of an argument or of an
+// option's value appears in the help and selects what completion offers. The targets are set before the
+// command runs; the command owns them.
+class Command {
+ public:
+  explicit Command(CLI::App& app) : app_(app) {}
+
+  Command& require(const std::string& name, std::string& target, const std::string& meaning);
+  Command& require(const std::string& name, std::vector<std::string>& target, const std::string& meaning);
+  Command& accept(const std::string& name, std::string& target, const std::string& meaning);
+  Command& accept(const std::string& name, std::vector<std::string>& target, const std::string& meaning);
+  Command& accept(const std::string& name, std::optional<int>& target, const std::string& meaning);
+
+  Command& flag(const std::string& name, bool& target, const std::string& meaning);
+  Command& option(const std::string& name, const std::string& value, std::string& target,
+                  const std::string& meaning);
+  Command& seconds(const std::string& name, double& target, const std::string& meaning);
+  Command& count(int& target, const std::string& items);  // --count: the command ends after so many items
+
+  // Allows only these values for what was defined last.
+  Command& oneOf(const std::vector<std::string>& choices);
+
+  // Lists the command in a section of its own in the help; "" hides it.
+  Command& inSection(const std::string& heading);
+
+ private:
+  Command& addArgument(CLI::Option& option);
+
+  CLI::App& app_;
+  CLI::Option* last_ = nullptr;
+};
 
 // The commands of the command line, and the one that the user has chosen.
 class CommandSet {
@@ -25,18 +60,17 @@ class CommandSet {
   CommandSet(const CommandSet&) = delete;
   CommandSet& operator=(const CommandSet&) = delete;
 
-  CLI::App& app() const { return app_; }
+  const CLI::App& app() const { return app_; }
   const Action& chosen() const { return chosen_; }  // empty: none
 
   // Adds a command that only has subcommands.
-  CLI::App& addGroup(const std::string& name, const std::string& purpose);
+  void addGroup(const std::string& name, const std::string& purpose);
 
-  // Adds a command to `parent`: app() or a group. `run` takes the session and owns the variables of the
-  // arguments; it throws Failure, and returns the exit status or nothing.
+  // Adds a command; `words` are its name, after that of its group if it has one. `run` takes the session and
+  // owns the targets; it throws Failure, and returns the exit status or nothing.
   template <typename Run>
-  CLI::App* add(CLI::App& parent, const std::string& name, const std::string& purpose,
-                const std::string& examples, Run run) {
-    return addAction(parent, name, purpose, examples, [run](const Session& session) {
+  Command add(const std::string& words, const std::string& purpose, const std::string& examples, Run run) {
+    return addAction(words, purpose, examples, [run](const Session& session) {
       if constexpr (std::is_void_v<decltype(run(session))>) {
         run(session);
         return kExitOk;
@@ -47,24 +81,12 @@ class CommandSet {
   }
 
  private:
-  CLI::App* addAction(CLI::App& parent, const std::string& name, const std::string& purpose,
-                      const std::string& examples, const Action& action);
+  Command addAction(const std::string& words, const std::string& purpose, const std::string& examples,
+                    const Action& action);
 
   CLI::App& app_;
   Action chosen_;
 };
-
-template <typename T>
-CLI::Option* addArgument(CLI::App* command, const std::string& name, T& target, const std::string& meaning) {
-  return command->add_option(name, target, meaning)->type_name("");
-}
-
-// Adds the option --count; `items` is what it counts.
-void addCount(CLI::App* command, int& count, const std::string& items);
-
-CLI::Validator isPositive();
-CLI::Validator isInteger();  // of 32 bits
-CLI::Validator isOneOf(const std::vector<std::string>& choices);
 
 }  // namespace contextctl
 

@@ -11,7 +11,8 @@ void addLeafCommands(CommandSet& commands);        // get, set, list, tree
 void addObjectCommands(CommandSet& commands);      // instances, add, del, attribute
 void addFollowCommands(CommandSet& commands);      // follow
 void addEventCommands(CommandSet& commands);       // event
-void addContextCommands(CommandSet& commands);     // save, stop, modules, registrations, stats
+void addContextCommands(CommandSet& commands);     // save, stop, modules, registrations
+void addStatsCommand(CommandSet& commands);        // stats
 void addTopCommand(CommandSet& commands);          // top
 void addLeafFileCommands(CommandSet& commands);    // export, import, diff
 void addInspectCommand(CommandSet& commands);      // inspect

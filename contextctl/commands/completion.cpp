@@ -24,26 +24,25 @@ ExitStatus printCandidates(const Session& session, const CLI::App& app,
 // For the scripts only: the help does not show it.
 void addComplete(CommandSet& commands) {
   const auto words = std::make_shared<std::vector<std::string>>();
-  CLI::App* complete = commands.add(commands.app(), "complete", "", "",
-                                    [words, &app = commands.app()](const Session& session) {
-                                      return printCandidates(session, app, *words);
-                                    });
-  complete->group("");
-  addArgument(complete, "WORD", *words, "The words after \"contextctl\"");
+  commands
+      .add("complete", "", "",
+           [words, &app = commands.app()](const Session& session) {
+             return printCandidates(session, app, *words);
+           })
+      .accept("WORD", *words, "The words after \"contextctl\"")
+      .inSection("");
 }
 
 }  // namespace
 
 void addCompletionCommands(CommandSet& commands) {
   const auto shell = std::make_shared<std::string>();
-  CLI::App* completion =
-      commands.add(commands.app(), "completion", "Print the completion script of a shell",
-                   "  source <(contextctl completion bash)\n  contextctl completion fish | source",
-                   [=](const Session& session) { session.out() << completionScript(*shell); });
-  addArgument(completion, "SHELL", *shell, "The shell")
-      ->type_name("bash|zsh|fish")
-      ->required()
-      ->check(isOneOf({"bash", "zsh", "fish"}));
+  commands
+      .add("completion", "Print the completion script of a shell",
+           "  source <(contextctl completion bash)\n  contextctl completion fish | source",
+           [=](const Session& session) { session.out() << completionScript(*shell); })
+      .require("SHELL", *shell, "The shell")
+      .oneOf({"bash", "zsh", "fish"});
   addComplete(commands);
 }
 

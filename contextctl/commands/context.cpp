@@ -8,7 +8,6 @@
 #include "contextctl/connection/unix_socket.h"
 #include "contextctl/output/durations.h"
 #include "contextctl/output/table.h"
-#include "contextctl/system/files.h"
 #include "util/text.h"
 
 namespace contextctl {
@@ -49,55 +48,23 @@ void listRegistrations(const Session& session) {
   });
 }
 
-void printStatistics(const Record& statistics, std::ostream& out) {
-  Table table({"FIGURE", "VALUE"});
-  table.add({"program", statistics.text("program")});
-  table.add({"process", statistics.text("pid")});
-  table.add({"running for", uptimeText(statistics.number("uptimeMs"))});
-  table.add({"clock", statistics.text("clock")});
-  table.add({"calls", statistics.text("calls")});
-  table.add({"busy ms", millisecondsText(statistics.number("busyMs"))});
-  table.add({"longest ms", millisecondsText(statistics.number("longestMs"))});
-  table.add({"events", statistics.text("events")});
-  table.add({"changes", statistics.text("changes")});
-  table.add({"clients", statistics.text("clients")});
-  table.print(out);
-}
-
-void showStatistics(const Session& session, const std::string& trace_file) {
-  const Answer answer = session.connection().get("/statistics");
-  session.show(answer, [&](std::ostream& out) { printStatistics(answer.record, out); });
-  if (!trace_file.empty()) writeFile(trace_file, session.connection().getText("/trace"));
-}
-
 void addStop(CommandSet& commands) {
   const auto no_wait = std::make_shared<bool>(false);
   commands
-      .add(commands.app(), "stop", "End the program of the context, and wait for its end",
+      .add("stop", "End the program of the context, and wait for its end",
            "  contextctl stop\n  contextctl stop --no-wait",
            [=](const Session& session) { stop(session, !*no_wait); })
-      ->add_flag("--no-wait", *no_wait, "Do not wait for the end of the program");
-}
-
-void addStatistics(CommandSet& commands) {
-  const auto trace_file = std::make_shared<std::string>();
-  CLI::App* stats = commands.add(commands.app(), "stats", "Show statistics of the context",
-                                 "  contextctl stats\n  contextctl stats --trace trace.json",
-                                 [=](const Session& session) { showStatistics(session, *trace_file); });
-  stats->add_option("--trace", *trace_file, "Write a trace of the latest calls, for a trace viewer")
-      ->type_name("FILE");
+      .flag("--no-wait", *no_wait, "Do not wait for the end of the program");
 }
 
 }  // namespace
 
 void addContextCommands(CommandSet& commands) {
-  commands.add(commands.app(), "save", "Save the configuration", "  contextctl save", save);
+  commands.add("save", "Save the configuration", "  contextctl save", save);
   addStop(commands);
-  commands.add(commands.app(), "modules", "List the module libraries and their states",
-               "  contextctl modules", listModules);
-  commands.add(commands.app(), "registrations", "List registrations with the durations of their calls",
+  commands.add("modules", "List the module libraries and their states", "  contextctl modules", listModules);
+  commands.add("registrations", "List registrations with the durations of their calls",
                "  contextctl registrations", listRegistrations);
-  addStatistics(commands);
 }
 
 }  // namespace contextctl

@@ -74,61 +74,58 @@ std::string exampleLines(const std::string& command, const std::string& argument
   return lines;
 }
 
-CLI::App* addFollower(CommandSet& commands, CLI::App& parent, const std::string& name,
-                      const std::string& purpose, const Stream& stream) {
+Command addFollower(CommandSet& commands, const std::string& words, const std::string& purpose,
+                    const Stream& stream) {
   struct Arguments {
     std::string filter;
     int count = 0;
   };
   const auto arguments = std::make_shared<Arguments>();
-  const std::string words = (&parent == &commands.app() ? "" : parent.get_name() + ' ') + name;
-  CLI::App* follower = commands.add(parent, name, purpose, exampleLines(words, stream.examples),
-                                    [arguments, follow = stream.follow](const Session& session) {
-                                      follow(session, arguments->filter, arguments->count);
-                                    });
-  if (stream.filter != nullptr)
-    addArgument(follower, stream.filter, arguments->filter, stream.filter_meaning);
-  addCount(follower, arguments->count, stream.items);
-  return follower;
+  Command follower = commands.add(words, purpose, exampleLines(words, stream.examples),
+                                  [arguments, follow = stream.follow](const Session& session) {
+                                    follow(session, arguments->filter, arguments->count);
+                                  });
+  if (stream.filter != nullptr) follower.accept(stream.filter, arguments->filter, stream.filter_meaning);
+  return follower.count(arguments->count, stream.items);
 }
 
 // Adds the command under an older name.
-void addAlias(CommandSet& commands, CLI::App& parent, const std::string& name, const Stream& stream) {
+void addAlias(CommandSet& commands, const std::string& words, const Stream& stream) {
   const std::string purpose = "Alias of " + util::quoted(std::string("follow ") + stream.name);
-  addFollower(commands, parent, name, purpose, stream)->group("Aliases");
+  addFollower(commands, words, purpose, stream).inSection("Aliases");
 }
 
 void sendEvent(const Session& session, const std::string& event, const std::string& data) {
   session.show(session.connection().post("/events", {{"event", event}, {"data", data}}));
 }
 
-void addSend(CommandSet& commands, CLI::App& group) {
+void addSend(CommandSet& commands) {
   struct Arguments {
     std::string event, data;
   };
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* send =
-      commands.add(group, "send", "Send an event",
-                   "  contextctl event send link.down eth0\n  contextctl event send reload",
-                   [=](const Session& session) { sendEvent(session, arguments->event, arguments->data); });
-  addArgument(send, "EVENT", arguments->event, "Name of the event")->required();
-  addArgument(send, "DATA", arguments->data, "Data of the event; default: none");
+  commands
+      .add("event send", "Send an event",
+           "  contextctl event send link.down eth0\n  contextctl event send reload",
+           [=](const Session& session) { sendEvent(session, arguments->event, arguments->data); })
+      .require("EVENT", arguments->event, "Name of the event")
+      .accept("DATA", arguments->data, "Data of the event; default: none");
 }
 
 }  // namespace
 
 void addFollowCommands(CommandSet& commands) {
-  CLI::App& follow = commands.addGroup("follow", "Follow changes, events or the log until Ctrl-C");
+  commands.addGroup("follow", "Follow changes, events or the log until Ctrl-C");
   for (const Stream* stream : {&kChanges, &kEvents, &kLog})
-    addFollower(commands, follow, stream->name, stream->purpose, *stream);
-  addAlias(commands, commands.app(), "watch", kChanges);
-  addAlias(commands, commands.app(), "log", kLog);
+    addFollower(commands, std::string("follow ") + stream->name, stream->purpose, *stream);
+  addAlias(commands, "watch", kChanges);
+  addAlias(commands, "log", kLog);
 }
 
 void addEventCommands(CommandSet& commands) {
-  CLI::App& event = commands.addGroup("event", "Send an event");
-  addSend(commands, event);
-  addAlias(commands, event, "follow", kEvents);
+  commands.addGroup("event", "Send an event");
+  addSend(commands);
+  addAlias(commands, "event follow", kEvents);
 }
 
 }  // namespace contextctl

@@ -27,25 +27,21 @@ ExitStatus inspectLibrary(const Session& session, const Arguments& arguments) {
 
 void addInspectCommand(CommandSet& commands) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* command =
-      commands.add(commands.app(), "inspect", "Check whether a context or module library fits libcpp2c",
-                   "  contextctl inspect libcontext_proxy.so\n"
-                   "  contextctl inspect --live --kind module ./libmodule.so\n"
-                   "  contextctl inspect --against mips/libcpp2c.so --sysroot mips/root libmodule.so",
-                   [=](const Session& session) { return inspectLibrary(session, *arguments); });
   InspectOptions& options = arguments->options;
-  addArgument(command, "LIBRARY", options.library, "Library file")->required();
-  command
-      ->add_option("--against", options.against, "The libcpp2c.so to fit; default: the one on this machine")
-      ->type_name("LIBRARY");
-  command->add_option("--library-path", options.library_path, "Folders to search for libraries first")
-      ->type_name("FOLDER:...");
-  command->add_option("--sysroot", options.sysroot, "Root folder of another machine's file system")
-      ->type_name("FOLDER");
-  command->add_option("--kind", arguments->kind, "Kind of the library; default: context")
-      ->type_name("context|module")
-      ->check(isOneOf({"context", "module"}));
-  command->add_flag("--live", options.live, "Load it in a separate process and list its operations");
+  commands
+      .add("inspect", "Check whether a context or module library fits libcpp2c",
+           "  contextctl inspect libcontext_proxy.so\n"
+           "  contextctl inspect --live --kind module ./libmodule.so\n"
+           "  contextctl inspect --against mips/libcpp2c.so --sysroot mips/root libmodule.so",
+           [=](const Session& session) { return inspectLibrary(session, *arguments); })
+      .require("LIBRARY", options.library, "Library file")
+      .option("--against", "LIBRARY", options.against,
+              "The libcpp2c.so to fit; default: the one on this machine")
+      .option("--library-path", "FOLDER:...", options.library_path, "Folders to search for libraries first")
+      .option("--sysroot", "FOLDER", options.sysroot, "Root folder of another machine's file system")
+      .option("--kind", "KIND", arguments->kind, "Kind of the library; default: context")
+      .oneOf({"context", "module"})
+      .flag("--live", options.live, "Load it in a separate process and list its operations");
 }
 
 }  // namespace contextctl

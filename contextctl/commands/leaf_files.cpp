@@ -117,13 +117,13 @@ void addExport(CommandSet& commands) {
     std::string prefix, file;
   };
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* command = commands.add(
-      commands.app(), "export", "Write leaves to a file, without passwords and computed leaves",
-      "  contextctl export > all.json\n"
-      "  contextctl export Device.Interfaces. interfaces.json",
-      [=](const Session& session) { exportLeaves(session, arguments->prefix, arguments->file); });
-  addArgument(command, "PREFIX", arguments->prefix, "Prefix of the full names; \"\" for all leaves");
-  addArgument(command, "FILE", arguments->file, "Output file; default: standard output");
+  commands
+      .add("export", "Write leaves to a file, without passwords and computed leaves",
+           "  contextctl export > all.json\n"
+           "  contextctl export Device.Interfaces. interfaces.json",
+           [=](const Session& session) { exportLeaves(session, arguments->prefix, arguments->file); })
+      .accept("PREFIX", arguments->prefix, "Prefix of the full names; \"\" for all leaves")
+      .accept("FILE", arguments->file, "Output file; default: standard output");
 }
 
 using FileCommand = ExitStatus (*)(const Session& session, const std::string& file);
@@ -131,9 +131,10 @@ using FileCommand = ExitStatus (*)(const Session& session, const std::string& fi
 void addFileCommand(CommandSet& commands, const std::string& name, const std::string& purpose,
                     FileCommand run) {
   const auto file = std::make_shared<std::string>();
-  CLI::App* command = commands.add(commands.app(), name, purpose, "  contextctl " + name + " all.json",
-                                   [=](const Session& session) { return run(session, *file); });
-  addArgument(command, "FILE", *file, "Exported file; \"-\" for standard input")->required();
+  commands
+      .add(name, purpose, "  contextctl " + name + " all.json",
+           [=](const Session& session) { return run(session, *file); })
+      .require("FILE", *file, "Exported file; \"-\" for standard input");
 }
 
 }  // namespace

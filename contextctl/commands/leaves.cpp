@@ -100,10 +100,10 @@ void showTree(const Session& session, const std::string& prefix) {
 
 void addGet(CommandSet& commands) {
   const auto names = std::make_shared<std::vector<std::string>>();
-  CLI::App* get = commands.add(commands.app(), "get", "Print the values of leaves, one per line",
-                               "  contextctl get Device.Hostname Device.Mtu",
-                               [=](const Session& session) { getValues(session, *names); });
-  addArgument(get, "LEAF", *names, "Full name of a leaf")->required();
+  commands
+      .add("get", "Print the values of leaves, one per line", "  contextctl get Device.Hostname Device.Mtu",
+           [=](const Session& session) { getValues(session, *names); })
+      .require("LEAF", *names, "Full name of a leaf");
 }
 
 void addSet(CommandSet& commands) {
@@ -112,15 +112,15 @@ void addSet(CommandSet& commands) {
     bool create = false;
   };
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* set =
-      commands.add(commands.app(), "set", "Set the value of a leaf",
-                   "  contextctl set Device.Hostname router\n  contextctl set Device.Note -- --none--",
-                   [=](const Session& session) {
-                     setValue(session, arguments->leaf, arguments->value, arguments->create);
-                   });
-  addArgument(set, "LEAF", arguments->leaf, "Full name of the leaf")->required();
-  addArgument(set, "VALUE", arguments->value, "New value")->required();
-  set->add_flag("--create", arguments->create, "Create the instance of the leaf if it does not exist");
+  commands
+      .add("set", "Set the value of a leaf",
+           "  contextctl set Device.Hostname router\n  contextctl set Device.Note -- --none--",
+           [=](const Session& session) {
+             setValue(session, arguments->leaf, arguments->value, arguments->create);
+           })
+      .require("LEAF", arguments->leaf, "Full name of the leaf")
+      .require("VALUE", arguments->value, "New value")
+      .flag("--create", arguments->create, "Create the instance of the leaf if it does not exist");
 }
 
 using PrefixCommand = void (*)(const Session& session, const std::string& prefix);
@@ -128,10 +128,10 @@ using PrefixCommand = void (*)(const Session& session, const std::string& prefix
 void addPrefixCommand(CommandSet& commands, const std::string& name, const std::string& purpose,
                       PrefixCommand run) {
   const auto prefix = std::make_shared<std::string>();
-  CLI::App* command =
-      commands.add(commands.app(), name, purpose, "  contextctl " + name + " Device.Interfaces.",
-                   [=](const Session& session) { run(session, *prefix); });
-  addArgument(command, "PREFIX", *prefix, "Prefix of the full names; default: all leaves");
+  commands
+      .add(name, purpose, "  contextctl " + name + " Device.Interfaces.",
+           [=](const Session& session) { run(session, *prefix); })
+      .accept("PREFIX", *prefix, "Prefix of the full names; default: all leaves");
 }
 
 }  // namespace

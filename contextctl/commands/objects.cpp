@@ -57,10 +57,10 @@ void setAttribute(const Session& session, const std::string& object, int value) 
 
 void addInstances(CommandSet& commands) {
   const auto object = std::make_shared<std::string>();
-  CLI::App* instances = commands.add(commands.app(), "instances", "List the instances of an object",
-                                     "  contextctl instances Device.Interfaces.",
-                                     [=](const Session& session) { listInstances(session, *object); });
-  addArgument(instances, "OBJECT", *object, "Name or number of the object")->required();
+  commands
+      .add("instances", "List the instances of an object", "  contextctl instances Device.Interfaces.",
+           [=](const Session& session) { listInstances(session, *object); })
+      .require("OBJECT", *object, "Name or number of the object");
 }
 
 using InstanceCommand = void (*)(const Session& session, const std::string& name);
@@ -68,10 +68,10 @@ using InstanceCommand = void (*)(const Session& session, const std::string& name
 void addInstanceCommand(CommandSet& commands, const std::string& name, const std::string& purpose,
                         InstanceCommand run) {
   const auto instance = std::make_shared<std::string>();
-  CLI::App* command =
-      commands.add(commands.app(), name, purpose, "  contextctl " + name + " Device.Interfaces.wlan0.",
-                   [=](const Session& session) { run(session, *instance); });
-  addArgument(command, "INSTANCE", *instance, "Full name of the instance")->required();
+  commands
+      .add(name, purpose, "  contextctl " + name + " Device.Interfaces.wlan0.",
+           [=](const Session& session) { run(session, *instance); })
+      .require("INSTANCE", *instance, "Full name of the instance");
 }
 
 void addAttribute(CommandSet& commands) {
@@ -80,17 +80,18 @@ void addAttribute(CommandSet& commands) {
     std::optional<int> attribute;
   };
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* attribute = commands.add(
-      commands.app(), "attribute", "Print or set the attribute of an object",
-      "  contextctl attribute Device.Interfaces.\n  contextctl attribute 100 3", [=](const Session& session) {
-        if (arguments->attribute) {
-          setAttribute(session, arguments->object, *arguments->attribute);
-        } else {
-          showAttribute(session, arguments->object);
-        }
-      });
-  addArgument(attribute, "OBJECT", arguments->object, "Name or number of the object")->required();
-  addArgument(attribute, "ATTRIBUTE", arguments->attribute, "New attribute, an integer")->check(isInteger());
+  commands
+      .add("attribute", "Print or set the attribute of an object",
+           "  contextctl attribute Device.Interfaces.\n  contextctl attribute 100 3",
+           [=](const Session& session) {
+             if (arguments->attribute) {
+               setAttribute(session, arguments->object, *arguments->attribute);
+             } else {
+               showAttribute(session, arguments->object);
+             }
+           })
+      .require("OBJECT", arguments->object, "Name or number of the object")
+      .accept("ATTRIBUTE", arguments->attribute, "New attribute, an integer");
 }
 
 }  // namespace

@@ -108,14 +108,12 @@ void addTopCommand(CommandSet& commands) {
     int count = 0;
   };
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* top =
-      commands.add(commands.app(), "top", "Show periodically which calls take most time",
-                   "  contextctl top --interval 1\n  contextctl top --count 1",
-                   [=](const Session& session) { showTop(session, arguments->interval, arguments->count); });
-  top->add_option("--interval", arguments->interval, "Seconds between two samples; default: 2")
-      ->type_name("S")
-      ->check(isPositive());
-  addCount(top, arguments->count, "samples");
+  commands
+      .add("top", "Show periodically which calls take most time",
+           "  contextctl top --interval 1\n  contextctl top --count 1",
+           [=](const Session& session) { showTop(session, arguments->interval, arguments->count); })
+      .seconds("--interval", arguments->interval, "Seconds between two samples; default: 2")
+      .count(arguments->count, "samples");
 }
 
 }  // namespace contextctl

@@ -41,10 +41,12 @@ std::vector<Object> objects(int leaves) {
   Object& object = objects.front();
   object.number = 1;
   object.name = "Device.Rows.";
-  for (int i = 0; i < kLeavesPerInstance; i++) {
-    object.leaves.emplace(leafName(i), Leaf{findValueType("str"), ""});
+  std::vector<Leaf> declared;
+  for (int i = 0; i < kLeavesPerInstance; i++) declared.push_back({leafName(i), findValueType("str"), ""});
+  object.leaves = Leaves(std::move(declared));
+  for (int i = 0; i < leaves / kLeavesPerInstance; i++) {
+    object.instances.emplace(instanceName(i), Instance{instanceName(i), object.leaves.defaultValues()});
   }
-  for (int i = 0; i < leaves / kLeavesPerInstance; i++) object.instances.emplace(instanceName(i), Values());
   return objects;
 }
 

@@ -21,15 +21,14 @@ const char kSource[] = "config.json";
 
 void checkObject(const Object& object) {
   require(isObjectName(object.name), "the name of an object consists of components");
-  for (const auto& [name, leaf] : object.leaves) {
-    require(isComponent(name), "the name of a leaf is a component");
+  for (const Leaf& leaf : object.leaves) {
+    require(isComponent(leaf.name), "the name of a leaf is a component");
     require(fits(*leaf.type, leaf.default_value), "a default fits its type");
   }
-  for (const auto& [instance, values] : object.instances) {
-    require(isObjectName(instance), "the name of an instance consists of components");
-    for (const auto& [name, value] : values) {
-      require(object.leaves.count(name) == 1, "a value belongs to a leaf");
-      require(fits(*object.leaves.at(name).type, value), "a value fits its type");
+  for (const auto& [name, instance] : object.instances) {
+    require(isObjectName(name), "the name of an instance consists of components");
+    for (const Leaf& leaf : object.leaves) {
+      require(fits(*leaf.type, instance.values.at(leaf.position)), "a value fits its type");
     }
   }
 }
@@ -38,11 +37,11 @@ void checkTree(Tree tree, std::size_t objects) {
   require(tree.objects().size() == objects, "all numbers are unique");
   for (const auto& [number, object] : tree.objects()) {
     require(tree.named(object.name) == tree.find(number), "all names are unique");
-    for (const auto& [instance, values] : object.instances) {
-      require(tree.ownerOf(instance) == &object, "an instance has one owner");
-      for (const auto& [leaf, declaration] : object.leaves) {
-        const auto place = tree.find(instance + leaf);
-        require(place && place->leaf == &declaration, "a leaf is found by its name");
+    for (const auto& [name, instance] : object.instances) {
+      require(tree.ownerOf(name) == &object, "an instance has one owner");
+      for (const Leaf& leaf : object.leaves) {
+        const auto place = tree.find(name + leaf.name);
+        require(place && place->leaf == &leaf, "a leaf is found by its name");
       }
     }
   }

@@ -2,11 +2,11 @@
 #include "host/config/config_service.h"
 
 #include <cstring>
-#include <memory>
 #include <utility>
 #include <vector>
 
 #include "binding/handlers.h"
+#include "host/config/name.h"
 #include "host/include/cpp2c_host.h"
 #include "include_c"
 
@@ -64,8 +64,8 @@ int ConfigService::registDataProvider(int number, IDyncDataProvider* provider) {
 ICfmNode* ConfigService::getNode(std::string fullname) {
   auto place = tree_.find(fullname);
   if (!place) return nullptr;
-  return nodes_.lend(
-      std::make_unique<ConfigNode>(place->leaf->type->name, [this, fullname] { return value(fullname); }));
+  return nodes_.lend(place->leaf->type->name,
+                     [this, place = *place, name = std::move(fullname)] { return valueAt(place, name); });
 }
 
 int ConfigService::releaseNode(ICfmNode* node) {
@@ -73,59 +73,67 @@ int ConfigService::releaseNode(ICfmNode* node) {
 }
 
 ICfmIterator* ConfigService::instanceIterator(int number) {
-  const Object* object = tree_.find(number);
+  Object* object = tree_.find(number);
   if (object == nullptr || object->instances.empty()) return nullptr;
-  std::vector<std::string> names;
-  for (const auto& [name, values] : object->instances) names.push_back(name);
-  return iterators_.lend(std::make_unique<InstanceIterator>(std::move(names)));
+  return iterators_.lend(Tree::instanceNames(*object));
 }
 
 int ConfigService::releaseIterator(ICfmIterator* iterator) {
   return iterators_.release(iterator) ? C_RESULT_OK : C_RESULT_PARAM;
 }
 
-// Finds the leaf even if its instance was deleted meanwhile: objects and their leaves are never deleted.
 std::string ConfigService::value(const std::string& fullname) {
-  const Tree::Place place = tree_.find(fullname).value();
-  auto provider = providers_.find(place.object->number);
-  if (!place.leaf->computed || place.values == nullptr || provider == providers_.end()) return place.value();
+  return valueAt(tree_.find(fullname).value(), fullname);
+}
+
+// Finds the leaf even if its instance was deleted meanwhile: objects and their leaves are never deleted.
+std::string ConfigService::valueAt(Tree::Place place, const std::string& fullname) {
+  if (!tree_.isValid(place)) place = tree_.find(fullname).value();
+  return place.leaf->computed && place.instance != nullptr ? computedValue(place, fullname) : place.value();
+}
+
+std::string ConfigService::computedValue(const Tree::Place& place, const std::string& fullname) {
+  const auto provider = providers_.find(place.object->number);
+  if (provider == providers_.end()) return place.value();
   const auto computed = provider->second.registration.call([&, source = provider->second.provider] {
-    return source->dataGet(place.object->number, place.instance, place.leaf_name);
+    return source->dataGet(place.object->number, place.instance->name, place.leaf->name);
   });
   return computed ? *computed : tree_.find(fullname).value().value();  // the place may be invalid by now
 }
 
-const Leaf* ConfigService::findLeaf(const std::string& fullname) {
+const Leaf* ConfigService::findLeaf(std::string_view fullname) {
   const auto place = tree_.find(fullname);
   return place ? place->leaf : nullptr;
 }
 
 int ConfigService::setValue(std::string fullname, std::string value, int option) {
-  auto place = tree_.find(fullname);
+  const auto place = tree_.find(fullname);
   if (!isOption(option)) return C_RESULT_PARAM;
   if (!place) return C_RESULT_NOT_FOUND;
-  if (option == C_CFM_DELETE) return deleteInstance(place->instance);
+  if (option == C_CFM_DELETE) return deleteInstance(std::string(parentName(fullname)));
   if (place->leaf->computed || !fits(*place->leaf->type, value)) return C_RESULT_PARAM;
-  if (place->values != nullptr) return write(*place, value);
+  if (place->instance != nullptr) return write(*place, std::move(value));
   if (option != C_CFM_CREATE) return C_RESULT_NOT_FOUND;
 
-  const int added = addInstance(place->instance);
+  const int added = addInstance(std::string(parentName(fullname)));
   const int written = setValue(std::move(fullname), std::move(value), 0);  // an observer may have deleted it
   return written != C_RESULT_OK ? written : added;
 }
 
-int ConfigService::write(const Tree::Place& place, const std::string& value) {
+int ConfigService::write(const Tree::Place& place, std::string value) {
+  Instance& instance = *place.instance;
   if (place.value() == value) return C_RESULT_OK;
-  (*place.values)[place.leaf_name] = value;
-  changes_.leafChanged(place.instance, place.leaf_name);
-  return notify(*place.object, place.instance, C_CFM_CHANGED, place.leaf_name);
+  changes_.leafChanged(instance, *place.leaf);
+  instance.values[place.leaf->position] = std::move(value);
+  return notify(*place.object, instance.name, C_CFM_CHANGED, place.leaf->name);
 }
 
 int ConfigService::addInstance(const std::string& instance) {
   Object* object = tree_.ownerOf(instance);
   if (object == nullptr) return C_RESULT_NOT_FOUND;
-  if (!object->instances.emplace(instance, Values()).second) return C_RESULT_REDUNDANT;
-  changes_.instanceAdded(instance);
+  if (tree_.findInstance(instance) != nullptr) return C_RESULT_REDUNDANT;
+  tree_.addInstance(*object, instance);
+  changes_.instanceAdded(*tree_.findInstance(instance));
   return notify(*object, instance, C_CFM_ADDED, "");
 }
 
@@ -133,8 +141,10 @@ int ConfigService::deleteInstance(const std::string& instance) {
   Object* object = tree_.ownerOf(instance);
   if (object == nullptr) return C_RESULT_NOT_FOUND;
   if (!object->dynamic) return C_RESULT_PARAM;
-  if (object->instances.erase(instance) == 0) return C_RESULT_NOT_FOUND;
-  changes_.instanceDeleted(instance);
+  const Instance* existing = tree_.findInstance(instance);
+  if (existing == nullptr) return C_RESULT_NOT_FOUND;
+  changes_.instanceDeleted(*existing);
+  tree_.deleteInstance(*object, instance);
   return notify(*object, instance, C_CFM_DELETED, "");
 }
 

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "binding/context.h"
@@ -43,7 +44,7 @@ class ConfigService final : public ICfm {
   int save(int scope) override;  // `scope` must be 1: all changes
 
   const Tree& tree() const { return tree_; }
-  const Leaf* findLeaf(const std::string& fullname);  // null if it does not exist
+  const Leaf* findLeaf(std::string_view fullname);  // null if it does not exist
 
   // The value of an existing leaf. If the call of its provider fails, the value is that without a provider.
   std::string value(const std::string& fullname);
@@ -65,9 +66,12 @@ class ConfigService final : public ICfm {
   int reserved16() override { return 0; }
 
  private:
+  std::string valueAt(Tree::Place place, const std::string& fullname);
+  std::string computedValue(const Tree::Place& place, const std::string& fullname);
+
   static int saveNothing(Tree& tree, const Changes& changes);
 
-  int write(const Tree::Place& place, const std::string& value);
+  int write(const Tree::Place& place, std::string value);
   int notify(const Object& object, const std::string& instance, int operation, const std::string& leaf);
 
   struct Provider {
@@ -81,8 +85,8 @@ class ConfigService final : public ICfm {
   Registry& registry_;
   ObserverList<int, ICfmObserver> observers_;
   std::map<int, Provider> providers_;
-  Loans<ICfmNode> nodes_;
-  Loans<ICfmIterator> iterators_;
+  Loans<ConfigNode> nodes_;
+  Loans<InstanceIterator> iterators_;
   std::function<void(const Change&)> on_change_ = [](const Change&) {};
 };
 

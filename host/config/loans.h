@@ -3,15 +3,16 @@
 #ifndef CPP2C_HOST_CONFIG_LOANS_H
 #define CPP2C_HOST_CONFIG_LOANS_H
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "binding/context.h"
+#include "host/config/tree.h"
 
 namespace host {
 
@@ -19,8 +20,7 @@ namespace host {
 // provider is called at most once.
 class ConfigNode final : public ICfmNode {
  public:
-  ConfigNode(std::string type, std::function<std::string()> read)
-      : type_(std::move(type)), read_(std::move(read)) {}
+  ConfigNode(const char* type, std::function<std::string()> read) : type_(type), read_(std::move(read)) {}
 
   std::string getType() override { return type_; }
   std::string getValue() override { return value(); }
@@ -34,7 +34,7 @@ class ConfigNode final : public ICfmNode {
     return *value_;
   }
 
-  const std::string type_;
+  const char* const type_;
   const std::function<std::string()> read_;
   std::optional<std::string> value_;
 };
@@ -42,37 +42,46 @@ class ConfigNode final : public ICfmNode {
 // Iterates over the names of the instances that existed when the iterator was created.
 class InstanceIterator final : public ICfmIterator {
  public:
-  explicit InstanceIterator(std::vector<std::string> names) : names_(std::move(names)) {}
+  explicit InstanceIterator(std::shared_ptr<const InstanceNames> names) : names_(std::move(names)) {}
 
   int next() override {
-    if (current_ < names_.size()) current_++;
-    return current_ < names_.size() ? 1 : 0;
+    if (current_ < names_->size()) current_++;
+    return current_ < names_->size() ? 1 : 0;
   }
-  std::string name() override { return current_ < names_.size() ? names_[current_] : std::string(); }
+  std::string name() override { return current_ < names_->size() ? (*names_)[current_] : std::string(); }
 
   int reserved4() override { return 0; }
   int reserved5() override { return 0; }
 
  private:
-  const std::vector<std::string> names_;
-  std::vector<std::string>::size_type current_ = 0;
+  const std::shared_ptr<const InstanceNames> names_;
+  std::size_t current_ = 0;
 };
 
 // Objects on loan to callers. Objects that are not released are freed with the list.
 template <typename Object>
 class Loans {
  public:
-  Object* lend(std::unique_ptr<Object> object) {
+  template <typename... Arguments>
+  Object* lend(Arguments&&... arguments) {
+    if (!first_) return &first_.emplace(std::forward<Arguments>(arguments)...);
+    auto object = std::make_unique<Object>(std::forward<Arguments>(arguments)...);
     Object* loan = object.get();
-    objects_.emplace(loan, std::move(object));
+    others_.emplace(loan, std::move(object));
     return loan;
   }
 
   // Frees the object. Returns false if it is not on loan; the pointer may be invalid.
-  bool release(const Object* object) { return objects_.erase(object) == 1; }
+  template <typename Interface>
+  bool release(const Interface* object) {
+    if (!first_ || object != &*first_) return others_.erase(object) == 1;
+    first_.reset();
+    return true;
+  }
 
  private:
-  std::unordered_map<const Object*, std::unique_ptr<Object>> objects_;
+  std::optional<Object> first_;  // in place: most callers return an object before they borrow the next
+  std::unordered_map<const void*, std::unique_ptr<Object>> others_;
 };
 
 }  // namespace host

@@ -6,10 +6,10 @@
 namespace host {
 namespace {
 
-std::string::size_type parentNameLength(const std::string& name) {
+std::size_t parentNameLength(std::string_view name) {
   if (name.size() < 2) return 0;
   const auto dot = name.rfind('.', name.size() - 2);
-  return dot == std::string::npos ? 0 : dot + 1;
+  return dot == std::string_view::npos ? 0 : dot + 1;
 }
 
 bool isNameCharacter(char character) {
@@ -19,11 +19,11 @@ bool isNameCharacter(char character) {
 
 }  // namespace
 
-bool isComponent(const std::string& text) {
+bool isComponent(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), isNameCharacter);
 }
 
-bool isObjectName(const std::string& text) {
+bool isObjectName(std::string_view text) {
   if (text.empty() || text.back() != '.') return false;
   char previous = '.';
   for (const char character : text) {
@@ -33,7 +33,7 @@ bool isObjectName(const std::string& text) {
   return true;
 }
 
-std::string parentName(const std::string& name) {
+std::string_view parentName(std::string_view name) {
   return name.substr(0, parentNameLength(name));
 }
 

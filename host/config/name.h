@@ -4,18 +4,19 @@
 #ifndef CPP2C_HOST_CONFIG_NAME_H
 #define CPP2C_HOST_CONFIG_NAME_H
 
-#include <string>
+#include <string_view>
 
 namespace host {
 
 // Whether the text is a valid component: not empty, no ".", no white space, no control character.
-bool isComponent(const std::string& text);
+bool isComponent(std::string_view text);
 
 // Whether the text consists of one or more components, each followed by ".".
-bool isObjectName(const std::string& text);
+bool isObjectName(std::string_view text);
 
 // The text up to the last "." that a component follows: "A." for "A.B" and for "A.B."; "" if there is none.
-std::string parentName(const std::string& name);
+// Part of the argument.
+std::string_view parentName(std::string_view name);
 
 }  // namespace host
 

@@ -31,23 +31,35 @@ Leaf readLeaf(const std::string& name, const JsonValue& json) {
   if (!isComponent(name)) json.fail("not a valid leaf name");
   json.allowOnly({"type", "default", "computed"});
   const ValueType& type = readType(json.required("type"));
-  Leaf leaf{&type, type.initial};
+  Leaf leaf{name, &type, type.initial};
   if (const auto value = json.member("default")) leaf.default_value = readValue(*value, type);
   leaf.computed = json.booleanOr("computed", false);
   return leaf;
 }
 
-Values readInstance(const std::string& name, const JsonValue& json, const Object& object) {
+Leaves readLeaves(const JsonValue& object) {
+  std::vector<Leaf> leaves;
+  if (const auto json = object.member("leaves")) {
+    json->eachMember(
+        [&](const std::string& name, const JsonValue& leaf) { leaves.push_back(readLeaf(name, leaf)); });
+  }
+  return Leaves(std::move(leaves));
+}
+
+Instance readInstance(const std::string& name, const JsonValue& json, const Leaves& leaves) {
+  Instance instance{name, leaves.defaultValues()};
+  json.eachMember([&](const std::string& leaf_name, const JsonValue& value) {
+    const Leaf* leaf = leaves.find(leaf_name);
+    if (leaf == nullptr) value.fail("unknown leaf");
+    instance.values[leaf->position] = readValue(value, *leaf->type);
+  });
+  return instance;
+}
+
+void requireInstanceName(const std::string& name, const JsonValue& json, const Object& object) {
   if (!isObjectName(name) || parentName(name) != object.name) {
     json.fail("not a valid instance name; expected " + util::quoted(object.name + "NAME."));
   }
-  Values values;
-  json.eachMember([&](const std::string& leaf_name, const JsonValue& value) {
-    const auto leaf = object.leaves.find(leaf_name);
-    if (leaf == object.leaves.end()) value.fail("unknown leaf");
-    values.emplace(leaf_name, readValue(value, *leaf->second.type));
-  });
-  return values;
 }
 
 std::string readObjectName(const JsonValue& json) {
@@ -61,10 +73,11 @@ std::string readObjectName(const JsonValue& json) {
 void readInstances(const JsonValue& json, Object& object) {
   if (const auto instances = json.member("instances")) {
     instances->eachMember([&](const std::string& name, const JsonValue& instance) {
-      object.instances.emplace(name, readInstance(name, instance, object));
+      requireInstanceName(name, instance, object);
+      object.instances.emplace(name, readInstance(name, instance, object.leaves));
     });
   } else if (!object.dynamic) {
-    object.instances.emplace(object.name, Values());
+    object.instances.emplace(object.name, Instance{object.name, object.leaves.defaultValues()});
   }
 }
 
@@ -75,11 +88,7 @@ Object readObject(const JsonValue& json) {
   object.name = readObjectName(json.required("name"));
   if (const auto attribute = json.member("attribute")) object.attribute = attribute->integer();
   object.dynamic = json.booleanOr("dynamic", false);
-  if (const auto leaves = json.member("leaves")) {
-    leaves->eachMember([&](const std::string& name, const JsonValue& leaf) {
-      object.leaves.emplace(name, readLeaf(name, leaf));
-    });
-  }
+  object.leaves = readLeaves(json);
   readInstances(json, object);
   return object;
 }

@@ -90,9 +90,9 @@ json writeLeaf(ConfigService& config, const ControlRequest& request) {
 std::optional<std::string> nextLeaf(ConfigService& config, LeafNames& names, bool reveal) {
   while (const auto name = names.next()) {
     const auto& [fullname, object] = *name;
-    const std::string instance = parentName(fullname);
+    const std::string instance(parentName(fullname));
     if (object->instances.count(instance) == 0) continue;
-    const Leaf& leaf = object->leaves.at(fullname.substr(instance.size()));
+    const Leaf& leaf = *object->leaves.find(fullname.substr(instance.size()));
     return lineOf(describeLeaf(config, fullname, leaf, reveal));
   }
   return std::nullopt;
@@ -108,14 +108,14 @@ ListText listTree(ConfigService& config, const ControlRequest& request) {
 // In text: without memory for all names, a JSON array of them could not even be freed.
 std::string instancesOf(const Object& object) {
   std::string names;
-  for (const auto& [name, values] : object.instances) names += (names.empty() ? "" : ",") + lineOf(name);
+  for (const auto& [name, instance] : object.instances) names += (names.empty() ? "" : ",") + lineOf(name);
   return '[' + names + ']';
 }
 
 json leavesOf(const Object& object) {
   json leaves = json::array();
-  for (const auto& [name, leaf] : object.leaves) {
-    leaves.push_back({{"name", name},
+  for (const Leaf& leaf : object.leaves) {
+    leaves.push_back({{"name", leaf.name},
                       {"type", leaf.type->name},
                       {"default", shownValue(*leaf.type, leaf.default_value, false)},
                       {"computed", leaf.computed}});
@@ -205,10 +205,10 @@ const char* nameOf(int operation) {
 }
 
 json describeChange(ConfigService& config, const ConfigService::Change& change, bool reveal) {
-  const auto leaf = change.object.leaves.find(change.leaf);
+  const Leaf* leaf = change.object.leaves.find(change.leaf);
   json value;
-  if (leaf != change.object.leaves.end()) {
-    value = shownValue(*leaf->second.type, config.value(change.instance + change.leaf), reveal);
+  if (leaf != nullptr) {
+    value = shownValue(*leaf->type, config.value(change.instance + change.leaf), reveal);
   }
   return {{"object", change.object.name},
           {"instance", change.instance},

@@ -39,9 +39,9 @@ void LeafNames::collect(const Object& object) {
 bool LeafNames::collect(const Object& object, const std::string& instance) {
   const bool is_begun = util::startsWith(from_, instance);
   if (!is_begun && instance < from_) return true;
-  auto leaf = is_begun ? object.leaves.lower_bound(from_.substr(instance.size())) : object.leaves.begin();
+  auto leaf = is_begun ? object.leaves.lowerBound(from_.substr(instance.size())) : object.leaves.begin();
   for (; leaf != object.leaves.end(); ++leaf) {
-    const std::string name = instance + leaf->first;
+    const std::string name = instance + leaf->name;
     if (!util::startsWith(name, prefix_)) return false;
     if (names_.size() == kMostNames && name > std::prev(names_.end())->first) return false;
     names_.emplace(name, &object);

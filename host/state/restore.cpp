@@ -36,10 +36,9 @@ void Restorer::instance(const std::string& name, bool present) {
     warn(name, std::string("the saved instance is ignored: it was ") +
                    (present ? "added to" : "deleted from") +
                    " an object that does not exist or is not dynamic");
-  } else if (present) {
-    object->instances[name] = Values();  // not the values of the configuration: it was added without them
   } else {
-    object->instances.erase(name);
+    tree_.deleteInstance(*object, name);  // with the values of the configuration: it was added without them
+    if (present) tree_.addInstance(*object, name);
   }
 }
 
@@ -48,7 +47,7 @@ void Restorer::value(const std::string& instance, const std::string& leaf, const
                      const std::string& value) {
   const std::string fullname = instance + leaf;
   const auto place = tree_.find(fullname);
-  if (!place || place->values == nullptr) {
+  if (!place || place->instance == nullptr) {
     warn(fullname, "the saved value is ignored: the leaf does not exist");
   } else if (place->leaf->computed) {
     warn(fullname, "the saved value is ignored: the leaf is computed");
@@ -58,7 +57,7 @@ void Restorer::value(const std::string& instance, const std::string& leaf, const
   } else if (!fits(*place->leaf->type, value)) {
     warn(fullname, "the saved value is ignored: it is not a value of type " + util::quoted(type));
   } else {
-    (*place->values)[leaf] = value;
+    place->instance->values[place->leaf->position] = value;
   }
 }
 

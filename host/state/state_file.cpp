@@ -23,7 +23,7 @@ StateFile::StateFile(const std::string& file, const std::string& product, ILog& 
 void StateFile::restore(Tree& tree) {
   for (const auto& [number, object] : tree.objects()) {
     if (!object.dynamic) continue;
-    for (const auto& [instance, values] : object.instances) configured_.insert(instance);
+    for (const auto& [name, instance] : object.instances) configured_.insert(name);
   }
   restoreTree(tables_->database(), tree, log_);
 }

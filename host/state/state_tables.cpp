@@ -55,23 +55,23 @@ void StateTables::write(Tree& tree, const Changes& changes, const Names& configu
     put_attribute_.run(object, tree.named(object)->attribute);
   }
   for (const auto& [instance, was_saved] : changes.instances()) writeInstance(tree, instance, configured);
-  for (const auto& [instance, leaves] : changes.leaves()) {
-    for (const std::string& leaf : leaves) {
-      const Tree::Place place = tree.find(instance + leaf).value();
-      put_value_.run(instance, leaf, place.leaf->type->name, place.value());
-    }
-  }
+  for (const auto& [instance, changed] : changes.leaves()) writeValues(tree, instance, changed);
 }
 
 void StateTables::writeInstance(Tree& tree, const std::string& instance, const Names& configured) {
   forget_values_.run(instance);
-  const Object& object = *tree.ownerOf(instance);
-  const auto present = object.instances.find(instance);
-  if (present == object.instances.end()) return writeDeleted(instance, configured);
+  if (tree.findInstance(instance) != nullptr) {
+    put_instance_.run(instance, kPresent);
+  } else {
+    writeDeleted(instance, configured);
+  }
+}
 
-  put_instance_.run(instance, kPresent);
-  for (const auto& [leaf, value] : present->second) {
-    put_value_.run(instance, leaf, object.leaves.at(leaf).type->name, value);
+void StateTables::writeValues(Tree& tree, const std::string& instance,
+                              const Changes::ChangedLeaves& changed) {
+  const std::vector<std::string>& values = tree.findInstance(instance)->values;
+  for (const Leaf& leaf : tree.ownerOf(instance)->leaves) {
+    if (changed[leaf.position]) put_value_.run(instance, leaf.name, leaf.type->name, values[leaf.position]);
   }
 }
 

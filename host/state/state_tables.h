@@ -5,11 +5,11 @@
 #include <set>
 #include <string>
 
+#include "host/config/changes.h"
 #include "host/state/database.h"
 
 namespace host {
 
-class Changes;
 class Tree;
 
 // What is in an open state file. Each function writes all or nothing, and throws util::Error in the latter
@@ -29,6 +29,7 @@ class StateTables {
  private:
   void write(Tree& tree, const Changes& changes, const Names& configured);
   void writeInstance(Tree& tree, const std::string& instance, const Names& configured);
+  void writeValues(Tree& tree, const std::string& instance, const Changes::ChangedLeaves& changed);
   void writeDeleted(const std::string& instance, const Names& configured);
 
   Database database_;

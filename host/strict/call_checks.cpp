@@ -24,8 +24,8 @@ bool isBeyondInt(std::string_view text) {
 std::string similarLeaf(const Tree& tree, const std::string& fullname) {
   util::SimilarName similar(fullname);
   for (const auto& [number, object] : tree.objects()) {
-    for (const auto& [instance, values] : object.instances) {
-      for (const auto& [leaf, declaration] : object.leaves) similar.consider(instance + leaf);
+    for (const auto& [name, instance] : object.instances) {
+      for (const Leaf& leaf : object.leaves) similar.consider(name + leaf.name);
     }
   }
   return similar.best();

@@ -8,6 +8,7 @@
 #include "binding/handlers.h"
 #include "host/control/leaf_names.h"
 #include "tests/host/control/control_fixture.h"
+#include "tests/host/support/objects.h"
 #include "tests/host/support/open_descriptors.h"
 
 namespace host {
@@ -48,9 +49,9 @@ class LongAnswersTest : public ControlFixture {
   std::string tree() {
     std::map<std::string, json> leaves;
     for (const auto& [number, object] : config_.tree().objects()) {
-      for (const auto& [instance, values] : object.instances) {
-        for (const auto& [name, leaf] : object.leaves) {
-          const std::string fullname = instance + name;
+      for (const auto& [name, instance] : object.instances) {
+        for (const Leaf& leaf : object.leaves) {
+          const std::string fullname = name + leaf.name;
           leaves[fullname] = {{"name", fullname},
                               {"type", leaf.type->name},
                               {"value", leaf.type->secret ? json() : json(value(fullname))},
@@ -170,20 +171,18 @@ std::vector<std::string> namesIn(const Tree& tree, const std::string& prefix) {
   return texts;
 }
 
-Object objectOf(int number, const std::string& name, const std::vector<std::string>& instances,
-                const std::vector<std::string>& leaves) {
-  Object object;
-  object.number = number;
-  object.name = name;
-  for (const std::string& instance : instances) object.instances[instance];
-  for (const std::string& leaf : leaves) object.leaves[leaf] = Leaf{findValueType("str"), "", false};
-  return object;
+Object objectWith(int number, const std::string& name, const std::vector<std::string>& instances,
+                  const std::vector<std::string>& leaves) {
+  std::vector<Leaf> declared;
+  for (const std::string& leaf : leaves) declared.push_back({leaf, findValueType("str"), ""});
+  return objectOf(number, name, std::move(declared), instances);
 }
 
 TEST(LeafNamesTest, NamesOfAllObjectsAreInOneOrder) {
-  const Tree tree({objectOf(1, "A.", {"A."}, {"A", "a", "z"}), objectOf(2, "A.b.", {"A.b."}, {"x", "y"}),
-                   objectOf(3, "A.c.", {"A.c.1.", "A.c.1-.", "A.c.2."}, {"x", "y"}),
-                   objectOf(4, "B.", {"B."}, {}), objectOf(5, "0.", {}, {"x"})});
+  const Tree tree(objectsOf(objectWith(1, "A.", {"A."}, {"A", "a", "z"}),
+                            objectWith(2, "A.b.", {"A.b."}, {"x", "y"}),
+                            objectWith(3, "A.c.", {"A.c.1.", "A.c.1-.", "A.c.2."}, {"x", "y"}),
+                            objectWith(4, "B.", {"B."}, {}), objectWith(5, "0.", {}, {"x"})));
   const std::vector<std::string> all{"A.A 1",      "A.a 1",      "A.b.x 2",   "A.b.y 2",
                                      "A.c.1-.x 3", "A.c.1-.y 3", "A.c.1.x 3", "A.c.1.y 3",
                                      "A.c.2.x 3",  "A.c.2.y 3",  "A.z 1"};
@@ -202,15 +201,15 @@ TEST(LeafNamesTest, ManyNamesOfSeveralObjectsAreInOneOrder) {
     std::vector<std::string> leaves;
     for (int i = 0; i < 999; i++) leaves.push_back(std::to_string(i * 7919 % 5000));
     const std::string name = std::string(static_cast<std::size_t>(number + 1), '1') + '.';
-    objects.push_back(objectOf(number, "O." + name, {"O." + name + "1.", "O." + name + "2."}, leaves));
-    for (const auto& [instance, values] : objects.back().instances) {
-      for (const auto& [leaf, declaration] : objects.back().leaves) {
-        expected.push_back(instance + leaf + ' ' + std::to_string(number));
+    objects.push_back(objectWith(number, "O." + name, {"O." + name + "1.", "O." + name + "2."}, leaves));
+    for (const auto& [name_of_instance, instance] : objects.back().instances) {
+      for (const Leaf& leaf : objects.back().leaves) {
+        expected.push_back(name_of_instance + leaf.name + ' ' + std::to_string(number));
       }
     }
   }
   std::sort(expected.begin(), expected.end());
-  EXPECT_EQ(namesIn(Tree(objects), ""), expected);
+  EXPECT_EQ(namesIn(Tree(std::move(objects)), ""), expected);
 }
 
 }  // namespace

@@ -43,9 +43,22 @@ std::string mistakeInInstances(const std::string& instances) {
                            instances + "}"));
 }
 
-std::string defaultOf(const std::string& declaration) {
-  return parse(leaf(declaration)).objects.at(0).leaves.at("X").default_value;
+Object firstObject(const std::string& text) {
+  return std::move(parse(text).objects.at(0));
 }
+
+std::string defaultOf(const std::string& declaration) {
+  return firstObject(leaf(declaration)).leaves.find("X")->default_value;
+}
+
+// The values of each instance, by position.
+std::map<std::string, std::vector<std::string>> valuesOf(const Object& object) {
+  std::map<std::string, std::vector<std::string>> values;
+  for (const auto& [name, instance] : object.instances) values.emplace(name, instance.values);
+  return values;
+}
+
+using Values = std::map<std::string, std::vector<std::string>>;
 
 TEST(ConfigurationTest, EmptyObjectIsAConfiguration) {
   const Configuration configuration = parse("{}");
@@ -64,7 +77,7 @@ TEST(ConfigurationTest, ModulesKeepTheirOrder) {
 
 TEST(ConfigurationTest, ObjectIsRead) {
   const Object object =
-      parse(objects(R"({"number": -7, "name": "A.B.", "attribute": 3, "dynamic": true})")).objects.at(0);
+      firstObject(objects(R"({"number": -7, "name": "A.B.", "attribute": 3, "dynamic": true})"));
   EXPECT_EQ(object.number, -7);
   EXPECT_EQ(object.name, "A.B.");
   EXPECT_EQ(object.attribute, 3);
@@ -73,8 +86,9 @@ TEST(ConfigurationTest, ObjectIsRead) {
 }
 
 TEST(ConfigurationTest, PlainObjectIsItsOwnInstance) {
-  const Object object = parse(objects(R"({"number": 1, "name": "A."})")).objects.at(0);
-  EXPECT_EQ(object.instances, (std::map<std::string, Values>{{"A.", {}}}));
+  const Object object = firstObject(objects(R"({"number": 1, "name": "A."})"));
+  EXPECT_EQ(valuesOf(object), (Values{{"A.", {}}}));
+  EXPECT_EQ(object.instances.at("A.").name, "A.");
   EXPECT_EQ(object.attribute, 0);
   EXPECT_FALSE(object.dynamic);
 }
@@ -90,18 +104,18 @@ TEST(ConfigurationTest, ObjectMayHaveNoInstances) {
 }
 
 TEST(ConfigurationTest, InstancesHaveTheirValues) {
-  const Object object =
-      parse(objects(R"({"number": 1, "name": "A.", "leaves": {"X": {"type": "uint"}, "Y": {"type": "str"}},
-                        "instances": {"A.a.": {"X": 5}, "A.b.": {}}})"))
-          .objects.at(0);
-  EXPECT_EQ(object.instances, (std::map<std::string, Values>{{"A.a.", {{"X", "5"}}}, {"A.b.", {}}}));
+  const Object object = firstObject(
+      objects(R"({"number": 1, "name": "A.", "leaves": {"Y": {"type": "str"}, "X": {"type": "uint"}},
+                  "instances": {"A.a.": {"X": 5}, "A.b.": {"Y": "y"}}})"));
+  EXPECT_EQ(valuesOf(object), (Values{{"A.a.", {"5", ""}}, {"A.b.", {"0", "y"}}}));
+  EXPECT_EQ(object.instances.at("A.a.").name, "A.a.");
 }
 
 TEST(ConfigurationTest, LeafHasItsTypeAndKind) {
-  const Leaf declared = parse(leaf(R"({"type": "uint", "computed": true})")).objects.at(0).leaves.at("X");
-  EXPECT_STREQ(declared.type->name, "uint");
-  EXPECT_TRUE(declared.computed);
-  EXPECT_FALSE(parse(leaf(R"({"type": "uint"})")).objects.at(0).leaves.at("X").computed);
+  const Object object = firstObject(leaf(R"({"type": "uint", "computed": true})"));
+  EXPECT_STREQ(object.leaves.find("X")->type->name, "uint");
+  EXPECT_TRUE(object.leaves.find("X")->computed);
+  EXPECT_FALSE(firstObject(leaf(R"({"type": "uint"})")).leaves.find("X")->computed);
 }
 
 TEST(ConfigurationTest, DefaultMayBeStringIntegerOrBoolean) {
@@ -125,7 +139,9 @@ TEST(ConfigurationTest, FileIsRead) {
 TEST(ConfigurationTest, ExampleInTheDocumentationIsAConfiguration) {
   const Configuration configuration = parse(documentedExample("configuration.md"));
   EXPECT_EQ(configuration.objects.size(), 2U);
-  EXPECT_EQ(configuration.objects.at(1).instances.at("Device.Interfaces.eth1.").at("Mtu"), "9000");
+  const Object& interfaces = configuration.objects.at(1);
+  const std::vector<std::string>& values = interfaces.instances.at("Device.Interfaces.eth1.").values;
+  EXPECT_EQ(values.at(interfaces.leaves.find("Mtu")->position), "9000");
 }
 
 TEST(ConfigurationTest, MissingFileIsRefused) {

@@ -17,6 +17,7 @@
 #include "include_c"
 #include "tests/host/state/stateful_config.h"
 #include "tests/host/support/memory_log.h"
+#include "tests/host/support/objects.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -26,14 +27,7 @@ constexpr int kLeaves = 400;
 constexpr std::size_t kBytesPerLeaf = 64;
 
 std::vector<Object> objects() {
-  std::vector<Object> objects(1);
-  objects[0].number = 1;
-  objects[0].name = "A.";
-  objects[0].instances.emplace("A.", Values());
-  for (int i = 0; i < kLeaves; i++) {
-    objects[0].leaves.emplace("Leaf" + std::to_string(i), Leaf{findValueType("str"), ""});
-  }
-  return objects;
+  return objectsOf(objectOf(1, "A.", numberedLeaves(kLeaves, "str", ""), {"A."}));
 }
 
 std::string valueOfSize(std::size_t size, int number) {

@@ -14,6 +14,7 @@
 #include "tests/host/state/opened_connection.h"
 #include "tests/host/state/stateful_config.h"
 #include "tests/host/support/memory_log.h"
+#include "tests/host/support/objects.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -31,15 +32,11 @@ std::string leafName(int i) {
 }
 
 std::vector<Object> hundredThousandLeaves() {
-  Object object;
-  object.number = 1;
-  object.name = "Row.";
+  std::vector<std::string> instances;
+  for (int i = 0; i < kInstances; i++) instances.push_back(instanceName(i));
+  Object object = objectOf(1, "Row.", numberedLeaves(kLeaves, "int", "0"), instances);
   object.dynamic = true;
-  for (int i = 0; i < kLeaves; i++) object.leaves.emplace(leafName(i), Leaf{findValueType("int"), "0"});
-  for (int i = 0; i < kInstances; i++) object.instances.emplace(instanceName(i), Values());
-  std::vector<Object> objects;
-  objects.push_back(std::move(object));
-  return objects;
+  return objectsOf(std::move(object));
 }
 
 int countCommit(void* commits) {

@@ -13,6 +13,7 @@
 #include "tests/host/state/stateful_config.h"
 #include "tests/host/support/child_process.h"
 #include "tests/host/support/memory_log.h"
+#include "tests/host/support/objects.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -24,19 +25,10 @@ constexpr int kLeaves = 60;
 constexpr int kKills = 220;
 
 std::vector<Object> objects() {
-  std::vector<Object> objects(2);
-  objects[0].number = kPlain;
-  objects[0].name = "Plain.";
-  objects[0].instances.emplace("Plain.", Values());
-  for (int i = 0; i < kLeaves; i++) {
-    objects[0].leaves.emplace("Leaf" + std::to_string(i), Leaf{findValueType("str"), "0"});
-  }
-  objects[1].number = kRun;
-  objects[1].name = "Run.";
-  objects[1].dynamic = true;
-  objects[1].leaves.emplace("Generation", Leaf{findValueType("int"), "0"});
-  objects[1].instances.emplace("Run.0.", Values());
-  return objects;
+  Object run = objectOf(kRun, "Run.", {{"Generation", findValueType("int"), "0"}}, {"Run.0."});
+  run.dynamic = true;
+  return objectsOf(objectOf(kPlain, "Plain.", numberedLeaves(kLeaves, "str", "0"), {"Plain."}),
+                   std::move(run));
 }
 
 // Leaves, an attribute and the one instance of an object, all with the number of the same generation.

@@ -63,13 +63,13 @@ ListText listRegistrations(const Registry& registry) {
 }
 
 // A complete event ("X") of the trace-event format.
-json traceEvent(const Call& call) {
+json traceEvent(const PastCall& call) {
   const Registration& registration = *call.registration;
   return {{"name", symbolOf(registration.callee).name},
           {"cat", nameOf(registration.kind)},
           {"ph", "X"},
-          {"ts", Microseconds(call.before.time.time_since_epoch()).count()},
-          {"dur", Microseconds(call.after.time - call.before.time).count()},
+          {"ts", Microseconds(call.begin.time_since_epoch()).count()},
+          {"dur", Microseconds(call.duration).count()},
           {"pid", getpid()},
           {"tid", 1},
           {"args", {{"key", registration.key}, {"result", orNull(call.result)}}}};

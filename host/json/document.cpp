@@ -16,7 +16,6 @@ namespace host {
 namespace {
 
 using nlohmann::json;
-using Pointer = json::json_pointer;
 
 constexpr std::size_t kMaxDepth = 16;
 constexpr std::size_t kMaxMiB = 256;  // of a file
@@ -44,8 +43,8 @@ class DocumentBuilder final : public json::json_sax_t {
 
  private:
   struct Level {
-    json* node;       // an object or an array
-    std::string key;  // of the object's next member
+    json* node;    // an object or an array
+    json* member;  // of an object: the one whose value comes next
   };
 
   json* append(json value);
@@ -63,7 +62,7 @@ class DocumentBuilder final : public json::json_sax_t {
 json* DocumentBuilder::append(json value) {
   if (levels_.empty()) return &(root_ = std::move(value));
   const Level& parent = levels_.back();
-  if (parent.node->is_object()) return &((*parent.node)[parent.key] = std::move(value));
+  if (parent.node->is_object()) return &(*parent.member = std::move(value));
   parent.node->push_back(std::move(value));
   return &parent.node->back();
 }
@@ -71,7 +70,7 @@ json* DocumentBuilder::append(json value) {
 bool DocumentBuilder::open(json value) {
   json* node = append(std::move(value));
   if (levels_.size() == kMaxDepth) fail("nested more than " + std::to_string(kMaxDepth) + " deep");
-  levels_.push_back({node, ""});
+  levels_.push_back({node, nullptr});
   return true;
 }
 
@@ -82,22 +81,17 @@ bool DocumentBuilder::close() {
 
 bool DocumentBuilder::key(string_t& name) {
   Level& object = levels_.back();
-  object.key = std::move(name);
-  if (object.node->contains(object.key)) fail("duplicate key");
+  const auto [member, is_new] = object.node->emplace(std::move(name), nullptr);
+  object.member = &*member;
+  if (!is_new) fail("duplicate key");
   return true;
 }
 
 // At the value that is being read.
 void DocumentBuilder::fail(const std::string& what) const {
-  Pointer place;
-  for (const Level& level : levels_) {
-    if (level.node->is_object()) {
-      place /= level.key;
-    } else {
-      place /= level.node->size() - 1;
-    }
-  }
-  JsonValue(root_, source_, place.to_string()).fail(what);
+  const Level& parent = levels_.back();
+  const json& value = parent.node->is_object() ? *parent.member : parent.node->back();
+  JsonValue(value, root_, source_).fail(what);
 }
 
 // The parser's own message is not used: it quotes what was read last, which may be secret.

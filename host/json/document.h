@@ -20,7 +20,7 @@ class JsonDocument {
   JsonDocument(JsonDocument&&) = delete;
   ~JsonDocument();
 
-  JsonValue root() const { return JsonValue(*root_, source_); }
+  JsonValue root() const { return JsonValue(*root_, *root_, source_); }
 
  private:
   const std::string source_;

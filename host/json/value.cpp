@@ -20,19 +20,28 @@ bool isInt32(const json& value) {
                                     : value.is_number_integer() && value.get<std::int64_t>() >= Limits::min();
 }
 
+// Searches the document, so that values that are right need not know their place.
+bool findPlace(const json& value, const json& wanted, json::json_pointer& place) {
+  if (&value == &wanted) return true;
+  if (!value.is_structured()) return false;
+  for (const auto& [key, member] : value.items()) {
+    place.push_back(key);
+    if (findPlace(member, wanted, place)) return true;
+    place.pop_back();
+  }
+  return false;
+}
+
 }  // namespace
 
 void JsonValue::fail(const std::string& what) const {
-  throw util::Error(C_RESULT_PARAM, source_ + (place_.empty() ? "" : ": " + place_) + ": " + what);
+  json::json_pointer place;
+  findPlace(root_, value_, place);
+  throw util::Error(C_RESULT_PARAM, source_ + (place.empty() ? "" : ": " + place.to_string()) + ": " + what);
 }
 
 void JsonValue::require(bool fits, const std::string& what) const {
   if (!fits) fail("must be " + what);
-}
-
-template <typename Key>
-JsonValue JsonValue::inside(const json& value, const Key& key) const {
-  return JsonValue(value, source_, place_ + (json::json_pointer() / key).to_string());
 }
 
 std::string JsonValue::string() const {
@@ -43,7 +52,10 @@ std::string JsonValue::string() const {
 std::string JsonValue::leafValue() const {
   require(value_.is_string() || value_.is_number_integer() || value_.is_boolean(),
           "a string, an integer, true or false");
-  return value_.is_string() ? value_.get<std::string>() : value_.dump();
+  if (value_.is_string()) return value_.get<std::string>();
+  if (value_.is_boolean()) return value_.get<bool>() ? "true" : "false";
+  return value_.is_number_unsigned() ? std::to_string(value_.get<std::uint64_t>())
+                                     : std::to_string(value_.get<std::int64_t>());
 }
 
 std::int32_t JsonValue::integer() const {
@@ -79,13 +91,13 @@ void JsonValue::allowOnly(std::initializer_list<const char*> names) const {
 std::optional<JsonValue> JsonValue::member(const char* name) const {
   const auto found = value_.find(name);
   if (found == value_.end()) return std::nullopt;
-  return inside(*found, name);
+  return inside(*found);
 }
 
 JsonValue JsonValue::required(const char* name) const {
   const auto found = value_.find(name);
   if (found == value_.end()) fail(util::quoted(name) + " is missing");
-  return inside(*found, name);
+  return inside(*found);
 }
 
 bool JsonValue::booleanOr(const char* name, bool missing) const {
@@ -96,12 +108,12 @@ bool JsonValue::booleanOr(const char* name, bool missing) const {
 void JsonValue::eachMember(
     const std::function<void(const std::string& name, const JsonValue& value)>& read) const {
   requireObject();
-  for (const auto& [name, value] : value_.items()) read(name, inside(value, name));
+  for (const auto& [name, value] : value_.items()) read(name, inside(value));
 }
 
 void JsonValue::eachElement(const std::function<void(const JsonValue& value)>& read) const {
   require(value_.is_array(), "an array");
-  for (std::size_t i = 0; i < value_.size(); i++) read(inside(value_[i], i));
+  for (const json& element : value_) read(inside(element));
 }
 
 }  // namespace host

@@ -8,7 +8,6 @@
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
-#include <utility>
 
 namespace host {
 
@@ -17,8 +16,8 @@ namespace host {
 // document must outlive it.
 class JsonValue {
  public:
-  JsonValue(const nlohmann::json& value, const std::string& source, std::string place = "")
-      : value_(value), source_(source), place_(std::move(place)) {}
+  JsonValue(const nlohmann::json& value, const nlohmann::json& root, const std::string& source)
+      : value_(value), root_(root), source_(source) {}
 
   // Throws the error for a mistake in this value.
   [[noreturn]] void fail(const std::string& what) const;
@@ -43,12 +42,11 @@ class JsonValue {
 
  private:
   void require(bool fits, const std::string& what) const;
-  template <typename Key>
-  JsonValue inside(const nlohmann::json& value, const Key& key) const;
+  JsonValue inside(const nlohmann::json& value) const { return JsonValue(value, root_, source_); }
 
   const nlohmann::json& value_;
+  const nlohmann::json& root_;  // the whole document
   const std::string& source_;
-  const std::string place_;  // a JSON pointer: empty for the document itself
 };
 
 }  // namespace host

@@ -92,8 +92,8 @@ void Registry::leave() {
   if (running_.empty()) too_deep_ = false;
 }
 
-void Registry::finish(const Heartbeat::Reading& before, std::optional<int> result) {
-  const std::shared_ptr<Registration> registration = running_.back();
+Heartbeat::Reading Registry::finish(const Heartbeat::Reading& before, std::optional<int> result) {
+  const std::shared_ptr<Registration>& registration = running_.back();
   const Heartbeat::Reading after = heartbeat_.read();
   const auto duration = after.time - before.time;
   registration->statistics.add(duration, result);
@@ -104,6 +104,7 @@ void Registry::finish(const Heartbeat::Reading& before, std::optional<int> resul
   }
   const Call call{registration, before, after, result};
   for (const auto& callback : on_called_) callback(call);
+  return after;
 }
 
 }  // namespace host

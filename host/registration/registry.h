@@ -50,9 +50,9 @@ std::string textOf(const Registration& registration);
 
 // One completed call.
 struct Call {
-  std::shared_ptr<const Registration> registration;
-  Heartbeat::Reading before;
-  Heartbeat::Reading after;
+  const std::shared_ptr<Registration>& registration;
+  const Heartbeat::Reading& before;
+  const Heartbeat::Reading& after;
   std::optional<int> result;
 };
 
@@ -113,7 +113,7 @@ class Registry {
 
   bool allowsCallOf(const Registration& registration);
   void reportException();
-  void finish(const Heartbeat::Reading& before, std::optional<int> result);
+  Heartbeat::Reading finish(const Heartbeat::Reading& before, std::optional<int> result);
   void leave();
 
   Heartbeat& heartbeat_;
@@ -146,19 +146,28 @@ class RegistrationHandle {
   // Makes one call and returns its result, or nothing if it throws or if too many calls are nested.
   // Exceptions end here because most callers are C functions. The call may destroy this handle.
   template <typename Function>
-  auto call(Function function) const -> std::optional<decltype(function())> {
+  auto call(Function function) const {
+    std::optional<Heartbeat::Reading> now;
+    return call(std::move(function), now);
+  }
+
+  // The same in a row of calls. `now` is the time at which the last one ended, or nothing before the first:
+  // the time is read once for each call, and what passes between two of them counts to the second.
+  template <typename Function>
+  auto call(Function function, std::optional<Heartbeat::Reading>& now) const
+      -> std::optional<decltype(function())> {
     if (registry_ == nullptr) return function();
     Registry& registry = *registry_;
     if (!registry.allowsCallOf(**entry_)) return std::nullopt;
     const Registry::Running running(registry, *entry_);
-    const Heartbeat::Reading before = registry.heartbeat_.read();
+    if (!now) now = registry.heartbeat_.read();
     std::optional<decltype(function())> result;
     try {
       result = function();
     } catch (...) {
       registry.reportException();
     }
-    registry.finish(before, numberIn(result));
+    now = registry.finish(*now, numberIn(result));
     return result;
   }
 

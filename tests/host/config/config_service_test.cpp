@@ -135,6 +135,43 @@ TEST_F(ConfigServiceTest, UnreleasedNodeIsFreedWithTheService) {
   EXPECT_NE(config_.instanceIterator(kPort), nullptr);
 }
 
+// The second node is not kept where the first one is.
+TEST_F(ConfigServiceTest, SeveralNodesAreOnLoanAtOnce) {
+  ICfmNode* server = config_.getNode("Time.Server");
+  ICfmNode* mtu = config_.getNode("Port.a.Mtu");
+  EXPECT_EQ(config_.releaseNode(server), C_RESULT_OK);
+  EXPECT_EQ(mtu->getValue(), "9000");
+  EXPECT_EQ(config_.releaseNode(mtu), C_RESULT_OK);
+  EXPECT_EQ(config_.releaseNode(mtu), C_RESULT_PARAM);
+}
+
+TEST_F(ConfigServiceTest, NodeOfADeletedInstanceHasTheDefault) {
+  config_.addInstance("Link.a.");
+  config_.setValue("Link.a.Up", "true", 0);
+  ICfmNode* node = config_.getNode("Link.a.Up");
+  config_.deleteInstance("Link.a.");
+  EXPECT_EQ(node->getValue(), "false");
+  config_.releaseNode(node);
+}
+
+TEST_F(ConfigServiceTest, NodeReadsAnInstanceThatWasAddedAgain) {
+  config_.addInstance("Link.a.");
+  ICfmNode* node = config_.getNode("Link.a.Up");
+  config_.deleteInstance("Link.a.");
+  config_.addInstance("Link.a.");
+  config_.setValue("Link.a.Up", "true", 0);
+  EXPECT_EQ(node->getValue(), "true");
+  config_.releaseNode(node);
+}
+
+TEST_F(ConfigServiceTest, WalkKeepsTheNamesThatItBeganWith) {
+  ICfmIterator* iterator = config_.instanceIterator(kPort);
+  ASSERT_NE(iterator, nullptr);
+  EXPECT_EQ(instancesOf(kPort), (std::vector<std::string>{"Port.a.", "Port.b."}));
+  EXPECT_EQ(iterator->name(), "Port.a.");
+  config_.releaseIterator(iterator);
+}
+
 TEST_F(ConfigServiceTest, NodeKeepsTheValueOnceRead) {
   ICfmNode* node = config_.getNode("Time.Server");
   EXPECT_EQ(node->getLength(), 4U);

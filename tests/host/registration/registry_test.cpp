@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/registration/registry.h"
 
+#include <algorithm>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -148,7 +150,31 @@ TEST_F(RegistryTest, HistoryKeepsTheLatestCalls) {
   EXPECT_EQ(history.calls().front().registration->key, "2");
   EXPECT_EQ(history.calls().back().registration->key, "3");
   EXPECT_EQ(history.calls().back().result, 9);
-  EXPECT_EQ(history.calls().back().after.time - history.calls().back().before.time, milliseconds(1));
+  EXPECT_EQ(history.calls().back().duration, milliseconds(1));
+  EXPECT_EQ(history.calls().back().begin - history.calls().front().begin, milliseconds(1));
+}
+
+TEST_F(RegistryTest, HistoryStaysInOrderHoweverOftenItIsFilled) {
+  CallHistory history(registry_, 3);
+  for (int i = 1; i <= 10; i++) {
+    registry_.add(RegistrationKind::kFd, std::to_string(i), kNobody).call([] { return 0; });
+    Texts keys;
+    for (const PastCall& call : history.calls()) keys.push_back(call.registration->key);
+    Texts expected;
+    for (int j = std::max(1, i - 2); j <= i; j++) expected.push_back(std::to_string(j));
+    EXPECT_EQ(keys, expected);
+  }
+}
+
+TEST_F(RegistryTest, TimeBetweenTwoCallsInARowCountsToTheSecond) {
+  const RegistrationHandle first = registry_.add(RegistrationKind::kEvent, "1", kNobody);
+  const RegistrationHandle second = registry_.add(RegistrationKind::kEvent, "2", kNobody);
+  std::optional<Heartbeat::Reading> now;
+  first.call([] { return pass(10); }, now);
+  pass(5);
+  second.call([] { return pass(20); }, now);
+  EXPECT_EQ(registry_.registrations()[0]->statistics.total, milliseconds(10));
+  EXPECT_EQ(registry_.registrations()[1]->statistics.total, milliseconds(25));
 }
 
 }  // namespace

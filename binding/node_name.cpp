@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Names of configuration nodes: parent names, relative access to leaves, the lookup of instances.
-#include <cstdio>
+#include <algorithm>
 #include <cstring>
 #include <memory>
+#include <string_view>
 
 #include "binding/instance_walk.h"
 #include "binding/result.h"
@@ -24,18 +25,31 @@ Block newBlock() {
 
 // Returns `name` up to and including the last dot that is followed by a component, or an empty string. A dot
 // at the end of `name`, even if white space follows it, is not followed by a component.
-std::string parentOf(const std::string& name) {
+std::string_view parentOf(std::string_view name) {
   const std::size_t last = name.find_last_not_of(" \n\t\r");
   std::size_t dot = name.rfind('.');
-  if (dot != std::string::npos && dot == last) dot = dot > 0 ? name.rfind('.', dot - 1) : std::string::npos;
-  return dot != std::string::npos ? name.substr(0, dot + 1) : std::string();
+  if (dot != name.npos && dot == last) dot = dot > 0 ? name.rfind('.', dot - 1) : name.npos;
+  return name.substr(0, dot + 1);  // npos + 1 is 0
 }
 
-int copyOut(const std::string& prefix, char* buf, unsigned int buf_len, const char* function) {
+// `prefix` may be in `buf`.
+int copyOut(std::string_view prefix, char* buf, unsigned int buf_len, const char* function) {
   if (buf == nullptr || buf_len == 0) return failed(C_RESULT_PARAM, function);
-  // The size passed is one less than the buffer's, so a buffer of one byte is not written at all. Keep it so.
-  std::snprintf(buf, buf_len - 1, "%s", prefix.c_str());
+  // The last byte of the buffer is never used, so a buffer of one byte is not written at all. Keep it so.
+  const std::size_t size = buf_len - 1;
+  if (size == 0) return C_RESULT_OK;
+  const std::size_t length = std::min(prefix.size(), size - 1);
+  std::memmove(buf, prefix.data(), length);
+  buf[length] = '\0';
   return C_RESULT_OK;
+}
+
+// Appends as much of `text` as fits to the `used` bytes of a block and returns their new number. The
+// zero-filled block keeps the text terminated.
+std::size_t append(const Block& block, std::size_t used, const char* text) {
+  const std::size_t length = strnlen(text, kBlockSize - 1 - used);
+  std::memcpy(block.get() + used, text, length);
+  return used + length;
 }
 
 // The two buffers of a relative access. Both are freed after c_cfm_set_value() or c_cfm_get_value() returns.
@@ -58,15 +72,15 @@ int resolve(const char* function, const char* base, const char* relpath, const c
     return leave(C_RESULT_NO_MEMORY, function);
   }
 
-  // Longer names are truncated; the zero-filled block keeps them terminated.
-  std::strncpy(blocks.object.get(), base, kBlockSize - 1);
+  append(blocks.object, 0, base);
   for (const char* up = std::strstr(relpath, kUp); up != nullptr;
        up = std::strstr(up + sizeof kUp - 1, kUp)) {
     c_cfm_parent_fullname(blocks.object.get());  // at the top, it only sends a diagnostic
   }
   // With an empty path no dot is added: `base` then ends with one.
-  const char* separator = *relpath != '\0' ? "." : "";
-  std::snprintf(blocks.resolved.get(), kBlockSize, "%s%s%s", blocks.object.get(), separator, name);
+  std::size_t used = append(blocks.resolved, 0, blocks.object.get());
+  if (*relpath != '\0') used = append(blocks.resolved, used, ".");
+  append(blocks.resolved, used, name);
   return C_RESULT_OK;
 }
 

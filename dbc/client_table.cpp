@@ -12,6 +12,7 @@ void DBClientTable::lookup(int db, c_visit_callback visit, c_pass_fn3 pass_fn3, 
   if (visit == nullptr) return;
 
   std::vector<const DBClientItem*> snapshot;
+  snapshot.reserve(items.size());
   for (const auto& [name, item] : items) {
     if (item != nullptr) snapshot.push_back(item);
   }

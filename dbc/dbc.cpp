@@ -45,9 +45,10 @@ void c_dbc_db_release(int db, const char* name) {
   DBClientTable* table = tableOf(db);
   if (table == nullptr) return;
 
-  const DBClientItem* item = table->slot(name);
-  if (item == nullptr) return;  // the null entry remains
-  table->items.erase(name);
+  const auto entry = table->items.try_emplace(name).first;
+  const DBClientItem* item = entry->second;
+  if (item == nullptr) return;  // the null entry remains, as after DBClientTable::slot()
+  table->items.erase(entry);
   delete item;
 }
 

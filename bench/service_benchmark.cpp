@@ -54,7 +54,7 @@ void writeConfiguration(const std::string& file, int leaves) {
 // A running context with so many leaves.
 class Service {
  public:
-  explicit Service(int leaves) {
+  explicit Service(int leaves, const char* option = "--") : option_(option) {
     if (mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("cannot create a temporary folder");
     writeConfiguration(file("config.json"), leaves);
     start();
@@ -69,8 +69,8 @@ class Service {
   void start() const {
     const std::string config = file("config.json");
     const std::string log = file("log");
-    const char* arguments[] = {"benchmark", "--config", config.c_str(), "--log-file", log.c_str()};
-    if (c_context_init(5, reinterpret_cast<std::uintptr_t>(arguments)) != C_RESULT_OK) {
+    const char* arguments[] = {"benchmark", "--config", config.c_str(), "--log-file", log.c_str(), option_};
+    if (c_context_init(6, reinterpret_cast<std::uintptr_t>(arguments)) != C_RESULT_OK) {
       throw std::runtime_error("cannot start the context; see LD_LIBRARY_PATH");
     }
   }
@@ -78,6 +78,7 @@ class Service {
  private:
   std::string file(const char* name) const { return folder_ + '/' + name; }
 
+  const char* const option_;
   std::string folder_ = "/tmp/cpp2c_bench_XXXXXX";
 };
 
@@ -224,6 +225,13 @@ void descriptorCall(benchmark::State& state) {
   close(wake.fd);
 }
 
+// A leaf that does not exist, in strict mode.
+void strictUnknownLeaf(benchmark::State& state) {
+  const Service service(static_cast<int>(state.range(0)), "--strict");
+  std::int32_t value = 0;
+  for (auto _ : state) c_cfm_get_value("Device.Rows.1.Leaf64", "int", &value, sizeof value);
+}
+
 void load(benchmark::State& state) {
   const Service service(static_cast<int>(state.range(0)));
   for (auto _ : state) {
@@ -243,4 +251,5 @@ BENCHMARK(liveWalk);
 BENCHMARK(cacheWalk);
 BENCHMARK(computedRead);
 BENCHMARK(descriptorCall);
+BENCHMARK(strictUnknownLeaf)->Arg(100000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(load)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);

@@ -29,22 +29,27 @@ std::size_t distanceBetween(const std::string& a, const std::string& b) {
   return row.back();
 }
 
-std::string lowerCase(std::string text) {
-  for (char& character : text) {
-    if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
-  }
-  return text;
+char lowerCase(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+bool equalInAnyCase(const std::string& a, const std::string& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char left, char right) { return lowerCase(left) == lowerCase(right); });
 }
 
 }  // namespace
 
 SimilarName::SimilarName(std::string unknown)
-    : unknown_(std::move(unknown)), limit_(std::min<std::size_t>(3, (unknown_.size() + 1) / 2)) {}
+    : unknown_(std::move(unknown)), limit_(std::min(kMostErrors + 1, (unknown_.size() + 1) / 2)) {}
+
+SimilarName::SimilarName(std::string unknown, std::size_t most_errors)
+    : unknown_(std::move(unknown)), limit_(most_errors + 1) {}
 
 void SimilarName::consider(const std::string& known) {
   if (difference(known.size(), unknown_.size()) >= limit_) return;
   // The same name in another case is the best match, however many letters differ.
-  const std::size_t distance = lowerCase(known) == lowerCase(unknown_) ? 0 : distanceBetween(known, unknown_);
+  const std::size_t distance = equalInAnyCase(known, unknown_) ? 0 : distanceBetween(known, unknown_);
   if (distance >= limit_) return;
   limit_ = distance;
   best_ = known;

@@ -12,7 +12,10 @@ namespace util {
 // case.
 class SimilarName {
  public:
+  static constexpr std::size_t kMostErrors = 2;
+
   explicit SimilarName(std::string unknown);
+  SimilarName(std::string unknown, std::size_t most_errors);  // also if that is half of a short name
 
   void consider(const std::string& known);
   const std::string& best() const { return best_; }  // empty: none is similar

@@ -7,6 +7,7 @@
 
 #include "binding/limits.h"
 #include "host/config/config_service.h"
+#include "host/config/name.h"
 #include "host/heartbeat/heartbeat.h"
 #include "host/registration/registry.h"
 #include "util/similar_name.h"
@@ -21,12 +22,30 @@ bool isBeyondInt(std::string_view text) {
   return number < 0 || number > std::numeric_limits<std::int32_t>::max();
 }
 
+std::string similarInstance(const Object& object, const std::string& name) {
+  if (object.instances.count(name) != 0) return name;
+  util::SimilarName similar(name, util::SimilarName::kMostErrors);
+  for (const auto& [known, instance] : object.instances) similar.consider(known);
+  return similar.best();
+}
+
+std::string similarLeafIn(const Object& object, const std::string& name) {
+  util::SimilarName similar(name, util::SimilarName::kMostErrors);
+  for (const Leaf& leaf : object.leaves) similar.consider(leaf.name);
+  return similar.best();
+}
+
+// Compares instances and leaves one by one, not each leaf of each instance. Does not find a name with an
+// error in the "." between both.
 std::string similarLeaf(const Tree& tree, const std::string& fullname) {
+  const std::string instance(parentName(fullname));
+  const std::string leaf = fullname.substr(instance.size());
   util::SimilarName similar(fullname);
   for (const auto& [number, object] : tree.objects()) {
-    for (const auto& [name, instance] : object.instances) {
-      for (const Leaf& leaf : object.leaves) similar.consider(name + leaf.name);
-    }
+    const std::string similar_leaf = similarLeafIn(object, leaf);
+    if (similar_leaf.empty()) continue;
+    const std::string similar_instance = similarInstance(object, instance);
+    if (!similar_instance.empty()) similar.consider(similar_instance + similar_leaf);
   }
   return similar.best();
 }

@@ -50,6 +50,12 @@ TEST(SimilarNameTest, FewestTypingErrorsWin) {
   EXPECT_EQ(similarTo("Limit", {"Lamid", "Limits", "Limib"}), "Limits");
 }
 
+TEST(SimilarNameTest, ShortNameMayHaveMoreErrorsIfAsked) {
+  util::SimilarName similar("up", util::SimilarName::kMostErrors);
+  similar.consider("on");
+  EXPECT_EQ(similar.best(), "on");
+}
+
 TEST(SimilarNameTest, NothingIsSimilarToAnEmptyList) {
   EXPECT_EQ(similarTo("Limit", {}), "");
 }

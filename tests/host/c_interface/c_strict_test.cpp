@@ -112,6 +112,23 @@ TEST_F(CStrictTest, SimilarLeafIsSuggested) {
             "there is no leaf \"Device.Time.interval\"; did you mean \"Device.Time.Interval\"?");
 }
 
+TEST_F(CStrictTest, LeafOfASimilarInstanceIsSuggested) {
+  readWord("Device.Tyme.Interval", "uint");
+  EXPECT_EQ(onlyReport(),
+            "there is no leaf \"Device.Tyme.Interval\"; did you mean \"Device.Time.Interval\"?");
+}
+
+TEST_F(CStrictTest, LeafWithErrorsInTheInstanceAndInItsNameIsSuggested) {
+  readWord("Device.Tyme.Intervall", "uint");
+  EXPECT_EQ(onlyReport(),
+            "there is no leaf \"Device.Tyme.Intervall\"; did you mean \"Device.Time.Interval\"?");
+}
+
+TEST_F(CStrictTest, LeafWithTooManyErrorsInAllIsNotSuggested) {
+  readWord("Device.Tyme.Intervalls", "uint");
+  EXPECT_EQ(strictRecords("warning strict: "), Records{});
+}
+
 TEST_F(CStrictTest, SimilarEventIsSuggested) {
   c_event_regist_observer("link-up", onEvent, nullptr);
   c_event_notify("linkup", "");

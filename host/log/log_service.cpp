@@ -24,6 +24,7 @@ constexpr LogLevel kLevels[] = {
 
 constexpr Clock::Duration kFirstInterval = std::chrono::seconds(1);
 constexpr Clock::Duration kLongestInterval = std::chrono::hours(1);
+constexpr std::size_t kRemembered = 32;  // messages
 
 LogService::Line lineOf(int level, const std::string& module, const char* text) {
   return {nearestLogLevel(level).name, util::oneLine(module), util::oneLine(text)};
@@ -68,18 +69,18 @@ LogService::LogService(int level, const std::string& file, const Clock& clock)
 }
 
 LogService::~LogService() {
-  writeCount();
+  while (!memory_.empty()) forgetOldest();
 }
 
 int LogService::record(std::string module, int level, const char* text) {
   if (text == nullptr) return C_RESULT_PARAM;
-  if (isShown(level)) write(lineOf(level, module, text), std::nullopt);
+  if (isShown(level)) write(lineOf(level, module, text));
   return C_RESULT_OK;
 }
 
 int LogService::debugOut(const char* file, int line, const char* text) {
   if (file == nullptr || text == nullptr) return C_RESULT_PARAM;
-  if (debug_) write(lineOf(C_LOG_DEBUG, file + (':' + std::to_string(line)), text), std::nullopt);
+  if (debug_) write(lineOf(C_LOG_DEBUG, file + (':' + std::to_string(line)), text));
   return C_RESULT_OK;
 }
 
@@ -103,36 +104,50 @@ bool LogService::isShown(int level) const {
 }
 
 // The state is complete before the line is appended: a follower of the log may write a line itself.
-void LogService::write(const Line& line, std::optional<Repeated> repeated) {
-  writeCount();
-  repeated_ = std::move(repeated);
+void LogService::write(const Line& line, Remembered* message) {
+  if (last_line_ != nullptr) writeCount(*last_line_);
+  last_line_ = message;
   append(line, clock_.wallTime());
 }
 
 void LogService::writeMessage(const Line& line) {
-  if (repeated_ && repeated_->line == line) {
-    countRepetition();
-  } else {
-    write(line, Repeated{line, clock_.now() + kFirstInterval, kFirstInterval});
+  const auto known = std::find_if(memory_.begin(), memory_.end(),
+                                  [&](const Remembered& message) { return message.line == line; });
+  if (known != memory_.end()) return countRepetition(*known);
+  if (memory_.size() == kRemembered) forgetOldest();
+  const Clock::TimePoint now = clock_.now();
+  memory_.push_back({line, now + kFirstInterval, kFirstInterval, now});
+  write(line, &memory_.back());
+}
+
+void LogService::countRepetition(Remembered& message) {
+  const Clock::TimePoint now = clock_.now();
+  const bool is_new = now - std::exchange(message.seen, now) > kLongestInterval;
+  message.count++;
+  message.latest = clock_.wallTime();
+  if (now < message.due) return;
+  message.interval = is_new ? kFirstInterval : std::min(message.interval * 2, kLongestInterval);
+  message.due = now + message.interval;
+  writeCount(message);
+}
+
+void LogService::writeCount(Remembered& message) {
+  if (message.count == 0) return;
+  Line line = message.line;
+  const std::string times = "repeated " + std::to_string(message.count) + " times";
+  if (message.count > 1) {
+    line.text = last_line_ == &message ? "last message " + times : line.text + " (" + times + ')';
   }
+  message.count = 0;
+  last_line_ = &message;
+  append(line, message.latest);
 }
 
-void LogService::countRepetition() {
-  Repeated& repeated = *repeated_;
-  repeated.count++;
-  repeated.latest = clock_.wallTime();
-  if (clock_.now() < repeated.due) return;
-  repeated.interval = std::min(repeated.interval * 2, kLongestInterval);
-  repeated.due = clock_.now() + repeated.interval;
-  writeCount();
-}
-
-void LogService::writeCount() {
-  if (!repeated_ || repeated_->count == 0) return;
-  Line line = repeated_->line;
-  const std::uint64_t count = std::exchange(repeated_->count, 0);
-  if (count > 1) line.text = "last message repeated " + std::to_string(count) + " times";
-  append(line, repeated_->latest);
+void LogService::forgetOldest() {
+  Remembered& oldest = memory_.front();
+  writeCount(oldest);
+  if (last_line_ == &oldest) last_line_ = nullptr;
+  memory_.pop_front();
 }
 
 // spdlog has no level "notice". The caller has checked the level, so spdlog receives "info" for each line.

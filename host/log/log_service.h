@@ -5,8 +5,8 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -48,8 +48,9 @@ class LogService final : public ILog {
   // Writes a record of the program.
   int record(std::string module, int level, const char* text) override;
 
-  // The log for the host context's own messages, which must not fill it: a message that repeats the line
-  // before is counted, and the count is written before the next line, at growing intervals and at the end.
+  // The log for the host context's own messages, which must not fill it: a message that repeats one of the
+  // latest is counted. The count is written before another line if the message is the last line, and
+  // otherwise at growing intervals, when the message is forgotten, and at the end.
   ILog& messages() { return messages_; }
 
   // Writes one diagnostic if diagnostics are switched on, whatever the level of the log.
@@ -77,27 +78,30 @@ class LogService final : public ILog {
     LogService& log_;
   };
 
-  // The message that is the last line, and what is known of its repetitions since then.
-  struct Repeated {
+  // A message that was written, and what is known of its repetitions since then.
+  struct Remembered {
     Line line;
     Clock::TimePoint due;  // when to write the count
     Clock::Duration interval;
+    Clock::TimePoint seen;
     std::uint64_t count = 0;
     std::chrono::system_clock::time_point latest = {};
   };
 
   bool isShown(int level) const;
-  void write(const Line& line, std::optional<Repeated> repeated);
+  void write(const Line& line, Remembered* message = nullptr);
   void writeMessage(const Line& line);
-  void countRepetition();
-  void writeCount();
+  void countRepetition(Remembered& message);
+  void writeCount(Remembered& message);
+  void forgetOldest();
   void append(const Line& line, std::chrono::system_clock::time_point time);
 
   const int level_;
   const Clock& clock_;
   bool debug_ = false;
   Messages messages_{*this};
-  std::optional<Repeated> repeated_;
+  std::list<Remembered> memory_;     // in the order in which they were first written
+  Remembered* last_line_ = nullptr;  // null: the last line is not a message
   std::function<void(const Line&)> on_line_ = [](const Line&) {};
   std::shared_ptr<LogFile> file_;  // null: standard error
   std::unique_ptr<spdlog::logger> logger_;

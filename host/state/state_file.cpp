@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/state/state_file.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 
 #include "binding/context.h"
@@ -29,6 +31,10 @@ void StateFile::restore(Tree& tree) {
 }
 
 int StateFile::save(Tree& tree, const Changes& changes) {
+  if (getpid() != process_) {
+    log_.record("state", C_LOG_ERROR, (file_ + ": cannot be saved by a forked process").c_str());
+    return C_RESULT_SYSTEM_CALL;
+  }
   std::optional<util::Error> error = attempt(tree, changes);
   if (error) error = attempt(tree, changes);
   if (!error) return C_RESULT_OK;

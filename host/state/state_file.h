@@ -3,6 +3,7 @@
 #define CPP2C_HOST_STATE_STATE_FILE_H
 
 #include <signal.h>
+#include <unistd.h>
 
 #include <memory>
 #include <optional>
@@ -29,8 +30,8 @@ class StateFile {
   void restore(Tree& tree);
 
   // Writes all changes of that tree in one transaction. If the file has been removed or replaced meanwhile,
-  // first writes the whole saved state to a new file and logs that. On failure, writes none, logs the reason
-  // and returns C_RESULT_SYSTEM_CALL.
+  // first writes the whole saved state to a new file and logs that. On failure, and always in a forked
+  // process, writes none, logs the reason and returns C_RESULT_SYSTEM_CALL.
   int save(Tree& tree, const Changes& changes);
 
  private:
@@ -44,6 +45,7 @@ class StateFile {
   ILog& log_;
   const std::string file_;  // absolute
   const std::string product_;
+  const pid_t process_ = getpid();  // SQLite must not use one connection in two processes
   std::unique_ptr<StateTables> tables_;
   StateTables::Names configured_;  // the instances of dynamic objects in the configuration file
 };

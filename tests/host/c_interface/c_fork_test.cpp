@@ -130,6 +130,26 @@ TEST_F(CForkTest, WatchingInAChildLeavesTheParentItsWatch) {
   expectParentIsServed();
 }
 
+TEST_F(CForkTest, SaveInAChildIsRefusedAndLeavesTheParentItsSaves) {
+  const auto save = [](int value) {
+    EXPECT_EQ(c_cfm_set_value("A.X", 0, "int", &value, sizeof value), C_RESULT_OK);
+    return c_cfm_save_config();
+  };
+  EXPECT_EQ(save(1), C_RESULT_OK);
+  EXPECT_EQ(inChild([&] {
+              if (save(2) != C_RESULT_SYSTEM_CALL) _exit(1);
+            }),
+            0);
+  EXPECT_EQ(records().back(),
+            "error state: " + folder_.file("state") + ": cannot be saved by a forked process");
+  EXPECT_EQ(save(3), C_RESULT_OK);
+  c_context_deinit();
+  EXPECT_EQ(start(), C_RESULT_OK);
+  int saved = 0;
+  EXPECT_EQ(c_cfm_get_value("A.X", "int", &saved, sizeof saved), C_RESULT_OK);
+  EXPECT_EQ(saved, 3);
+}
+
 TEST_F(CForkTest, EndOfTheContextInAChildLeavesTheStateFile) {
   const int value = 5;
   EXPECT_EQ(c_cfm_set_value("A.X", 0, "int", &value, sizeof value), C_RESULT_OK);

@@ -71,8 +71,8 @@ TEST_F(RepeatedMessagesTest, OneRepetitionIsWrittenItself) {
 TEST_F(RepeatedMessagesTest, RecordOfTheProgramComesAfterTheCount) {
   say("no route", 3);
   log_->record("program", C_LOG_INFO, "hello");
-  say("no route");
-  EXPECT_EQ(published(), (Lines{"no route", "last message repeated 2 times", "hello", "no route"}));
+  say("route");
+  EXPECT_EQ(published(), (Lines{"no route", "last message repeated 2 times", "hello", "route"}));
 }
 
 TEST_F(RepeatedMessagesTest, DiagnosticComesAfterTheCount) {
@@ -126,14 +126,48 @@ TEST_F(RepeatedMessagesTest, IntervalsGrowUpToAnHour) {
   EXPECT_EQ(published().back(), "last message repeated 3600 times");
 }
 
-TEST_F(RepeatedMessagesTest, IntervalsStartAgainAfterAnotherMessage) {
+TEST_F(RepeatedMessagesTest, MessageAfterMoreThanAnHourIsWrittenAtOnce) {
   say("no route");
-  sayEach(seconds(1), "no route", 10);
-  say("route");
-  say("no route");
+  sayEach(seconds(1), "no route", 24 * 3600);
+  sayEach(hours(1), "no route", 1);
   const std::size_t before = published().size();
-  sayEach(seconds(1), "no route", 1);
+  sayEach(hours(1) + milliseconds(1), "no route", 1);
   EXPECT_EQ(published().size(), before + 1);
+  sayEach(seconds(1), "no route", 1);
+  EXPECT_EQ(published().size(), before + 2) << "the intervals start again";
+}
+
+TEST_F(RepeatedMessagesTest, MessagesInTurnAreCountedEach) {
+  for (int i = 0; i < 100000; i++) {
+    say("no route");
+    say("no memory");
+  }
+  EXPECT_EQ(published(), (Lines{"no route", "no memory"}));
+  sayEach(seconds(1), "no route", 1);
+  EXPECT_EQ(published(), (Lines{"no route", "no memory", "no route (repeated 100000 times)"}));
+  say("route");
+  EXPECT_EQ(published().back(), "route");
+  log_.reset();
+  EXPECT_EQ(published().back(), "no memory (repeated 99999 times)");
+}
+
+TEST_F(RepeatedMessagesTest, MessageInTurnWithRecordsOfTheProgramIsCounted) {
+  for (int i = 0; i < 5; i++) {
+    say("no route");
+    log_->record("program", C_LOG_INFO, "tick");
+  }
+  EXPECT_EQ(published(), (Lines{"no route", "tick", "tick", "tick", "tick", "tick"}));
+}
+
+TEST_F(RepeatedMessagesTest, ThirtyTwoMessagesAreRemembered) {
+  for (int round = 0; round < 3; round++) {
+    for (int i = 0; i < 32; i++) say(std::to_string(i).c_str());
+  }
+  EXPECT_EQ(published().size(), 32U);
+  say("one more");
+  EXPECT_EQ((Lines{published().end() - 2, published().end()}), (Lines{"0 (repeated 2 times)", "one more"}));
+  say("0");
+  EXPECT_EQ(published().back(), "0");
 }
 
 TEST_F(RepeatedMessagesTest, OtherLevelOrModuleIsAnotherMessage) {
@@ -167,8 +201,9 @@ TEST_F(RepeatedMessagesTest, MessageThatAFollowerCausesIsWritten) {
   say("no route", 3);
   say("route", 2);
   say("end");
+  log_.reset();
   EXPECT_EQ(lines,
-            (Lines{"no route", "last message repeated 2 times", "route", "cannot send", "route", "end"}));
+            (Lines{"no route", "last message repeated 2 times", "route", "cannot send", "end", "route"}));
 }
 
 }  // namespace

@@ -10,77 +10,17 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <random>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "bench/service.h"
 #include "cpp2c_host.h"
 #include "include_c"
 
+using namespace bench;
+
 namespace {
-
-constexpr int kRows = 1;
-constexpr int kComputed = 2;
-constexpr int kLeavesPerRow = 64;
-
-std::string rowName(int row) {
-  return "Device.Rows." + std::to_string(row) + '.';
-}
-
-std::string leafName(int leaf) {
-  return rowName(leaf / kLeavesPerRow) + "Leaf" + std::to_string(leaf % kLeavesPerRow);
-}
-
-// The configuration of a product with so many leaves in instances of one object, and a computed leaf.
-void writeConfiguration(const std::string& file, int leaves) {
-  std::ofstream out(file);
-  out << R"({"objects": [{"number": 2, "name": "Device.", "leaves": {"Now": {"type": "int", "computed": true}}},)"
-      << R"({"number": 1, "name": "Device.Rows.", "dynamic": true, "leaves": {)";
-  for (int i = 0; i < kLeavesPerRow; i++) {
-    out << (i > 0 ? "," : "") << "\"Leaf" << i << R"(": {"type": "int"})";
-  }
-  out << "}, \"instances\": {";
-  for (int leaf = 0; leaf < leaves; leaf++) {
-    const bool first = leaf % kLeavesPerRow == 0;
-    if (first) out << (leaf > 0 ? "}," : "") << '"' << rowName(leaf / kLeavesPerRow) << "\": {";
-    out << (first ? "" : ",") << "\"Leaf" << leaf % kLeavesPerRow << "\": " << leaf;
-  }
-  out << "}}}]}";
-}
-
-// A running context with so many leaves.
-class Service {
- public:
-  explicit Service(int leaves, const char* option = "--") : option_(option) {
-    if (mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("cannot create a temporary folder");
-    writeConfiguration(file("config.json"), leaves);
-    start();
-  }
-  ~Service() {
-    c_context_deinit();
-    std::filesystem::remove_all(folder_);
-  }
-  Service(const Service&) = delete;
-  Service& operator=(const Service&) = delete;
-
-  void start() const {
-    const std::string config = file("config.json");
-    const std::string log = file("log");
-    const char* arguments[] = {"benchmark", "--config", config.c_str(), "--log-file", log.c_str(), option_};
-    if (c_context_init(6, reinterpret_cast<std::uintptr_t>(arguments)) != C_RESULT_OK) {
-      throw std::runtime_error("cannot start the context; see LD_LIBRARY_PATH");
-    }
-  }
-
- private:
-  std::string file(const char* name) const { return folder_ + '/' + name; }
-
-  const char* const option_;
-  std::string folder_ = "/tmp/cpp2c_bench_XXXXXX";
-};
 
 // The names of leaves in an order without pattern, the same in every run.
 std::vector<std::string> shuffledNames(int leaves) {

@@ -19,6 +19,11 @@ bool isOption(int option) {
 
 }  // namespace
 
+const std::string& ConfigNode::value() {
+  if (!value_) value_ = config_.valueAt(place_, fullname_);
+  return *value_;
+}
+
 ConfigService::ConfigService(Tree tree, Registry& registry, Store store)
     : tree_(std::move(tree)), store_(std::move(store)), registry_(registry) {}
 
@@ -64,8 +69,7 @@ int ConfigService::registDataProvider(int number, IDyncDataProvider* provider) {
 ICfmNode* ConfigService::getNode(std::string fullname) {
   auto place = tree_.find(fullname);
   if (!place) return nullptr;
-  return nodes_.lend(place->leaf->type->name,
-                     [this, place = *place, name = std::move(fullname)] { return valueAt(place, name); });
+  return nodes_.lend(*this, *place, std::move(fullname));
 }
 
 int ConfigService::releaseNode(ICfmNode* node) {

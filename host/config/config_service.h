@@ -47,7 +47,9 @@ class ConfigService final : public ICfm {
   const Leaf* findLeaf(std::string_view fullname);  // null if it does not exist
 
   // The value of an existing leaf. If the call of its provider fails, the value is that without a provider.
+  // `place` is where the leaf was found; instances may have been added and deleted since then.
   std::string value(const std::string& fullname);
+  std::string valueAt(Tree::Place place, const std::string& fullname);
 
   // Sets the function to call with each change, before its observers are called.
   struct Change {
@@ -66,7 +68,6 @@ class ConfigService final : public ICfm {
   int reserved16() override { return 0; }
 
  private:
-  std::string valueAt(Tree::Place place, const std::string& fullname);
   std::string computedValue(const Tree::Place& place, const std::string& fullname);
 
   static int saveNothing(Tree& tree, const Changes& changes);

@@ -4,7 +4,6 @@
 #define CPP2C_HOST_CONFIG_LOANS_H
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,26 +15,27 @@
 
 namespace host {
 
+class ConfigService;
+
 // One leaf. Its value is read at the first access and then kept, so that length and value match and a data
 // provider is called at most once.
 class ConfigNode final : public ICfmNode {
  public:
-  ConfigNode(const char* type, std::function<std::string()> read) : type_(type), read_(std::move(read)) {}
+  ConfigNode(ConfigService& config, const Tree::Place& place, std::string fullname)
+      : config_(config), place_(place), fullname_(std::move(fullname)) {}
 
-  std::string getType() override { return type_; }
+  std::string getType() override { return place_.leaf->type->name; }
   std::string getValue() override { return value(); }
   unsigned int getLength() override { return static_cast<unsigned int>(value().size()); }
 
   int reserved5() override { return 0; }
 
  private:
-  const std::string& value() {
-    if (!value_) value_ = read_();
-    return *value_;
-  }
+  const std::string& value();
 
-  const char* const type_;
-  const std::function<std::string()> read_;
+  ConfigService& config_;
+  const Tree::Place place_;
+  const std::string fullname_;
   std::optional<std::string> value_;
 };
 

@@ -125,8 +125,8 @@ TEST_F(ConfigServiceTest, NodeIsReleasedOnce) {
 }
 
 TEST_F(ConfigServiceTest, ForeignNodeIsRefused) {
-  ConfigNode foreign("str", [] { return std::string(); });
-  EXPECT_EQ(config_.releaseNode(&foreign), C_RESULT_PARAM);
+  ConfigService other(Tree(parseConfiguration(kTree, "test").objects), services_.registry);
+  EXPECT_EQ(config_.releaseNode(other.getNode("Time.Server")), C_RESULT_PARAM);
   EXPECT_EQ(config_.releaseNode(nullptr), C_RESULT_PARAM);
 }
 

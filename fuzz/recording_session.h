@@ -6,7 +6,8 @@
 #include "include_c"
 #include "tests/support/context_proxy.h"
 
-// A new recording context, which the library has obtained. At the end, the library releases it.
+// A new recording context, which the library has obtained. At the end, the library releases it, and no
+// pointer to an object of the library remains: what it has not deleted is a leak.
 class RecordingSession {
  public:
   RecordingSession() : proxy(renewContextProxy()) {
@@ -16,6 +17,7 @@ class RecordingSession {
   ~RecordingSession() {
     proxy.calls.on_call = nullptr;
     c_context_deinit();
+    renewContextProxy();
   }
   RecordingSession(const RecordingSession&) = delete;
   RecordingSession& operator=(const RecordingSession&) = delete;

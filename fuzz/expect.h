@@ -34,8 +34,8 @@ inline std::string shown(const Calls& calls) {
 template <typename Value>
 void requireEqual(const Value& library, const Value& model, const std::string& what) {
   if (library == model) return;
-  std::fprintf(stderr, "The library and the model differ in %s:\n  library: %s\n  model:   %s\n", what.c_str(), shown(library).c_str(),
-               shown(model).c_str());
+  std::fprintf(stderr, "The library and the model differ in %s:\n  library: %s\n  model:   %s\n",
+               what.c_str(), shown(library).c_str(), shown(model).c_str());
   std::abort();
 }
 

@@ -32,7 +32,7 @@ std::string described(const Parts&... parts) {
 // ends the process. A callback takes further steps.
 class Bridge {
  public:
-  explicit Bridge(Input& choices) : input(choices), proxy(session_.proxy) {
+  explicit Bridge(Input& choices) : input(choices), proxy(session.proxy) {
     current = this;
     proxy.calls.on_call = [this](const std::string& call) { check(call); };
   }
@@ -43,11 +43,7 @@ class Bridge {
   static inline Bridge* current = nullptr;  // for the callbacks, which are plain functions
 
   Input& input;
-
- private:
-  RecordingSession session_;
-
- public:
+  RecordingSession session;
   ContextProxy& proxy;
   std::function<void()> step;  // takes one step
   bool opened = true;          // the context library

@@ -91,7 +91,7 @@ class TypedAccess {
   }
 
   void step() {
-    switch (input_.below(4)) {
+    switch (input_.below(5)) {
       case 0:
         return write(Access(input_));
       case 1:
@@ -100,6 +100,8 @@ class TypedAccess {
         return parseFlag();
       case 3:
         return answer();
+      case 4:
+        return parseFlagInPlace();
     }
   }
 
@@ -226,10 +228,21 @@ class TypedAccess {
     const Setting setting(proxy(), access, {access.leaf_type, "", 0});
     proxy().calls.results["cfm.setValue"] = service_result;
 
-    const std::string moved = std::string(input_.below(4), kFill) + value;
-    const char* at = access.no_data ? nullptr : moved.c_str() + moved.size() - value.size();
+    const unsigned int choice = input_.below(8);
+    std::string moved = std::string(choice % 4, kFill) + value;
+    char* data_at = moved.data() + moved.size() - value.size();
+    std::string later = value;  // the data once the service has the node back
+    if (choice >= 4) later = data(access.type);
+    later.resize(value.size(), '\0');
+    proxy().calls.on_call = [&](const std::string& call) {
+      if (call == "cfm.releaseNode('A.B')") later.copy(data_at, later.size());
+    };
+    const char* at = access.no_data ? nullptr : data_at;
     const int result = c_cfm_set_value(access.nameArgument(), option, access.typeArgument(), at, length);
-    requireEqual(result, writeInModel(access, value, length, option, service_result),
+    proxy().calls.on_call = nullptr;
+    // A number is read before the node is released, a text or a flag after that.
+    const std::string& read_data = isNumber(access.type) ? value : later;
+    requireEqual(result, writeInModel(access, read_data, length, option, service_result),
                  "result of c_cfm_set_value()");
     checkCalls("c_cfm_set_value()");
     if (result == C_RESULT_OK) readBack(access.type, value);
@@ -278,6 +291,17 @@ class TypedAccess {
       expect(diagnostic(text));
       expect(diagnostic("c_cfm_str2bool: Leave: param error!\n"));
     }
+    checkCalls("c_cfm_str2bool()");
+  }
+
+  // The text and the flag may share the same memory.
+  void parseFlagInPlace() {
+    const bool is_true = input_.below(2) == 1;
+    int memory[2];
+    std::memcpy(memory, is_true ? "true\0\0\0" : "false\0\0", sizeof memory);
+    requireEqual<int>(c_cfm_str2bool(reinterpret_cast<const char*>(memory), memory), C_RESULT_OK,
+                      "result of c_cfm_str2bool() in place");
+    requireEqual(memory[0], is_true ? 1 : 0, "the flag in place of its text");
     checkCalls("c_cfm_str2bool()");
   }
 

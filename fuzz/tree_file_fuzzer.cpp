@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Any text is either a file of leaves, which can be written again with the same leaves, or is rejected.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -15,7 +16,9 @@ namespace {
 
 const char kSource[] = "tree.json";
 
-void checkWrittenAgain(const std::vector<Leaf>& leaves) {
+// A file is written in the order of the names.
+void checkWrittenAgain(std::vector<Leaf> leaves) {
+  std::sort(leaves.begin(), leaves.end(), [](const Leaf& a, const Leaf& b) { return a.name < b.name; });
   const std::vector<Leaf> again = parseLeaves(formatLeaves(leaves), kSource);
   require(again.size() == leaves.size(), "no leaf is lost");
   for (std::size_t i = 0; i < leaves.size(); i++) {

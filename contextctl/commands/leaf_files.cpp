@@ -89,7 +89,7 @@ void exportLeaves(const Session& session, const std::string& prefix, const std::
   const auto is_left_out = [](const Leaf& leaf) { return leaf.computed || !leaf.value; };
   leaves.erase(std::remove_if(leaves.begin(), leaves.end(), is_left_out), leaves.end());
   for (const Leaf& leaf : leaves) requireUtf8(leaf);
-  if (file.empty()) {
+  if (file.empty() || file == "-") {
     session.out() << formatLeaves(leaves);
   } else {
     writeFile(file, formatLeaves(leaves));
@@ -123,7 +123,7 @@ void addExport(CommandSet& commands) {
            "  contextctl export Device.Interfaces. interfaces.json",
            [=](const Session& session) { exportLeaves(session, arguments->prefix, arguments->file); })
       .accept("PREFIX", arguments->prefix, "Prefix of the full names; \"\" for all leaves")
-      .accept("FILE", arguments->file, "Output file; default: standard output");
+      .accept("FILE", arguments->file, "Output file; default and \"-\": standard output");
 }
 
 using FileCommand = ExitStatus (*)(const Session& session, const std::string& file);

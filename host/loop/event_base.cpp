@@ -69,9 +69,9 @@ bool EventBase::separateFromParent() {
 timeval timevalOf(std::chrono::nanoseconds duration) {
   using std::chrono::microseconds;
   using std::chrono::seconds;
-  const auto whole = std::chrono::floor<seconds>(duration);
-  const auto rest = std::chrono::ceil<microseconds>(duration - whole);
-  return {static_cast<time_t>(whole.count()), static_cast<suseconds_t>(rest.count())};
+  const auto rounded = std::chrono::ceil<microseconds>(duration);
+  const auto whole = std::chrono::floor<seconds>(rounded);
+  return {static_cast<time_t>(whole.count()), static_cast<suseconds_t>((rounded - whole).count())};
 }
 
 EventPtr callEvery(EventBase& base, std::chrono::milliseconds period, event_callback_fn callback,

@@ -73,6 +73,10 @@ TEST_F(LeafFilesTest, ExportWritesAFile) {
   EXPECT_EQ(folder.read("all.json"), run({"export"}).out);
 }
 
+TEST_F(LeafFilesTest, ExportWritesToStandardOutputIfTheFileIsADash) {
+  expectOutput({"export", "", "-"}, run({"export"}).out);
+}
+
 TEST_F(LeafFilesTest, ExportCreatesAFileForItsOwnerOnly) {
   run({"export", "", folder.file("all.json")});
   struct stat status = {};

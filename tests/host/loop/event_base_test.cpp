@@ -35,7 +35,12 @@ TEST(TimevalTest, WholeSecondsHaveNoMicroseconds) {
 TEST(TimevalTest, PartOfAMicrosecondIsRoundedUp) {
   EXPECT_EQ(durationOf(timevalOf(nanoseconds(1))), microseconds(1));
   EXPECT_EQ(durationOf(timevalOf(seconds(2) + nanoseconds(5001))), seconds(2) + microseconds(6));
-  EXPECT_EQ(durationOf(timevalOf(nanoseconds(1999999999))), seconds(2));
+}
+
+TEST(TimevalTest, RoundingUpToAWholeSecondLeavesNoMicroseconds) {
+  const timeval time = timevalOf(nanoseconds(1999999001));
+  EXPECT_EQ(time.tv_sec, 2);
+  EXPECT_EQ(time.tv_usec, 0);
 }
 
 TEST(TimevalTest, WholeMicrosecondsAreNotRounded) {

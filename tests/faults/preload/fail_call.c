@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#define _GNU_SOURCE
+#include "fail_call.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+static const char* const kNames[CALL_COUNT] = {
+    "malloc",     "open",       "fopen",       "read",           "write",
+    "pread",      "pwrite",     "readv",       "writev",         "sendfile",
+    "fsync",      "ftruncate",  "mmap",        "mremap",         "munmap",
+    "stat",       "fstat",      "lstat",       "fcntl",          "ioctl",
+    "lseek",      "close",      "unlink",      "rename",         "mkdir",
+    "chmod",      "fchmod",     "fchown",      "access",         "getcwd",
+    "readlink",   "socket",     "socketpair",  "bind",           "listen",
+    "accept",     "connect",    "send",        "recv",           "shutdown",
+    "getsockopt", "setsockopt", "getsockname", "getpeername",    "epoll_create",
+    "epoll_ctl",  "epoll_wait", "eventfd",     "timerfd_create", "timerfd_settime",
+    "pipe",       "poll",       "fork",        "posix_spawn",    "waitpid",
+    "sigaction"};
+
+static unsigned long g_counts[CALL_COUNT];
+static call_t g_failing = CALL_COUNT;  // none
+static unsigned long g_failing_count;
+static int g_failing_errno;
+static char g_counts_file[4096];
+
+__attribute__((constructor)) static void read_environment(void) {
+  const char* counts = getenv("FAIL_COUNTS");
+  if (counts != NULL) snprintf(g_counts_file, sizeof g_counts_file, "%s", counts);
+  const char* failing = getenv("FAIL_CALL");
+  char name[32] = "";
+  if (failing != NULL && sscanf(failing, "%31[^:]:%lu:%d", name, &g_failing_count, &g_failing_errno) == 3) {
+    for (int i = 0; i < CALL_COUNT; i++) {
+      if (strcmp(name, kNames[i]) == 0) g_failing = (call_t)i;
+    }
+  }
+  memset(g_counts, 0, sizeof g_counts);
+  unsetenv("LD_PRELOAD");
+  unsetenv("FAIL_CALL");
+  unsetenv("FAIL_COUNTS");
+}
+
+__attribute__((destructor)) static void write_counts(void) {
+  if (g_counts_file[0] == '\0') return;
+  unsigned long counts[CALL_COUNT];
+  memcpy(counts, g_counts, sizeof counts);
+  char text[64 * CALL_COUNT];
+  size_t length = 0;
+  for (int i = 0; i < CALL_COUNT; i++) {
+    if (counts[i] == 0) continue;
+    length += (size_t)snprintf(text + length, sizeof text - length, "%s %lu\n", kNames[i], counts[i]);
+  }
+  const int file =
+      (int)syscall(SYS_openat, AT_FDCWD, g_counts_file, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+  if (file < 0 || syscall(SYS_write, file, text, length) != (long)length) abort();
+  syscall(SYS_close, file);
+}
+
+int fails(call_t call) {
+  const unsigned long count = __atomic_add_fetch(&g_counts[call], 1, __ATOMIC_RELAXED);
+  if (call != g_failing || count != g_failing_count) return 0;
+  errno = g_failing_errno;
+  return 1;
+}

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
+#include <new>
 
 #include "host/process/output_lines.h"
 #include "host/process/shell.h"
@@ -30,9 +31,8 @@ class Pipe {
  public:
   Pipe() : open_(pipe2(ends_, O_CLOEXEC) == 0) {}
   ~Pipe() {
-    if (!open_) return;
     closeWriting();
-    close(ends_[0]);
+    closeReading();
   }
   Pipe(const Pipe&) = delete;
   Pipe& operator=(const Pipe&) = delete;
@@ -40,12 +40,15 @@ class Pipe {
   bool isOpen() const { return open_; }
   int reading() const { return ends_[0]; }
   int writing() const { return ends_[1]; }
-  void closeWriting() {
-    if (ends_[1] >= 0) close(ends_[1]);
-    ends_[1] = -1;
-  }
+  void closeReading() { closeEnd(ends_[0]); }
+  void closeWriting() { closeEnd(ends_[1]); }
 
  private:
+  static void closeEnd(int& end) {
+    if (end >= 0) close(end);
+    end = -1;
+  }
+
   int ends_[2] = {-1, -1};
   const bool open_;
 };
@@ -111,9 +114,15 @@ int Processes::runLogged(const char* command) {
   if (!output.isOpen()) return C_RESULT_SYSTEM_CALL;
   const Shell shell(command, output.writing());
   output.closeWriting();
-  OutputLines lines(log_);
-  readOutput(output.reading(), shell, lines);
-  lines.finish();
+  try {
+    OutputLines lines(log_);
+    readOutput(output.reading(), shell, lines);
+    lines.finish();
+  } catch (const std::bad_alloc&) {
+    output.closeReading();  // first: the command must not wait for a reader
+    shell.wait();
+    throw;
+  }
   return shell.wait();
 }
 

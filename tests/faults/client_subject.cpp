@@ -73,6 +73,7 @@ class ClientCommand final : public ISubject {
   }
 
   std::string runWith(const Fault& fault) override {
+    takeCounts(folder_);
     const int status = run(fault);
     if (!failure_.empty()) return failure_ + errors();
     const std::vector<std::string> errors = readLines(folder_ + "/err");
@@ -83,6 +84,8 @@ class ClientCommand final : public ISubject {
     if (status > 3) return "ends with status " + std::to_string(status);
     return errors.size() == 1 ? "" : "prints " + std::to_string(errors.size()) + " lines of errors";
   }
+
+  Counts takeCountsOfLastRun() override { return takeCounts(folder_); }
 
  private:
   int run(const Fault& fault) {

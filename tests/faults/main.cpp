@@ -29,6 +29,7 @@ and makes that call fail. Prints each fault after which the program does not beh
   --seed S     the seed of the choice; by default it is chosen and printed
   --call NAME  only the calls of this name
   --from N     begin with the Nth call
+  --known yes  print also the failures that are known, each with its reason
 )";
 
 struct Options {
@@ -36,6 +37,7 @@ struct Options {
   unsigned seed = std::random_device()();
   std::string call;
   unsigned long from = 1;
+  bool known = false;
   std::string subject;
 };
 
@@ -101,20 +103,56 @@ std::vector<Fault> chosenOf(std::vector<Fault> faults, std::size_t count, std::m
   return chosen;
 }
 
+// The library that made the failed call; empty if no call failed.
+std::string callerIn(const Counts& counts) {
+  constexpr std::size_t kPrefix = sizeof "caller:" - 1;
+  for (const auto& [name, count] : counts) {
+    if (name.compare(0, kPrefix, "caller:") == 0)
+      return std::filesystem::path(name.substr(kPrefix)).filename();
+  }
+  return "";
+}
+
+// Libraries of others that do not survive some failures.
+struct KnownFailure {
+  const char* call;
+  const char* caller;  // the beginning of its name
+  const char* reason;
+};
+
+constexpr KnownFailure kKnown[] = {
+    {"malloc", "libdw", "; libdw fails assertions, ends the process, or closes descriptors of the program"},
+    {"malloc", "libelf", "; see libdw"},
+    {"malloc", "libevent", "; libevent uses a half-made HTTP connection"},
+    {"malloc", "ld-linux", "; the loader ends the process if there is no memory for thread-local data"},
+};
+
+const char* reasonFor(const Fault& fault, const std::string& caller) {
+  for (const KnownFailure& known : kKnown) {
+    if (fault.call == known.call && caller.rfind(known.caller, 0) == 0) return known.reason;
+  }
+  return nullptr;
+}
+
 // Returns the number of faults after which the subject does not behave as documented.
 int check(ISubject& subject, const Options& options, std::mt19937& generator) {
   const std::vector<Fault> all = faultsIn(subject.runWithoutFault(), options);
   int failures = 0;
+  int known = 0;
   const std::vector<Fault> chosen = chosenOf(all, options.sample, generator);
   for (const Fault& fault : chosen) {
     const std::string failure = subject.runWith(fault);
+    const std::string caller = callerIn(subject.takeCountsOfLastRun());
     if (failure.empty()) continue;
-    failures++;
-    std::printf("%s: %s: %s\n", subject.name().c_str(), textOf(fault).c_str(), failure.c_str());
+    const char* reason = reasonFor(fault, caller);
+    reason != nullptr ? known++ : failures++;
+    if (reason != nullptr && !options.known) continue;
+    std::printf("%s: %s in %s: %s%s\n", subject.name().c_str(), textOf(fault).c_str(), caller.c_str(),
+                failure.c_str(), reason != nullptr ? reason : "");
     std::fflush(stdout);
   }
-  std::printf("%s: %zu of %zu faults, %d failures\n", subject.name().c_str(), chosen.size(), all.size(),
-              failures);
+  std::printf("%s: %zu of %zu faults, %d failures, %d known\n", subject.name().c_str(), chosen.size(),
+              all.size(), failures, known);
   std::fflush(stdout);
   return failures;
 }
@@ -143,6 +181,8 @@ Options parse(const std::vector<std::string>& arguments) {
       options.seed = static_cast<unsigned>(std::stoul(value));
     else if (argument == "--from")
       options.from = std::stoul(value);
+    else if (argument == "--known")
+      options.known = value == "yes";
     else if (argument == "--call")
       options.call = value;
     else

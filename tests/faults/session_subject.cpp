@@ -75,6 +75,7 @@ class Session final : public ISubject {
   std::string name() const override { return "session"; }
   Counts runWithoutFault() override;
   std::string runWith(const Fault& fault) override;
+  Counts takeCountsOfLastRun() override { return std::move(counts_); }
 
  private:
   Command command(const std::string& mode) const;
@@ -85,6 +86,7 @@ class Session final : public ISubject {
 
   const std::string folder_;
   Results expected_;
+  Counts counts_;
 };
 
 Command Session::command(const std::string& mode) const {
@@ -119,6 +121,7 @@ Counts Session::runWithoutFault() {
 std::string Session::runWith(const Fault& fault) {
   clear();
   const std::string failure = waitFor(start(command("run"), folder_, fault), 0);
+  counts_ = takeCounts(folder_);
   const Results obtained = results();
   if (!failure.empty()) {
     const std::string last = obtained.report.empty() ? "the start" : '"' + obtained.report.back() + '"';

@@ -22,6 +22,9 @@ class ISubject {
 
   // Runs the program with one fault. Returns what is wrong, or an empty string.
   virtual std::string runWith(const Fault& fault) = 0;
+
+  // The counts of the last runWith().
+  virtual Counts takeCountsOfLastRun() = 0;
 };
 
 // A service that calls every C function: its process must not be ended by a signal, no state that was saved

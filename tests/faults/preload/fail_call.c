@@ -2,7 +2,9 @@
 #define _GNU_SOURCE
 #include "fail_call.h"
 
+#include <dlfcn.h>
 #include <errno.h>
+#include <execinfo.h>
 #include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -46,8 +48,15 @@ __attribute__((constructor)) static void read_environment(void) {
   unsetenv("FAIL_COUNTS");
 }
 
-__attribute__((destructor)) static void write_counts(void) {
+static void append(const char* text, size_t length) {
   if (g_counts_file[0] == '\0') return;
+  const int flags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC;
+  const int file = (int)syscall(SYS_openat, AT_FDCWD, g_counts_file, flags, 0600);
+  if (file < 0 || syscall(SYS_write, file, text, length) != (long)length) abort();
+  syscall(SYS_close, file);
+}
+
+__attribute__((destructor)) static void write_counts(void) {
   unsigned long counts[CALL_COUNT];
   memcpy(counts, g_counts, sizeof counts);
   char text[64 * CALL_COUNT];
@@ -56,15 +65,35 @@ __attribute__((destructor)) static void write_counts(void) {
     if (counts[i] == 0) continue;
     length += (size_t)snprintf(text + length, sizeof text - length, "%s %lu\n", kNames[i], counts[i]);
   }
-  const int file =
-      (int)syscall(SYS_openat, AT_FDCWD, g_counts_file, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-  if (file < 0 || syscall(SYS_write, file, text, length) != (long)length) abort();
-  syscall(SYS_close, file);
+  append(text, length);
+}
+
+static int is_library(const char* file, const char* name) {
+  const char* slash = strrchr(file, '/');
+  return strncmp(slash != NULL ? slash + 1 : file, name, strlen(name)) == 0;
+}
+
+// The innermost library on the stack other than this one and those of the languages.
+static void write_caller(void) {
+  void* frames[64];
+  const int count = backtrace(frames, sizeof frames / sizeof frames[0]);
+  for (int i = 0; i < count; i++) {
+    Dl_info info;
+    if (dladdr(frames[i], &info) == 0 || is_library(info.dli_fname, "libfail_call") ||
+        is_library(info.dli_fname, "libc.so") || is_library(info.dli_fname, "libstdc++")) {
+      continue;
+    }
+    char text[4096];
+    append(text, (size_t)snprintf(text, sizeof text, "caller:%s 1\n", info.dli_fname));
+    return;
+  }
 }
 
 int fails(call_t call) {
   const unsigned long count = __atomic_add_fetch(&g_counts[call], 1, __ATOMIC_RELAXED);
   if (call != g_failing || count != g_failing_count) return 0;
+  g_failing = CALL_COUNT;  // backtrace() may allocate memory
+  write_caller();
   errno = g_failing_errno;
   return 1;
 }

@@ -131,7 +131,7 @@ std::vector<std::unique_ptr<ISubject>> clientCommands(const std::string& folder)
       {"modules"},
       {"registrations"},
       {"stats"},
-      {"export", "exported.json"},
+      {"export", "Device.", "exported.json"},
       {"--json", "list"},
       {"inspect", MODULE},
       {"completion", "bash"},

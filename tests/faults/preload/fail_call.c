@@ -30,6 +30,7 @@ static unsigned long g_counts[CALL_COUNT];
 static call_t g_failing = CALL_COUNT;  // none
 static unsigned long g_failing_count;
 static int g_failing_errno;
+static int g_main_called;
 static char g_counts_file[4096];
 
 __attribute__((constructor)) static void read_environment(void) {
@@ -42,10 +43,31 @@ __attribute__((constructor)) static void read_environment(void) {
       if (strcmp(name, kNames[i]) == 0) g_failing = (call_t)i;
     }
   }
-  memset(g_counts, 0, sizeof g_counts);
   unsetenv("LD_PRELOAD");
   unsetenv("FAIL_CALL");
   unsetenv("FAIL_COUNTS");
+}
+
+typedef int (*main_function)(int, char**, char**);
+
+static main_function g_main;
+
+static int counted_main(int argc, char** argv, char** environment) {
+  memset(g_counts, 0, sizeof g_counts);
+  g_main_called = 1;
+  return g_main(argc, argv, environment);
+}
+
+int start_main(main_function, int, char**, void (*)(void), void (*)(void), void (*)(void),
+               void*) __asm__("__libc_start_main");
+
+// The C library's function that calls main().
+int start_main(main_function function, int argc, char** argv, void (*init)(void), void (*fini)(void),
+               void (*rtld_fini)(void), void* stack_end) {
+  int (*next)(main_function, int, char**, void (*)(void), void (*)(void), void (*)(void), void*) = NULL;
+  *(void**)&next = dlsym(RTLD_NEXT, "__libc_start_main");
+  g_main = function;
+  return next(counted_main, argc, argv, init, fini, rtld_fini, stack_end);
 }
 
 static void append(const char* text, size_t length) {
@@ -91,7 +113,7 @@ static void write_caller(void) {
 
 int fails(call_t call) {
   const unsigned long count = __atomic_add_fetch(&g_counts[call], 1, __ATOMIC_RELAXED);
-  if (call != g_failing || count != g_failing_count) return 0;
+  if (!g_main_called || call != g_failing || count != g_failing_count) return 0;
   g_failing = CALL_COUNT;  // backtrace() may allocate memory
   write_caller();
   errno = g_failing_errno;

@@ -2,8 +2,9 @@
 // A library to preload: makes one call of the allocator or of the system fail.
 //
 // FAIL_CALL=NAME:N:ERRNO makes the Nth call of NAME in the process fail with this number of an error. Calls
-// of NAME are counted from 1. FAIL_COUNTS=FILE appends the number of calls of each name to FILE when the
-// process exits. Processes that it starts are not affected: both variables are removed from the environment.
+// of NAME are counted from 1, beginning with main(). FAIL_COUNTS=FILE appends the number of calls of each
+// name to FILE when the process exits. Processes that it starts are not affected: both variables are removed
+// from the environment.
 //
 // Calls that the C library makes internally, for example those of fread(), are not counted.
 #ifndef CPP2C_TESTS_FAULTS_FAIL_CALL_H

@@ -123,6 +123,7 @@ struct KnownFailure {
 constexpr KnownFailure kKnown[] = {
     {"malloc", "libdw", "; libdw fails assertions, ends the process, or closes descriptors of the program"},
     {"malloc", "libelf", "; see libdw"},
+    {"read", "libevent", "; libevent ends the process if it cannot read its own socket"},
     {"malloc", "libevent", "; libevent uses a half-made HTTP connection"},
     {"malloc", "ld-linux", "; the loader ends the process if there is no memory for thread-local data"},
 };

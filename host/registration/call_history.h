@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <new>
 
 #include "host/registration/registry.h"
 
@@ -21,7 +22,10 @@ class CallHistory {
  private:
   void add(const Call& call) {
     if (calls_.size() == length_) calls_.pop_front();
-    calls_.push_back(call);
+    try {
+      calls_.push_back(call);
+    } catch (const std::bad_alloc&) {  // the call itself has succeeded; only the trace does not have it
+    }
   }
 
   const std::size_t length_;

@@ -128,6 +128,9 @@ std::string Session::runWith(const Fault& fault) {
     const std::string error = obtained.errors.empty() ? "" : "; " + obtained.errors.back();
     return failure + " after " + last + error;
   }
+  for (const std::string& line : obtained.report) {
+    if (line == "run bad_alloc") return "the loop is ended by an exception";
+  }
   const std::string lost = lostState(obtained.report);
   return lost.empty() ? silentDifference(obtained) : lost;
 }

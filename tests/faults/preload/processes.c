@@ -22,8 +22,11 @@ int epoll_create1(int flags) {
   return fails(EPOLL_CREATE) ? -1 : (int)syscall(SYS_epoll_create1, flags);
 }
 
+// Removing a descriptor needs no memory.
 int epoll_ctl(int epoll, int operation, int fd, struct epoll_event* event) {
-  return fails(EPOLL_CTL) ? -1 : (int)syscall(SYS_epoll_ctl, epoll, operation, fd, event);
+  return operation != EPOLL_CTL_DEL && fails(EPOLL_CTL)
+             ? -1
+             : (int)syscall(SYS_epoll_ctl, epoll, operation, fd, event);
 }
 
 int epoll_wait(int epoll, struct epoll_event* events, int count, int timeout) {

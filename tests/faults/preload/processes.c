@@ -22,9 +22,9 @@ int epoll_create1(int flags) {
   return fails(EPOLL_CREATE) ? -1 : (int)syscall(SYS_epoll_create1, flags);
 }
 
-// Removing a descriptor needs no memory.
+// Only adding a descriptor needs memory.
 int epoll_ctl(int epoll, int operation, int fd, struct epoll_event* event) {
-  return operation != EPOLL_CTL_DEL && fails(EPOLL_CTL)
+  return operation == EPOLL_CTL_ADD && fails(EPOLL_CTL)
              ? -1
              : (int)syscall(SYS_epoll_ctl, epoll, operation, fd, event);
 }

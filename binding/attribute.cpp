@@ -21,14 +21,19 @@ int c_cfm_get_attr(int node, void* out) {
   return cfm->getAttr(node, out);
 }
 
+// If memory runs out, the counts are as before: the trace needs the context, whose library is therefore
+// opened first.
+//
 // Nothing happens when a count reaches 0. Entries of `g_reference_counts` are never erased.
 int reference_increase(const char* name) {
+  openContextLibrary();
   const int count = ++g_reference_counts[name];
   c_debug_out(kTraceFile, __LINE__, "-----str=%s,count=%d", name, count);
   return count;
 }
 
 int reference_decrease(const char* name) {
+  openContextLibrary();
   int& entry = g_reference_counts[name];
   if (entry > 0) --entry;
   const int count = entry;

@@ -2,9 +2,11 @@
 #include "binding/cfm_observer.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "binding/instance_walk.h"
 #include "binding/services.h"
+#include "dbc/new_names.h"
 
 namespace {
 
@@ -14,6 +16,16 @@ __CfmC* firstObserver(Predicate matches) {
   auto found = std::find_if(g_cfm_observers.begin(), g_cfm_observers.end(), matches);
   return found != g_cfm_observers.end() ? *found : nullptr;
 }
+
+struct Unregister {
+  ICfm* cfm;
+
+  void operator()(__CfmC* observer) const {
+    cfm->unregistObserver(observer->id, observer);
+    g_cfm_observers.remove(observer);
+    delete observer;
+  }
+};
 
 }  // namespace
 
@@ -26,15 +38,22 @@ void c_cfm_regist_observer(int id, c_cfm_callback callback, void* user) {
   ICfm* cfm = currentCfm();
   if (cfm == nullptr) return;
 
-  auto* observer = new __CfmC;
+  // Everything is allocated before the service is called: a registered observer is always listed.
+  std::list<__CfmC*> added;
+  added.push_back(nullptr);
+  __CfmC* observer = added.front() = new __CfmC;
   observer->user = user;
   observer->callback = callback;
   observer->id = id;
   cfm->registObserver(id, observer);
-  g_cfm_observers.push_back(observer);
+  g_cfm_observers.splice(g_cfm_observers.end(), added);
 
   // Overwrites user data already stored under these names: it belongs to a previous observer.
-  walkInstances(*cfm, id, [id](const std::string& name) { c_dbc_add_userdata(id, name.c_str(), nullptr); });
+  std::unique_ptr<__CfmC, Unregister> registration(observer, Unregister{cfm});
+  NewNames names(id);
+  walkInstances(*cfm, id, [&names](const std::string& name) { names.add(name); });
+  names.keep();
+  registration.release();
 }
 
 void c_cfm_unregist_observer(int id, c_cfm_callback callback) {
@@ -47,9 +66,7 @@ void c_cfm_unregist_observer(int id, c_cfm_callback callback) {
   if (observer == nullptr) return;
 
   c_dbc_db_release_all(id);
-  cfm->unregistObserver(id, observer);
-  g_cfm_observers.remove(observer);
-  delete observer;
+  Unregister{cfm}(observer);
 }
 
 c_cfm_callback c_cfm_get_regist_observer_callback(int id) {

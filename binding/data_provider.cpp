@@ -16,11 +16,14 @@ void c_cfm_data_provider_regist(int id, c_data_provider_callback callback, void*
   ICfm* cfm = currentCfm();
   if (cfm == nullptr) return;
 
-  auto* provider = new __DataProvider;
+  // Everything is allocated before the service is called: a registered provider is always listed.
+  std::list<__DataProvider*> added;
+  added.push_back(nullptr);
+  __DataProvider* provider = added.front() = new __DataProvider;
   provider->callback = callback;
   provider->user = user;
   cfm->registDataProvider(id, provider);
-  g_data_providers.push_back(provider);
+  g_data_providers.splice(g_data_providers.end(), added);
 }
 
 void c_cfm_data_provider_set(void* handle, const char* type, char* data) {

@@ -51,8 +51,12 @@ void DllMgr::relInstance() {
   instance = nullptr;
 }
 
-IContext* getContext() {
+void openContextLibrary() {
   if (g_context_library == nullptr) g_context_library = new DllMgr(kContextLibrary);
+}
+
+IContext* getContext() {
+  openContextLibrary();
   return g_context_library->getInstance(nullptr);
 }
 

@@ -42,6 +42,10 @@ class CPP2C_API DllMgr {
   std::string path;
 };
 
+// Opens "libcontext_proxy.so" unless it has been opened. A function that changes state before it gets the
+// context calls this first, so that it changes nothing if memory runs out.
+void openContextLibrary();
+
 // Returns the process-wide context. The first call opens "libcontext_proxy.so". Returns null if that library
 // cannot be opened or returns no instance. Not thread-safe.
 CPP2C_API IContext* getContext();

@@ -2,6 +2,7 @@
 #include "binding/event.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "binding/services.h"
 
@@ -14,11 +15,15 @@ void c_event_regist_observer(const char* event, c_event_callback callback, void*
   IEvent* service = currentEvent();
   if (service == nullptr) return;
 
-  auto* observer = new __EventC;
+  // Everything is allocated before the service is called: a registered observer is always listed.
+  std::string name = event;
+  std::list<__EventC*> added;
+  added.push_back(nullptr);
+  __EventC* observer = added.front() = new __EventC;
   observer->callback = callback;
   observer->user = user;
-  service->registObserver(event, observer);
-  g_event_observers.push_back(observer);
+  service->registObserver(std::move(name), observer);
+  g_event_observers.splice(g_event_observers.end(), added);
 }
 
 void c_event_unregist_observer(const char* event, c_event_callback callback) {
@@ -32,7 +37,7 @@ void c_event_unregist_observer(const char* event, c_event_callback callback) {
 
   __EventC* observer = *found;
   service->unregistObserver(event, observer);
-  g_event_observers.remove(observer);
+  g_event_observers.remove(observer);  // every entry of it: keep it so
   // Do not delete the observer here: `event` may differ from the event for which it was registered, and then
   // the service still calls it.
 }

@@ -13,7 +13,8 @@ int c_loop_add_fd(int fd, int events, c_loop_callback callback, void* user) {
   ILoop* loop = currentLoop();
   if (loop == nullptr) return 0;
 
-  __LoopData*& watch = g_fd_watches[fd];
+  // If there is no memory for the watch, a null entry remains, which has no effect.
+  __LoopData*& watch = g_fd_watches.insert({fd, nullptr}).first->second;
   if (watch == nullptr) watch = new __LoopData;
   watch->callback = callback;
   watch->user = user;

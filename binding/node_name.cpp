@@ -117,5 +117,5 @@ int c_cfm_lookup_instance(int id, c_visit_callback visit, c_pass_fn3 pass_fn3, c
   if (cfm == nullptr) return 0;
 
   return walkInstances(*cfm, id,
-                       [&](std::string name) { visit(id, name.data(), nullptr, pass_fn3, pass_fn4, arg); });
+                       [&](std::string& name) { visit(id, name.data(), nullptr, pass_fn3, pass_fn4, arg); });
 }

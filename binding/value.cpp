@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // Reads and writes leaves of the configuration tree.
-#include <charconv>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -52,17 +51,9 @@ int readText(ICfmNode& node, void* data, unsigned int data_len) {
   return C_RESULT_OK;
 }
 
-// Like std::atoi(), which only texts need that are not a plain number of 32 bits.
-std::int32_t numberIn(const std::string& text) {
-  std::int32_t number = 0;
-  const char* end = text.data() + text.size();
-  const auto parsed = std::from_chars(text.data(), end, number);
-  return parsed.ec == std::errc() && parsed.ptr == end ? number : std::atoi(text.c_str());
-}
-
 int readWord(ICfmNode& node, void* data, unsigned int data_len) {
   if (data_len < sizeof(std::int32_t)) return refuse(C_RESULT_PARAM, "warning!, data size is too small!");
-  storeWord(data, numberIn(node.getValue()));
+  storeWord(data, std::atoi(node.getValue().c_str()));
   return C_RESULT_OK;
 }
 

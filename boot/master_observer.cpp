@@ -54,6 +54,7 @@ int __MasterObserver::recvDependence(std::string name) {
 int c_context_regist_master_observer(ModuleCallbacks* table) {
   if (g_master_observer != nullptr) return C_RESULT_REDUNDANT;
 
+  openContextLibrary();  // first: without memory for it, nothing is registered
   g_master_observer = new __MasterObserver(table);
   IContext* context = currentContext();
   return context != nullptr ? context->registMasterObserver(g_master_observer) : 0;

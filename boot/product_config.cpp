@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "boot/product_config.h"
 
+#include <memory>
+
 #include "binding/dll_mgr.h"
 #include "boot/module.h"
 
@@ -36,7 +38,10 @@ void IProductConfig::loadModules() {
     auto* module = reinterpret_cast<IModule*>(library->getInstance(context));
     // If a library returns no module or an already known module, its DllMgr is not deleted: the library must
     // stay open, because the process may already use something from it.
-    if (module != nullptr) modules[module] = library;
+    if (module == nullptr) continue;
+    std::unique_ptr<DllMgr> owner(library);  // closes the library if it cannot be recorded
+    DllMgr*& entry = modules[module];
+    entry = owner.release();
   }
 }
 

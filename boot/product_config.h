@@ -46,7 +46,8 @@ class CPP2C_API IProductConfig : public IBootContext {
   virtual std::string productVersion() = 0;
 
   // Opens every listed library and gets its module. A library that cannot be opened or returns no module is
-  // skipped; compare `libraries` with `modules` to detect it.
+  // skipped; compare `libraries` with `modules` to detect it. If memory runs out, the modules opened so far
+  // are in `modules`.
   void loadModules();
 
   // Releases every module and closes its library. Each library's "relInstance" is called twice, the second

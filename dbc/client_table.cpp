@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "dbc/client_table.h"
 
-#include <vector>
+#include <cstddef>
+#include <memory>
 
 DBClientTable::~DBClientTable() {
   for (const auto& [name, item] : items) delete item;
@@ -11,12 +12,13 @@ void DBClientTable::lookup(int db, c_visit_callback visit, c_pass_fn3 pass_fn3, 
                            void* arg) const {
   if (visit == nullptr) return;
 
-  std::vector<const DBClientItem*> snapshot;
-  snapshot.reserve(items.size());
+  const auto snapshot = std::make_unique<const DBClientItem*[]>(items.size());
+  std::size_t count = 0;
   for (const auto& [name, item] : items) {
-    if (item != nullptr) snapshot.push_back(item);
+    if (item != nullptr) snapshot[count++] = item;
   }
-  for (const DBClientItem* item : snapshot) {
+  for (std::size_t i = 0; i < count; i++) {
+    const DBClientItem* item = snapshot[i];
     std::string name = item->name;  // a copy, because `visit` may remove the item
     visit(db, name.data(), item->userdata, pass_fn3, pass_fn4, arg);
   }

@@ -4,6 +4,7 @@
 #include <errno.h>
 
 #include <csignal>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -81,9 +82,14 @@ HostServices::HostServices(IContext* context, const Options& options, Configurat
   }
 }
 
+// Without memory for the checks of the strict mode, c_loop_run() returns C_RESULT_SYSTEM_CALL.
 void HostServices::unload() {
-  lifecycle.unload();
-  if (strict != nullptr) strict->listRemaining();
+  try {
+    lifecycle.unload();
+    if (strict != nullptr) strict->listRemaining();
+  } catch (const std::bad_alloc&) {
+    loop.fail();
+  }
 }
 
 }  // namespace host

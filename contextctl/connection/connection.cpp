@@ -42,7 +42,9 @@ class Follower {
  public:
   explicit Follower(const Transfer& transfer)
       : multi_(curl_multi_init(), curl_multi_cleanup), transfer_(transfer) {
-    curl_multi_add_handle(multi_.get(), transfer.handle());
+    if (multi_ == nullptr || curl_multi_add_handle(multi_.get(), transfer.handle()) != CURLM_OK) {
+      throw Failure(kExitNoAnswer, "out of memory");
+    }
   }
   ~Follower() { curl_multi_remove_handle(multi_.get(), transfer_.handle()); }
   Follower(const Follower&) = delete;

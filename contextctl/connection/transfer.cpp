@@ -12,12 +12,17 @@
 namespace contextctl {
 namespace {
 
+[[noreturn]] void failWithoutMemory() {
+  throw Failure(kExitNoAnswer, "out of memory");
+}
+
 std::string queryText(CURL* handle, const Query& query) {
   std::string text;
   for (const auto& [name, value] : query) {
     if (value.empty()) continue;
     const std::unique_ptr<char, decltype(&curl_free)> escaped(
         curl_easy_escape(handle, value.data(), static_cast<int>(value.size())), curl_free);
+    if (escaped == nullptr) failWithoutMemory();
     text += (text.empty() ? '?' : '&') + name + '=' + escaped.get();
   }
   return text;
@@ -32,6 +37,7 @@ Transfer::Transfer(const std::string& socket, double seconds, const std::string&
       on_bytes_(std::move(on_bytes)),
       handle_(curl_easy_init(), curl_easy_cleanup),
       headers_(nullptr, curl_slist_free_all) {
+  if (handle_ == nullptr) failWithoutMemory();
   requireSocketName(socket_);
   const std::string url = "http://context" + path + queryText(handle(), query);
   set(CURLOPT_URL, url.c_str());
@@ -52,11 +58,23 @@ Transfer::Transfer(const std::string& socket, double seconds, const std::string&
 void Transfer::setRequest(const std::string& method, const std::string& body) {
   set(CURLOPT_CUSTOMREQUEST, method.c_str());
   if (body.empty()) return;
-  headers_.reset(curl_slist_append(headers_.release(), "Content-Type: application/json"));
-  headers_.reset(curl_slist_append(headers_.release(), "Expect:"));
+  addHeader("Content-Type: application/json");
+  addHeader("Expect:");
   set(CURLOPT_HTTPHEADER, headers_.get());
   set(CURLOPT_POSTFIELDSIZE, static_cast<long>(body.size()));
   set(CURLOPT_COPYPOSTFIELDS, body.c_str());
+}
+
+void Transfer::require(CURLcode code) {
+  if (code == CURLE_OUT_OF_MEMORY) failWithoutMemory();
+  if (code != CURLE_OK) throw Failure(kExitNoAnswer, std::string("libcurl: ") + curl_easy_strerror(code));
+}
+
+void Transfer::addHeader(const char* header) {
+  curl_slist* longer = curl_slist_append(headers_.get(), header);
+  if (longer == nullptr) failWithoutMemory();
+  static_cast<void>(headers_.release());  // the list is now a part of the longer one
+  headers_.reset(longer);
 }
 
 void Transfer::limitTotalTime() {

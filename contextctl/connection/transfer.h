@@ -41,8 +41,10 @@ class Transfer {
 
   template <typename T>
   void set(CURLoption option, T value) {
-    curl_easy_setopt(handle_.get(), option, value);
+    require(curl_easy_setopt(handle_.get(), option, value));
   }
+  static void require(CURLcode code);  // throws Failure, for example if there is no memory for a text
+  void addHeader(const char* header);
 
   std::string socket_;
   double seconds_;

@@ -16,20 +16,18 @@
 namespace host {
 namespace {
 
-using nlohmann::json;
-
-const json kDone = {{"result", 0}};
+constexpr const char* kDone = R"({"result":0})";
 
 // Secrets are shown only to a client that asks for them.
-json shownValue(const ValueType& type, const std::string& value, bool reveal) {
-  return type.secret && !reveal ? json() : json(value);
+std::string shownValue(const ValueType& type, const std::string& value, bool reveal) {
+  return type.secret && !reveal ? lineOf(nullptr) : lineOf(value);
 }
 
-json describeLeaf(ConfigService& config, const std::string& fullname, const Leaf& leaf, bool reveal) {
-  return {{"name", fullname},
-          {"type", leaf.type->name},
-          {"value", shownValue(*leaf.type, config.value(fullname), reveal)},
-          {"computed", leaf.computed}};
+std::string describeLeaf(ConfigService& config, const std::string& fullname, const Leaf& leaf, bool reveal) {
+  return objectText({{"name", lineOf(fullname)},
+                     {"type", lineOf(leaf.type->name)},
+                     {"value", shownValue(*leaf.type, config.value(fullname), reveal)},
+                     {"computed", lineOf(leaf.computed)}});
 }
 
 const Leaf& requireLeaf(ConfigService& config, const std::string& fullname) {
@@ -55,7 +53,7 @@ const Object& requireObject(const ConfigService& config, const std::string& text
   return *object;
 }
 
-json readLeaf(ConfigService& config, const ControlRequest& request) {
+std::string readLeaf(ConfigService& config, const ControlRequest& request) {
   const std::string name = request.parameter("name");
   const bool reveal = request.flag("reveal");
   return describeLeaf(config, name, requireLeaf(config, name), reveal);
@@ -73,7 +71,7 @@ std::string whyNotSet(const Leaf& leaf, const std::string& name, const std::stri
   return text + " is not a value of type " + leaf.type->name;
 }
 
-json writeLeaf(ConfigService& config, const ControlRequest& request) {
+std::string writeLeaf(ConfigService& config, const ControlRequest& request) {
   const JsonValue body = request.body();
   body.allowOnly({"name", "value", "create"});
   const std::string name = body.required("name").string();
@@ -93,7 +91,7 @@ std::optional<std::string> nextLeaf(ConfigService& config, LeafNames& names, boo
     const std::string instance(parentName(fullname));
     if (object->instances.count(instance) == 0) continue;
     const Leaf& leaf = *object->leaves.find(fullname.substr(instance.size()));
-    return lineOf(describeLeaf(config, fullname, leaf, reveal));
+    return describeLeaf(config, fullname, leaf, reveal);
   }
   return std::nullopt;
 }
@@ -105,28 +103,28 @@ ListText listTree(ConfigService& config, const ControlRequest& request) {
                   [&config, names, reveal]() mutable { return nextLeaf(config, names, reveal); });
 }
 
-// In text: without memory for all names, a JSON array of them could not even be freed.
 std::string instancesOf(const Object& object) {
   std::string names;
   for (const auto& [name, instance] : object.instances) names += (names.empty() ? "" : ",") + lineOf(name);
   return '[' + names + ']';
 }
 
-json leavesOf(const Object& object) {
-  json leaves = json::array();
+std::string leavesOf(const Object& object) {
+  std::string leaves;
   for (const Leaf& leaf : object.leaves) {
-    leaves.push_back({{"name", leaf.name},
-                      {"type", leaf.type->name},
-                      {"default", shownValue(*leaf.type, leaf.default_value, false)},
-                      {"computed", leaf.computed}});
+    leaves += (leaves.empty() ? "" : ",") +
+              objectText({{"name", lineOf(leaf.name)},
+                          {"type", lineOf(leaf.type->name)},
+                          {"default", shownValue(*leaf.type, leaf.default_value, false)},
+                          {"computed", lineOf(leaf.computed)}});
   }
-  return leaves;
+  return '[' + leaves + ']';
 }
 
 std::string describeObject(const Object& object) {
   const bool multiple = object.dynamic || object.instances.count(object.name) == 0;
   return "{\"attribute\":" + lineOf(object.attribute) + ",\"dynamic\":" + lineOf(object.dynamic) +
-         ",\"instances\":" + instancesOf(object) + ",\"leaves\":" + lineOf(leavesOf(object)) +
+         ",\"instances\":" + instancesOf(object) + ",\"leaves\":" + leavesOf(object) +
          ",\"multiple\":" + lineOf(multiple) + ",\"name\":" + lineOf(object.name) +
          ",\"number\":" + lineOf(object.number) + '}';
 }
@@ -148,7 +146,7 @@ ListText listInstances(const ConfigService& config, const ControlRequest& reques
   });
 }
 
-json addInstance(ConfigService& config, const ControlRequest& request) {
+std::string addInstance(ConfigService& config, const ControlRequest& request) {
   const JsonValue body = request.body();
   body.allowOnly({"name"});
   const std::string name = body.required("name").string();
@@ -162,7 +160,7 @@ json addInstance(ConfigService& config, const ControlRequest& request) {
   return kDone;
 }
 
-json deleteInstance(ConfigService& config, const ControlRequest& request) {
+std::string deleteInstance(ConfigService& config, const ControlRequest& request) {
   const std::string name = request.parameter("name");
   const int result = config.deleteInstance(name);
   requireNotified(result);
@@ -174,12 +172,12 @@ json deleteInstance(ConfigService& config, const ControlRequest& request) {
   return kDone;
 }
 
-json readAttribute(const ConfigService& config, const ControlRequest& request) {
+std::string readAttribute(const ConfigService& config, const ControlRequest& request) {
   const Object& object = requireObject(config, request.parameter("object"));
-  return {{"object", object.name}, {"attribute", object.attribute}};
+  return objectText({{"object", lineOf(object.name)}, {"attribute", lineOf(object.attribute)}});
 }
 
-json writeAttribute(ConfigService& config, const ControlRequest& request) {
+std::string writeAttribute(ConfigService& config, const ControlRequest& request) {
   const JsonValue body = request.body();
   body.allowOnly({"object", "value"});
   const Object& object = requireObject(config, body.required("object").string());
@@ -187,7 +185,7 @@ json writeAttribute(ConfigService& config, const ControlRequest& request) {
   return kDone;
 }
 
-json save(ConfigService& config) {
+std::string save(ConfigService& config) {
   const int result = config.save(1);
   if (result != C_RESULT_OK) throw util::Error(result, "the configuration cannot be saved; see the log");
   return kDone;
@@ -204,17 +202,19 @@ const char* nameOf(int operation) {
   }
 }
 
-json describeChange(ConfigService& config, const ConfigService::Change& change, bool reveal) {
+std::string describeChange(ConfigService& config, const ConfigService::Change& change, const Clock& clock,
+                           bool reveal) {
   const Leaf* leaf = change.object.leaves.find(change.leaf);
-  json value;
+  std::string value = lineOf(nullptr);
   if (leaf != nullptr) {
     value = shownValue(*leaf->type, config.value(change.instance + change.leaf), reveal);
   }
-  return {{"object", change.object.name},
-          {"instance", change.instance},
-          {"operation", nameOf(change.operation)},
-          {"leaf", change.leaf},
-          {"value", std::move(value)}};
+  return objectText({{"object", lineOf(change.object.name)},
+                     {"instance", lineOf(change.instance)},
+                     {"operation", lineOf(nameOf(change.operation))},
+                     {"leaf", lineOf(change.leaf)},
+                     {"value", value},
+                     {"time", lineOf(isoTime(clock.wallTime()))}});
 }
 
 }  // namespace
@@ -241,9 +241,7 @@ void addChangeRoutes(Router& router, ConfigService& config, Followers<ConfigServ
     const bool reveal = request.flag("reveal");
     followers.add(open(), [&config, &clock, prefix, reveal](const ConfigService::Change& change) {
       if (!util::startsWith(change.instance + change.leaf, prefix)) return std::string();
-      json item = describeChange(config, change, reveal);
-      item["time"] = isoTime(clock.wallTime());
-      return lineOf(item);
+      return describeChange(config, change, clock, reveal);
     });
   });
 }

@@ -20,31 +20,30 @@
 namespace host {
 namespace {
 
-using nlohmann::json;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 using Microseconds = std::chrono::duration<double, std::micro>;
 
-json orNull(std::optional<int> result) {
-  return result ? json(*result) : json();
+std::string orNull(std::optional<int> result) {
+  return result ? lineOf(*result) : lineOf(nullptr);
 }
 
 double msOf(CallStatistics::Duration duration) {
   return Milliseconds(duration).count();
 }
 
-json describeRegistration(const Registration& registration) {
+std::string describeRegistration(const Registration& registration) {
   const Symbol symbol = symbolOf(registration.callee);
   const CallStatistics& statistics = registration.statistics;
-  return {{"kind", nameOf(registration.kind)},
-          {"key", registration.key},
-          {"function", symbol.name},
-          {"location", symbol.location},
-          {"since", isoTime(registration.since)},
-          {"count", statistics.count},
-          {"totalMs", msOf(statistics.total)},
-          {"longestMs", msOf(statistics.longest)},
-          {"lastMs", msOf(statistics.last)},
-          {"lastResult", orNull(statistics.last_result)}};
+  return objectText({{"kind", lineOf(nameOf(registration.kind))},
+                     {"key", lineOf(registration.key)},
+                     {"function", lineOf(symbol.name)},
+                     {"location", lineOf(symbol.location)},
+                     {"since", lineOf(isoTime(registration.since))},
+                     {"count", lineOf(statistics.count)},
+                     {"totalMs", lineOf(msOf(statistics.total))},
+                     {"longestMs", lineOf(msOf(statistics.longest))},
+                     {"lastMs", lineOf(msOf(statistics.last))},
+                     {"lastResult", orNull(statistics.last_result)}});
 }
 
 // Describes one item after the other.
@@ -52,7 +51,7 @@ template <typename Items, typename Describe>
 NextElement inTurn(Items items, Describe describe) {
   return [items = std::move(items), describe, next = std::size_t{0}]() mutable -> std::optional<std::string> {
     if (next == items.size()) return std::nullopt;
-    return lineOf(describe(items[next++]));
+    return describe(items[next++]);
   };
 }
 
@@ -63,47 +62,49 @@ ListText listRegistrations(const Registry& registry) {
 }
 
 // A complete event ("X") of the trace-event format.
-json traceEvent(const PastCall& call) {
+std::string traceEvent(const PastCall& call) {
   const Registration& registration = *call.registration;
-  return {{"name", symbolOf(registration.callee).name},
-          {"cat", nameOf(registration.kind)},
-          {"ph", "X"},
-          {"ts", Microseconds(call.begin.time_since_epoch()).count()},
-          {"dur", Microseconds(call.duration).count()},
-          {"pid", getpid()},
-          {"tid", 1},
-          {"args", {{"key", registration.key}, {"result", orNull(call.result)}}}};
+  return objectText(
+      {{"name", lineOf(symbolOf(registration.callee).name)},
+       {"cat", lineOf(nameOf(registration.kind))},
+       {"ph", lineOf("X")},
+       {"ts", lineOf(Microseconds(call.begin.time_since_epoch()).count())},
+       {"dur", lineOf(Microseconds(call.duration).count())},
+       {"pid", lineOf(getpid())},
+       {"tid", lineOf(1)},
+       {"args", objectText({{"key", lineOf(registration.key)}, {"result", orNull(call.result)}})}});
 }
 
-json processName() {
-  return {{"name", "process_name"},
-          {"ph", "M"},
-          {"pid", getpid()},
-          {"tid", 1},
-          {"args", {{"name", program_invocation_short_name}}}};
+std::string processName() {
+  return objectText({{"name", lineOf("process_name")},
+                     {"ph", lineOf("M")},
+                     {"pid", lineOf(getpid())},
+                     {"tid", lineOf(1)},
+                     {"args", objectText({{"name", lineOf(program_invocation_short_name)}})}});
 }
 
 ListText traceOf(const CallHistory& history) {
   return ListText(
       R"({"displayTimeUnit":"ms","traceEvents":[)",
       [first = true, calls = inTurn(history.calls(), traceEvent)]() mutable -> std::optional<std::string> {
-        return std::exchange(first, false) ? lineOf(processName()) : calls();
+        return std::exchange(first, false) ? processName() : calls();
       });
 }
 
-json describeStatistics(const CallStatistics& calls, const Clock& clock, const Activity& activity,
-                        std::size_t clients) {
+std::string describeStatistics(const CallStatistics& calls, const Clock& clock, const Activity& activity,
+                               std::size_t clients) {
   const auto uptime = clock.wallTime() - activity.start;
-  return {{"pid", getpid()},
-          {"program", program_invocation_short_name},
-          {"uptimeMs", std::chrono::duration_cast<std::chrono::milliseconds>(uptime).count()},
-          {"clock", clock.isVirtual() ? "virtual" : "real"},
-          {"calls", calls.count},
-          {"busyMs", msOf(calls.total)},
-          {"longestMs", msOf(calls.longest)},
-          {"events", activity.events},
-          {"changes", activity.changes},
-          {"clients", clients}};
+  return objectText(
+      {{"pid", lineOf(getpid())},
+       {"program", lineOf(program_invocation_short_name)},
+       {"uptimeMs", lineOf(std::chrono::duration_cast<std::chrono::milliseconds>(uptime).count())},
+       {"clock", lineOf(clock.isVirtual() ? "virtual" : "real")},
+       {"calls", lineOf(calls.count)},
+       {"busyMs", lineOf(msOf(calls.total))},
+       {"longestMs", lineOf(msOf(calls.longest))},
+       {"events", lineOf(activity.events)},
+       {"changes", lineOf(activity.changes)},
+       {"clients", lineOf(clients)}});
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "host/control/router.h"
 
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "include_c"
@@ -54,7 +53,7 @@ bool ControlRequest::flag(const char* name) const {
 void Router::answer(const char* method, const char* path, Answer answer) {
   handlers_[path][method] = [answer = std::move(answer)](const ControlRequest& request,
                                                          HttpExchange& exchange) {
-    exchange.reply(200, lineOf(answer(request)));
+    exchange.reply(200, answer(request));
   };
 }
 

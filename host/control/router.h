@@ -5,7 +5,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "host/control/list_text.h"
@@ -33,7 +32,7 @@ class ControlRequest {
 // Finds the function that answers a request, and answers failures with a status, a result code and one line.
 class Router {
  public:
-  using Answer = std::function<nlohmann::json(const ControlRequest&)>;
+  using Answer = std::function<std::string(const ControlRequest&)>;  // the answer as JSON text
 
   using List = std::function<ListText(const ControlRequest&)>;
 

@@ -12,36 +12,35 @@
 namespace host {
 namespace {
 
-using nlohmann::json;
-
-json listModules(const Lifecycle& lifecycle) {
-  json modules = json::array();
+std::string listModules(const Lifecycle& lifecycle) {
+  std::string modules;
   for (const Participant& module : lifecycle.modules()) {
-    modules.push_back({{"library", module.name()}, {"state", nameOf(module.state())}});
+    modules += (modules.empty() ? "" : ",") +
+               objectText({{"library", lineOf(module.name())}, {"state", lineOf(nameOf(module.state()))}});
   }
-  return {{"modules", std::move(modules)}, {"state", nameOf(lifecycle.state())}};
+  return objectText({{"modules", '[' + modules + ']'}, {"state", lineOf(nameOf(lifecycle.state()))}});
 }
 
-json sendEvent(EventService& events, const ControlRequest& request) {
+std::string sendEvent(EventService& events, const ControlRequest& request) {
   const JsonValue body = request.body();
   body.allowOnly({"event", "data"});
   const int result = events.notify(body.required("event").string(), body.required("data").string(), 0);
-  if (result == C_RESULT_OK) return {{"result", 0}};
+  if (result == C_RESULT_OK) return objectText({{"result", lineOf(0)}});
   throw util::Error(result, "the event was sent, but the callback of an observer failed; see the log");
 }
 
-json describeEvent(const EventService::Event& event, const Clock& clock) {
-  return {{"time", isoTime(clock.wallTime())},
-          {"event", event.name},
-          {"data", event.data},
-          {"source", event.source}};
+std::string describeEvent(const EventService::Event& event, const Clock& clock) {
+  return objectText({{"time", lineOf(isoTime(clock.wallTime()))},
+                     {"event", lineOf(event.name)},
+                     {"data", lineOf(event.data)},
+                     {"source", lineOf(event.source)}});
 }
 
-json describeLine(const LogService::Line& line, const Clock& clock) {
-  return {{"time", isoTime(clock.wallTime())},
-          {"level", line.level},
-          {"module", line.module},
-          {"text", line.text}};
+std::string describeLine(const LogService::Line& line, const Clock& clock) {
+  return objectText({{"time", lineOf(isoTime(clock.wallTime()))},
+                     {"level", lineOf(line.level)},
+                     {"module", lineOf(line.module)},
+                     {"text", lineOf(line.text)}});
 }
 
 }  // namespace
@@ -53,23 +52,22 @@ void addEventRoutes(Router& router, EventService& events, Followers<EventService
     const std::string name = request.parameterOr("event", "");
     followers.add(open(), [&clock, name](const EventService::Event& event) {
       const bool wanted = name.empty() || event.name == name;
-      return wanted ? lineOf(describeEvent(event, clock)) : "";
+      return wanted ? describeEvent(event, clock) : "";
     });
   });
 }
 
 void addLogRoutes(Router& router, Followers<LogService::Line>& followers, const Clock& clock) {
   router.follow("/log", [&](const ControlRequest&, const Router::OpenStream& open) {
-    followers.add(open(),
-                  [&clock](const LogService::Line& line) { return lineOf(describeLine(line, clock)); });
+    followers.add(open(), [&clock](const LogService::Line& line) { return describeLine(line, clock); });
   });
 }
 
 void addLifecycleRoutes(Router& router, const Lifecycle& lifecycle, std::function<void()> stop) {
   router.answer("GET", "/modules", [&](const ControlRequest&) { return listModules(lifecycle); });
-  router.answer("POST", "/stop", [stop = std::move(stop)](const ControlRequest&) -> json {
+  router.answer("POST", "/stop", [stop = std::move(stop)](const ControlRequest&) {
     stop();
-    return {{"result", 0}};
+    return objectText({{"result", lineOf(0)}});
   });
 }
 

@@ -20,10 +20,24 @@ using nlohmann::json;
 constexpr std::size_t kMaxDepth = 16;
 constexpr std::size_t kMaxMiB = 256;  // of a file
 
+// Removes all content, one value at a time. The destructor of a value with content would allocate memory.
+void clear(json& value) noexcept {
+  if (value.is_array()) {
+    auto& elements = value.get_ref<json::array_t&>();
+    for (; !elements.empty(); elements.pop_back()) clear(elements.back());
+  } else if (value.is_object()) {
+    auto& members = value.get_ref<json::object_t&>();
+    for (; !members.empty(); members.erase(members.begin())) clear(members.begin()->second);
+  }
+}
+
 // Builds a document. The parser alone would keep the last of duplicate keys and take any depth.
 class DocumentBuilder final : public json::json_sax_t {
  public:
   DocumentBuilder(const std::string& text, const std::string& source) : text_(text), source_(source) {}
+  ~DocumentBuilder() override { clear(root_); }
+  DocumentBuilder(const DocumentBuilder&) = delete;
+  DocumentBuilder& operator=(const DocumentBuilder&) = delete;
 
   json take() { return std::move(root_); }
 
@@ -104,10 +118,12 @@ bool DocumentBuilder::parse_error(std::size_t read, const std::string& /*token*/
                     source_ + ':' + std::to_string(line) + ':' + std::to_string(column) + ": not valid JSON");
 }
 
-std::unique_ptr<const json> parse(const std::string& text, const std::string& source) {
+std::unique_ptr<json> parse(const std::string& text, const std::string& source) {
+  auto root = std::make_unique<json>();
   DocumentBuilder builder(text, source);
   json::sax_parse(text, &builder);
-  return std::make_unique<const json>(builder.take());
+  *root = builder.take();
+  return root;
 }
 
 struct CloseFile {
@@ -127,7 +143,9 @@ struct CloseFile {
 JsonDocument::JsonDocument(const std::string& text, std::string source)
     : source_(std::move(source)), root_(parse(text, source_)) {}
 
-JsonDocument::~JsonDocument() = default;
+JsonDocument::~JsonDocument() {
+  clear(*root_);
+}
 
 std::string readFile(const std::string& name) {
   const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(name.c_str(), "re"));
@@ -142,6 +160,14 @@ std::string readFile(const std::string& name) {
   }
   if (std::ferror(file.get()) != 0) cannotRead(name);
   return text;
+}
+
+std::string objectText(std::vector<MemberText> members) {
+  std::sort(members.begin(), members.end(),
+            [](const MemberText& a, const MemberText& b) { return std::strcmp(a.first, b.first) < 0; });
+  std::string text;
+  for (const auto& [name, value] : members) text += (text.empty() ? "\"" : ",\"") + (name + ("\":" + value));
+  return '{' + text + '}';
 }
 
 std::string lineOf(const json& value) {

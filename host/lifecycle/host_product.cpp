@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <map>
+#include <new>
 #include <utility>
 
 #include "binding/context.h"
@@ -34,6 +35,16 @@ std::string HostProduct::productVersion() {
 int HostProduct::open() {
   if (!participants_.empty()) return C_RESULT_OK;
 
+  try {
+    return openModules();
+  } catch (const std::bad_alloc&) {
+    participants_.clear();
+    release_modules();
+    throw;
+  }
+}
+
+int HostProduct::openModules() {
   std::vector<IModule*> opened;
   for (const std::string& name : names_) {
     IModule* module = openModule(name);

@@ -30,6 +30,7 @@ class HostProduct final : public IProductConfig {
   std::string productVersion() override;
 
  private:
+  int openModules();
   IModule* openModule(const std::string& name);
   void logFailure(const std::string& name);
   void wrapModules(const std::vector<IModule*>& opened);

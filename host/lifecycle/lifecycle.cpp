@@ -2,6 +2,7 @@
 #include "host/lifecycle/lifecycle.h"
 
 #include <iterator>
+#include <new>
 #include <utility>
 
 namespace host {
@@ -40,24 +41,28 @@ int Lifecycle::registMasterObserver(IBootContext* observer) {
   return C_RESULT_OK;
 }
 
-std::vector<Lifecycle::Member> Lifecycle::members() {
-  std::vector<Member> members = {{&product_, "cfmd"}};
-  if (master_observer_) members.push_back({&*master_observer_, "master"});
-  return members;
+std::array<Lifecycle::Member, 2> Lifecycle::members() {
+  return {{{&product_, "cfmd"}, {master_observer_ ? &*master_observer_ : nullptr, "master"}}};
 }
 
 int Lifecycle::load() {
   if (loaded_) return C_RESULT_REDUNDANT;
   loaded_ = true;
-  int result = product_.open();
-  if (result == C_RESULT_OK) result = takeSteps();
-  if (result != C_RESULT_OK) unload();
-  return result;
+  try {
+    int result = product_.open();
+    if (result == C_RESULT_OK) result = takeSteps();
+    if (result != C_RESULT_OK) unload();
+    return result;
+  } catch (const std::bad_alloc&) {
+    unload();
+    throw;
+  }
 }
 
 int Lifecycle::takeSteps() {
   for (const Step& step : kSteps) {
     for (const Member& member : members()) {
+      if (member.boot == nullptr) continue;
       const int result = step.take(*member.boot, member.configuration);
       if (result != C_RESULT_OK) return result;
     }
@@ -70,7 +75,9 @@ int Lifecycle::takeSteps() {
 void Lifecycle::unload() {
   auto all = members();
   for (auto step = std::rbegin(kSteps); step != std::rend(kSteps); ++step) {
-    for (auto member = all.rbegin(); member != all.rend(); ++member) step->reverse(*member->boot);
+    for (auto member = all.rbegin(); member != all.rend(); ++member) {
+      if (member->boot != nullptr) step->reverse(*member->boot);
+    }
   }
   loaded_ = false;
   state_ = State::kIdle;
@@ -78,7 +85,9 @@ void Lifecycle::unload() {
 }
 
 void Lifecycle::notifyDepends(const std::string& name) {
-  for (const Member& member : members()) member.boot->recvDependence(name);
+  for (const Member& member : members()) {
+    if (member.boot != nullptr) member.boot->recvDependence(name);
+  }
 }
 
 }  // namespace host

@@ -2,6 +2,7 @@
 #ifndef CPP2C_HOST_LIFECYCLE_LIFECYCLE_H
 #define CPP2C_HOST_LIFECYCLE_LIFECYCLE_H
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <string>
@@ -48,7 +49,7 @@ class Lifecycle {
     const char* configuration;  // argument of its onConfig()
   };
 
-  std::vector<Member> members();
+  std::array<Member, 2> members();  // the second is null if there is no master observer
   int takeSteps();
 
   ILog& log_;

@@ -46,16 +46,25 @@ int EventLoop::addFd(int fd, int events, ILoopData* handler) {
   if (fd < 0 || !isMask(events) || handler == nullptr) return C_RESULT_PARAM;
 
   if (!base_.separateFromParent()) return C_RESULT_SYSTEM_CALL;
-  watches_.erase(
-      fd);  // first: libevent refuses to watch a descriptor both level-triggered and edge-triggered
   const bool once = (events & C_LOOP_ONCE) != 0;
   const auto mask = static_cast<short>(once ? events & ~C_LOOP_ONCE : events | EV_PERSIST);
   EventPtr event(event_new(base_.get(), fd, mask, onReady, this));
   if (event == nullptr) return C_RESULT_NO_MEMORY;
-  if (event_add(event.get(), nullptr) != 0) return C_RESULT_SYSTEM_CALL;
-  watches_.emplace(fd, Watch{std::move(event), handler, once,
-                             registry_.add(RegistrationKind::kFd, std::to_string(fd), calleeOf(*handler))});
-  return C_RESULT_OK;
+  // Everything is allocated before the watch is replaced: without memory, it stays as it is.
+  std::map<int, Watch> created;
+  ::event* const added = event.get();
+  created.emplace(fd, Watch{std::move(event), handler, once,
+                            registry_.add(RegistrationKind::kFd, std::to_string(fd), calleeOf(*handler))});
+  auto replaced = watches_.extract(fd);
+  // First: libevent refuses to watch a descriptor both level-triggered and edge-triggered.
+  if (!replaced.empty()) event_del(replaced.mapped().event.get());
+  if (event_add(added, nullptr) == 0) {
+    watches_.merge(created);
+    return C_RESULT_OK;
+  }
+  const bool restored = !replaced.empty() && event_add(replaced.mapped().event.get(), nullptr) == 0;
+  if (restored) watches_.insert(std::move(replaced));
+  return C_RESULT_SYSTEM_CALL;
 }
 
 int EventLoop::delFd(int fd) {

@@ -10,7 +10,12 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
+#include <new>
+#include <string>
 
+#include "binding/context.h"
+#include "host/include/cpp2c_host.h"
 #include "host/process/output_lines.h"
 #include "host/process/shell.h"
 #include "include_c"
@@ -30,9 +35,8 @@ class Pipe {
  public:
   Pipe() : open_(pipe2(ends_, O_CLOEXEC) == 0) {}
   ~Pipe() {
-    if (!open_) return;
     closeWriting();
-    close(ends_[0]);
+    closeReading();
   }
   Pipe(const Pipe&) = delete;
   Pipe& operator=(const Pipe&) = delete;
@@ -40,39 +44,42 @@ class Pipe {
   bool isOpen() const { return open_; }
   int reading() const { return ends_[0]; }
   int writing() const { return ends_[1]; }
-  void closeWriting() {
-    if (ends_[1] >= 0) close(ends_[1]);
-    ends_[1] = -1;
-  }
+  void closeReading() { closeEnd(ends_[0]); }
+  void closeWriting() { closeEnd(ends_[1]); }
 
  private:
+  static void closeEnd(int& end) {
+    if (end >= 0) close(end);
+    end = -1;
+  }
+
   int ends_[2] = {-1, -1};
   const bool open_;
 };
 
-// Returns the number of bytes read, or 0 at the end of the output.
-std::size_t readPart(int output, std::size_t size, OutputLines& lines) {
+// Returns the number of bytes read, 0 at the end of the output, or -1 if it cannot be read.
+ssize_t readPart(int output, std::size_t size, OutputLines& lines) {
   char part[kPart];
   ssize_t count = -1;
   do {
     count = read(output, part, std::min(size, kPart));
   } while (count < 0 && errno == EINTR);
-  if (count <= 0) return 0;
-  const auto length = static_cast<std::size_t>(count);
-  lines.add({part, length});
-  return length;
+  if (count > 0) lines.add({part, static_cast<std::size_t>(count)});
+  return count;
 }
 
 // Only what is in the pipe now: a process in the background may write without end.
-void readRest(int output, OutputLines& lines) {
+// Returns false if it cannot be read.
+bool readRest(int output, OutputLines& lines) {
   int available = 0;
-  if (ioctl(output, FIONREAD, &available) != 0) return;
+  if (ioctl(output, FIONREAD, &available) != 0) return false;
   auto left = static_cast<std::size_t>(available);
   while (left > 0) {
-    const std::size_t count = readPart(output, left, lines);
-    if (count == 0) return;
-    left -= count;
+    const ssize_t count = readPart(output, left, lines);
+    if (count <= 0) return count == 0;
+    left -= static_cast<std::size_t>(count);
   }
+  return true;
 }
 
 bool waitForAny(pollfd (&awaited)[2]) {
@@ -84,16 +91,16 @@ bool waitForAny(pollfd (&awaited)[2]) {
 }
 
 // Reads until the shell ends: processes that it leaves in the background keep the pipe open. Without a
-// descriptor for the end of the shell, poll() waits for the pipe alone.
-void readOutput(int output, const Shell& shell, OutputLines& lines) {
+// descriptor for the end of the shell, poll() waits for the pipe alone. Returns false if the output cannot be
+// read.
+bool readOutput(int output, const Shell& shell, OutputLines& lines) {
   pollfd awaited[] = {{output, POLLIN, 0}, {shell.end(), POLLIN, 0}};
   while (waitForAny(awaited)) {
-    if (awaited[1].revents != 0) {
-      readRest(output, lines);
-      return;
-    }
-    if (readPart(output, kPart, lines) == 0) return;
+    if (awaited[1].revents != 0) return readRest(output, lines);
+    const ssize_t count = readPart(output, kPart, lines);
+    if (count <= 0) return count == 0;
   }
+  return false;
 }
 
 }  // namespace
@@ -111,9 +118,20 @@ int Processes::runLogged(const char* command) {
   if (!output.isOpen()) return C_RESULT_SYSTEM_CALL;
   const Shell shell(command, output.writing());
   output.closeWriting();
-  OutputLines lines(log_);
-  readOutput(output.reading(), shell, lines);
-  lines.finish();
+  try {
+    OutputLines lines(log_);
+    if (!readOutput(output.reading(), shell, lines)) {
+      const std::string text =
+          std::string("the output of the command cannot be read: ") + std::strerror(errno);
+      output.closeReading();  // the command must not wait for a reader
+      log_.record("command", C_LOG_ERROR, text.c_str());
+    }
+    lines.finish();
+  } catch (const std::bad_alloc&) {
+    output.closeReading();
+    shell.wait();
+    throw;
+  }
   return shell.wait();
 }
 

@@ -44,10 +44,11 @@ class Settings {
  public:
   Settings(int output, const sigset_t& mask) {
     posix_spawn_file_actions_init(&files_);
-    if (output != Shell::kInherited) posix_spawn_file_actions_adddup2(&files_, output, STDOUT_FILENO);
     posix_spawnattr_init(&attributes_);
     posix_spawnattr_setsigmask(&attributes_, &mask);
     posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK);
+    complete_ =
+        output == Shell::kInherited || posix_spawn_file_actions_adddup2(&files_, output, STDOUT_FILENO) == 0;
   }
   ~Settings() {
     posix_spawnattr_destroy(&attributes_);
@@ -56,12 +57,14 @@ class Settings {
   Settings(const Settings&) = delete;
   Settings& operator=(const Settings&) = delete;
 
+  bool areComplete() const { return complete_; }  // false: no memory
   const posix_spawn_file_actions_t* files() const { return &files_; }
   const posix_spawnattr_t* attributes() const { return &attributes_; }
 
  private:
   posix_spawn_file_actions_t files_{};
   posix_spawnattr_t attributes_{};
+  bool complete_ = false;
 };
 
 }  // namespace
@@ -100,7 +103,8 @@ bool Shell::start(const char* command, int output) {
   char* const arguments[] = {shell, option, const_cast<char*>(command), nullptr};
   const Settings settings(output, guard_.maskBefore());
   pid_t process = -1;
-  if (posix_spawn(&process, "/bin/sh", settings.files(), settings.attributes(), arguments, environ) != 0) {
+  if (!settings.areComplete() ||
+      posix_spawn(&process, "/bin/sh", settings.files(), settings.attributes(), arguments, environ) != 0) {
     return false;
   }
   process_ = process;

@@ -23,6 +23,7 @@ struct PastCall {
 class CallHistory {
  public:
   explicit CallHistory(Registry& registry, std::size_t length = 10000) : length_(length) {
+    ring_.reserve(length);  // now, so that a call cannot fail when it has succeeded
     registry.onCalled([this](const Call& call) { add(call); });
   }
 

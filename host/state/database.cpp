@@ -7,8 +7,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <iterator>
+#include <new>
 
 #include "include_c"
 
@@ -48,6 +50,14 @@ FileIdentity identityOf(const std::string& name) {
   return {status.st_dev, status.st_ino};
 }
 
+// Whether the name still leads to the file. If that cannot be found out, for example because the folder may
+// not be searched, the file is not taken for lost: its log, which is then removed, may have the saved state.
+bool leadsTo(const std::string& name, const FileIdentity& identity) {
+  struct stat status {};
+  if (stat(name.c_str(), &status) != 0) return errno != ENOENT && errno != ENOTDIR;
+  return FileIdentity{status.st_dev, status.st_ino} == identity;
+}
+
 int control(sqlite3* connection, int operation, void* argument) {
   return sqlite3_file_control(connection, "main", operation, argument);
 }
@@ -83,6 +93,8 @@ Database::Database(const std::string& file) : file_(file), identity_(identityOf(
   const int result = sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE, "unix-excl");
   connection_.reset(connection);
   if (result != SQLITE_OK) fail(file_, connection);
+  if (identity_ == FileIdentity())
+    throw util::Error(C_RESULT_SYSTEM_CALL, file_ + ": cannot be read or written");
 }
 
 // When it is closed, SQLite would remove the log of the file that has the name now.
@@ -130,15 +142,15 @@ void Database::reopenLog() {
 }
 
 bool Database::hasItsName() const {
-  return identityOf(file_) == identity_;
+  return leadsTo(file_, identity_);
 }
 
 bool Database::logHasItsName() const {
-  return identityOf(logFile()) == log_identity_;
+  return leadsTo(logFile(), log_identity_);
 }
 
 void Database::removeLog() noexcept {
-  if (logHasItsName()) unlink(logFile().c_str());
+  if (identityOf(logFile()) == log_identity_) unlink(logFile().c_str());
 }
 
 std::int64_t Database::fileSize() const {
@@ -182,6 +194,9 @@ bool Statement::step() {
 std::string Statement::text(int column) const {
   const unsigned char* bytes = sqlite3_column_text(statement_.get(), column);
   const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column));
+  if (bytes == nullptr && sqlite3_errcode(sqlite3_db_handle(statement_.get())) == SQLITE_NOMEM) {
+    throw std::bad_alloc();
+  }
   return std::string(bytes, bytes + size);
 }
 

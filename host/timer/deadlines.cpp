@@ -16,7 +16,13 @@ Deadlines::Deadline Deadlines::in(Clock::Duration delay) {
 }
 
 void Deadlines::add(const Deadline& deadline, Callback callback) {
-  callbacks_.emplace(deadline, std::move(callback));
+  if (spare_.empty()) {
+    callbacks_.emplace(deadline, std::move(callback));
+  } else {
+    spare_.key() = deadline;
+    spare_.mapped() = std::move(callback);
+    callbacks_.insert(std::move(spare_));
+  }
   arm();
 }
 
@@ -43,7 +49,7 @@ void Deadlines::callFirst() {
   auto first = callbacks_.begin();
   if (clock_.reach(first->first.first)) {
     callback = std::move(first->second);
-    callbacks_.erase(first);
+    spare_ = callbacks_.extract(first);
   }
   arm();
   callback();

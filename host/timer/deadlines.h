@@ -37,6 +37,7 @@ class Deadlines {
 
   Clock& clock_;
   std::map<Deadline, Callback> callbacks_;
+  decltype(callbacks_)::node_type spare_;  // lets a function that is called add itself again without memory
   std::uint64_t next_number_ = 0;
   EventPtr event_;
 };

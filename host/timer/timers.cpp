@@ -30,13 +30,19 @@ Timers::Timers(Deadlines& deadlines, const Clock& clock, Registry& registry)
 int Timers::set(int first, int zero, int period, ITimer* timer) {
   if (zero != 0 || period < 0 || timer == nullptr) return C_RESULT_PARAM;
 
-  disarm(timer);
-  if (first < 0) return C_RESULT_OK;
+  if (first < 0) {
+    disarm(timer);
+    return C_RESULT_OK;
+  }
+  // Everything is allocated before the timer is disarmed: without memory, it stays as it is.
+  std::map<ITimer*, Armed> created;
   const Deadlines::Deadline next = deadlines_.in(milliseconds(first));
-  armed_.emplace(timer,
-                 Armed{next, milliseconds(period),
-                       registry_.add(RegistrationKind::kTimer, keyOf(first, period), calleeOf(*timer))});
+  created.emplace(timer,
+                  Armed{next, milliseconds(period),
+                        registry_.add(RegistrationKind::kTimer, keyOf(first, period), calleeOf(*timer))});
   arm(timer, next);
+  disarm(timer);
+  armed_.merge(created);
   return C_RESULT_OK;
 }
 

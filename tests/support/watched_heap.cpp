@@ -3,17 +3,17 @@
 
 #include <cstdlib>
 #include <new>
-#include <utility>
 
 namespace watched_heap {
 
 void (*on_delete)(void* block) = nullptr;
-bool fail_next_new = false;
+long news_before_failure = -1;
 
 }  // namespace watched_heap
 
 void* operator new(std::size_t size) {
-  if (std::exchange(watched_heap::fail_next_new, false)) throw std::bad_alloc();
+  if (watched_heap::news_before_failure >= 0 && watched_heap::news_before_failure-- == 0)
+    throw std::bad_alloc();
   void* block = std::malloc(size != 0 ? size : 1);
   if (block == nullptr) throw std::bad_alloc();
   return block;

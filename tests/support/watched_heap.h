@@ -8,8 +8,8 @@ namespace watched_heap {
 // Called with each block before it is freed; initially null. It may use the heap itself.
 extern void (*on_delete)(void* block);
 
-// If true, the next operator new throws and resets the flag.
-extern bool fail_next_new;
+// The number of calls of operator new that succeed before one throws. It then becomes negative: none fails.
+extern long news_before_failure;
 
 }  // namespace watched_heap
 

@@ -135,7 +135,7 @@ TEST_F(TeardownTest, TimerAndReferenceCountsRemain) {
 }
 
 TEST_F(TeardownTest, FailedAllocationOfTheCacheReachesTheCaller) {
-  watched_heap::fail_next_new = true;
+  watched_heap::news_before_failure = 0;
   EXPECT_THROW(c_dbc_create(), std::bad_alloc);
   EXPECT_NE(c_dbc_create(), nullptr);
 }

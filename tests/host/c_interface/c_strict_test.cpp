@@ -39,6 +39,11 @@ int lockOnce(void* /*user*/, const char* /*event*/, const char* /*data*/, const 
   return c_heartbeat_lock();
 }
 
+int unlockTwice(void* /*user*/, const char* /*event*/, const char* /*data*/, const char* /*source*/) {
+  c_heartbeat_unlock();
+  return c_heartbeat_unlock();
+}
+
 int stopLoop() {
   return raise(SIGTERM);
 }
@@ -241,6 +246,26 @@ TEST_F(CStrictTest, CallbackThatKeepsALockIsReported) {
   EXPECT_NE(reports[0].find(" of event link-up returns with 1 more heartbeat locks than it was called with"),
             std::string::npos)
       << reports[0];
+}
+
+TEST_F(CStrictTest, CallbackThatReleasesALockIsReported) {
+  c_event_regist_observer("link-up", unlockTwice, nullptr);
+  c_heartbeat_lock();
+  c_heartbeat_lock();
+  c_heartbeat_lock();
+  c_event_notify("link-up", "");
+  const Records reports = strictRecords("warning strict: ");
+  ASSERT_EQ(reports.size(), 1U);
+  EXPECT_NE(reports[0].find(" of event link-up returns with 2 fewer heartbeat locks than it was called with"),
+            std::string::npos)
+      << reports[0];
+}
+
+TEST_F(CStrictTest, CallbackDuringALockIsNotReported) {
+  c_event_regist_observer("link-up", onEvent, nullptr);
+  c_heartbeat_lock();
+  c_event_notify("link-up", "");
+  EXPECT_EQ(strictRecords("warning strict: "), Records{});
 }
 
 TEST_F(CStrictTest, CallOnAnotherThreadIsReportedByTheLoop) {

@@ -86,6 +86,33 @@ TEST_F(LogFileTest, LogCanBeWrittenToTheStandardStreams) {
   EXPECT_NE(printed.standardError().find(" info m: to error\n"), std::string::npos);
 }
 
+// The next file that is opened then has descriptor 0.
+TEST_F(LogFileTest, LogIsWrittenWithoutStandardInput) {
+  EXPECT_EQ(inChild([this] {
+              close(STDIN_FILENO);
+              return refusalOf(log());
+            }),
+            "");
+  EXPECT_NE(folder_.read("log").find(" info m: text\n"), std::string::npos);
+}
+
+TEST_F(LogFileTest, LogCanBeDiscardedWithoutStandardInput) {
+  EXPECT_EQ(inChild([this] {
+              close(STDIN_FILENO);
+              return refusalOf("/dev/null");
+            }),
+            "");
+}
+
+TEST_F(LogFileTest, RefusedFileIsClosed) {
+  EXPECT_EQ(inChild([this]() -> std::string {
+              close(STDIN_FILENO);
+              if (refusalOf("/dev/full").empty()) return "not refused";
+              return fcntl(STDIN_FILENO, F_GETFD) < 0 ? "closed" : "open";
+            }),
+            "closed");
+}
+
 // Writing beyond this limit fails with EFBIG, as on a full disk.
 class FileSizeLimit {
  public:

@@ -65,6 +65,15 @@ TEST_F(ProcessesTest, EarlierOutputOfTheProgramComesFirst) {
   EXPECT_EQ(printed.standardOutput(), "first second");
 }
 
+// The command prints to standard error, which is the same file.
+TEST_F(ProcessesTest, EarlierOutputOfTheProgramComesBeforeThatOfALoggedCommand) {
+  PrintedText printed;
+  ASSERT_EQ(dup2(STDOUT_FILENO, STDERR_FILENO), STDERR_FILENO);
+  std::printf("first ");
+  processes_.runLogged("printf second >&2");
+  EXPECT_EQ(printed.standardOutput(), "first second");
+}
+
 TEST_F(ProcessesTest, OutputIsLoggedLineByLine) {
   PrintedText printed;
   processes_.runLogged("echo one; echo; printf three");

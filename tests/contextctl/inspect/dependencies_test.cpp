@@ -59,6 +59,14 @@ TEST_F(DependenciesTest, TheRunpathFollowsNamedFolders) {
   EXPECT_EQ(findings(library), found("lib"));
 }
 
+TEST_F(DependenciesTest, EntriesAfterTheEndOfTheDynamicSectionAreIgnored) {
+  ElfFile file;
+  file.tags = {
+      {DT_NEEDED, file.addName("needed.so")}, {DT_NULL, 0}, {DT_NEEDED, file.addName("no-such-library.so")}};
+  const std::string library = folder.write("x.so", file.content());
+  EXPECT_EQ(findings(library), found("named"));
+}
+
 TEST_F(DependenciesTest, ARunpathDisablesTheRpath) {
   ElfFile file;
   file.tags = {{DT_RPATH, file.addName("$ORIGIN/rpath")},

@@ -66,9 +66,10 @@ TEST(MangledNameTest, NumbersThatAreNotLengthsAreRecognised) {
 }
 
 TEST(MangledNameTest, AStringAfterANumberIsFound) {
-  for (const char* name : {"_Z1fILi12EEvSs", "_Z1fIL4Enum12EEvSs", "_Z1fA12_Ss", "_ZZ1fvENKUlvE12_clESs",
-                           "_ZN1AUt12_C2ESs", "_ZN1AD1ESs", "_ZThn16_NK1AclESs", "_ZTv0_n24_N1A1fESs",
-                           "_Z1fDv16_fSs", "_Z1fDTfp12_ESs", "_Z1f1aS12_Ss", "_Z1fIiEvT12_Ss", "_Z1fSb"})
+  for (const char* name :
+       {"_Z1fILi12EEvSs", "_Z1fIL4Enum12EEvSs", "_Z1fA12_Ss", "_ZZ1fvENKUlvE12_clESs", "_ZN1AUt12_C2ESs",
+        "_ZN1AD1ESs", "_ZThn16_NK1AclESs", "_ZTv0_n24_N1A1fESs", "_Z1fDv16_fSs", "_Z1fDTfp12_ESs",
+        "_Z1f1aS12_Ss", "_Z1fIiEvT12_Ss", "_Z1fSb", "_Z1fSA9B_Ss", "_Z1fSZ9B_Ss"})
     EXPECT_TRUE(hasOldString(name)) << name;
 }
 

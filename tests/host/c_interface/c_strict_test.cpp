@@ -358,6 +358,19 @@ TEST_F(CStrictModuleTest, RegistrationOfAModuleWithoutAnUnloadStepIsReported) {
       << log;
 }
 
+TEST_F(CStrictModuleTest, RegistrationFromALibraryThatIsNotAModuleIsNotReported) {
+  ASSERT_EQ(initWith("{}", {"--strict"}), C_RESULT_OK);
+  void* library = dlopen(MODULE_FOLDER "/libforgetful_module.so", RTLD_NOW);
+  ASSERT_NE(library, nullptr) << dlerror();
+  c_event_regist_observer("link-up", reinterpret_cast<c_event_callback>(dlsym(library, "getInstance")),
+                          nullptr);
+  ASSERT_EQ(c_context_load(), C_RESULT_OK);
+  c_context_set_timer(0, 0, stopLoop);
+  c_loop_run();
+  EXPECT_EQ(folder_.read("log").find("warning strict: "), std::string::npos) << folder_.read("log");
+  dlclose(library);
+}
+
 using CStrictDeathTest = CInterfaceFixture;
 
 TEST_F(CStrictDeathTest, MisuseIsFatalOnRequest) {

@@ -12,6 +12,7 @@
 #include "tests/host/support/error_text.h"
 #include "tests/host/support/open_descriptors.h"
 #include "tests/host/support/running_loop.h"
+#include "tests/host/support/without_standard_input.h"
 
 namespace host {
 namespace {
@@ -48,6 +49,15 @@ TEST_F(ForeignThreadCallsTest, MissingDescriptorIsRefused) {
   const std::string error = errorOf([this] { ForeignThreadCalls(misuse_, services_.base); });
   setrlimit(RLIMIT_NOFILE, &limit);
   EXPECT_EQ(error, "-1021 strict mode cannot watch for calls from other threads");
+}
+
+TEST_F(ForeignThreadCallsTest, CallIsReportedWithoutStandardInput) {
+  const WithoutStandardInput without;
+  ForeignThreadCalls calls(misuse_, services_.base);
+  calls.add(Operation::kSave);
+  stopWhenIdle();
+  loop_.run();
+  EXPECT_EQ(log_.records.size(), 1U);
 }
 
 TEST_F(ForeignThreadCallsTest, DescriptorIsClosed) {

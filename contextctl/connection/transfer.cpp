@@ -42,8 +42,8 @@ Transfer::Transfer(const std::string& socket, double seconds, const std::string&
   const std::string url = "http://context" + path + queryText(handle(), query);
   set(CURLOPT_URL, url.c_str());
   set(CURLOPT_UNIX_SOCKET_PATH, socket_.c_str());
-  set(CURLOPT_PROXY, "");  // ignore the proxies of the environment
-  set(CURLOPT_NOSIGNAL, 1L);
+  set(CURLOPT_PROXY, "");     // ignore the proxies of the environment
+  set(CURLOPT_NOSIGNAL, 1L);  // SIGPIPE keeps its effect: it ends the program whose output nobody reads
   set(CURLOPT_OPENSOCKETFUNCTION, &Transfer::open);
   set(CURLOPT_OPENSOCKETDATA, this);
   set(CURLOPT_PREREQFUNCTION, &Transfer::checkPeer);
@@ -52,7 +52,7 @@ Transfer::Transfer(const std::string& socket, double seconds, const std::string&
   set(CURLOPT_WRITEDATA, this);
   set(CURLOPT_HEADERFUNCTION, &Transfer::countHeader);
   set(CURLOPT_HEADERDATA, this);
-  set(CURLOPT_CONNECTTIMEOUT_MS, Deadline(seconds).millisecondsLeft() + 0L);
+  set(CURLOPT_CONNECTTIMEOUT_MS, long{Deadline(seconds).millisecondsLeft()});
 }
 
 void Transfer::setRequest(const std::string& method, const std::string& body) {
@@ -78,7 +78,7 @@ void Transfer::addHeader(const char* header) {
 }
 
 void Transfer::limitTotalTime() {
-  set(CURLOPT_TIMEOUT_MS, Deadline(seconds_).millisecondsLeft() + 0L);
+  set(CURLOPT_TIMEOUT_MS, long{Deadline(seconds_).millisecondsLeft()});
 }
 
 long Transfer::status() const {

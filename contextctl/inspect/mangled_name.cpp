@@ -106,7 +106,6 @@ void Scanner::readSubstitution() {
   found_.references++;
   skip(1);
   while (isDigit(peek()) || isUpper(peek())) at_++;
-  if (peek() == '_') skip(1);
 }
 
 void Scanner::readTemplateParameterOrSpecialName() {

@@ -59,6 +59,19 @@ TEST_F(FollowTest, CountLimitsItemsThatArriveTogether) {
   expectOutput({"follow", "changes", "--count", "2"}, std::string(kChangeLine) + kChangeLine);
 }
 
+// SIGPIPE ends the program, as in "contextctl follow changes | head -1".
+TEST_F(FollowTest, EndsSilentlyWhenNobodyReadsItsOutput) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  close(ends[0]);
+  context.stream("GET /changes", {kChange});
+  const std::string command = CPP2C_CONTEXTCTL " follow changes >&" + std::to_string(ends[1]);
+  expectOutcome(
+      runProgram(context.base(), {"bash", "-c", "exec " + command}, {"CPP2C_CONTROL=" + socket}, nullptr), -1,
+      "", "");
+  close(ends[1]);
+}
+
 TEST_F(FollowTest, JsonPrintsOneLinePerItem) {
   context.stream("GET /changes", {kDeletion});
   expectOutput(

@@ -76,6 +76,20 @@ TEST_F(ObjectsTest, OtherRefusalsHaveNoAdvice) {
   expectFailure({"instances", "A"}, 3, "HTTP status 500");
 }
 
+TEST_F(ObjectsTest, AttributeMayBeAnyInteger) {
+  context.answer("PUT /attribute", kDone);
+  expectOutput({"attribute", "100", "2147483647"}, "");
+  expectOutput({"attribute", "100", "-2147483648"}, "");
+  EXPECT_EQ(context.requests(), (Requests{R"(PUT /attribute {"object":"100","value":2147483647})",
+                                          R"(PUT /attribute {"object":"100","value":-2147483648})"}));
+}
+
+TEST_F(ObjectsTest, AttributeMustFitInAnInteger) {
+  for (const std::string number : {"2147483648", "-2147483649"}) {
+    expectFailure({"attribute", "100", number}, 2, "ATTRIBUTE: \"" + number + "\" is not a 32-bit integer");
+  }
+}
+
 TEST_F(ObjectsTest, AttributeMustBeAnInteger) {
   expectFailure({"attribute", "100", "x"}, 2, "ATTRIBUTE: \"x\" is not a 32-bit integer");
 }

@@ -59,6 +59,29 @@ TEST_F(DependenciesTest, TheRunpathFollowsNamedFolders) {
   EXPECT_EQ(findings(library), found("lib"));
 }
 
+TEST_F(DependenciesTest, FoldersOfIncludedLoaderConfigurationsAreSearched) {
+  for (const char* name : {"etc", "etc/conf.d", "relative", "absolute"}) {
+    std::filesystem::create_directory(folder.file(name));
+  }
+  folder.write("etc/ld.so.conf", "include conf.d/*.conf\ninclude /etc/absolute\n");
+  folder.write("etc/conf.d/x.conf", "/relative\n");
+  folder.write("etc/absolute", "/absolute\n");
+  const std::string library = folder.write("x.so", needy(DT_RUNPATH, "/nowhere", "listed.so"));
+  for (const std::string name : {"relative", "absolute"}) {
+    const std::string listed = folder.write(name + "/listed.so", ElfFile().content());
+    EXPECT_EQ(findings(library), Findings{"ok: listed.so: " + listed});
+    std::filesystem::remove(listed);
+  }
+}
+
+TEST_F(DependenciesTest, EntriesAfterTheEndOfTheDynamicSectionAreIgnored) {
+  ElfFile file;
+  file.tags = {
+      {DT_NEEDED, file.addName("needed.so")}, {DT_NULL, 0}, {DT_NEEDED, file.addName("no-such-library.so")}};
+  const std::string library = folder.write("x.so", file.content());
+  EXPECT_EQ(findings(library), found("named"));
+}
+
 TEST_F(DependenciesTest, ARunpathDisablesTheRpath) {
   ElfFile file;
   file.tags = {{DT_RPATH, file.addName("$ORIGIN/rpath")},

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include <cstddef>
+
 #include "contextctl/inspect/operations.h"
 #include "tests/contextctl/contextctl_test.h"
 #include "tests/contextctl/inspect/inspect_test.h"
+#include "tests/host/support/open_descriptors.h"
 
 namespace contextctl {
 namespace {
@@ -33,6 +36,12 @@ TEST_F(InspectLiveTest, TheHostContextHasEveryOperationInItsPlace) {
 
 TEST_F(InspectLiveTest, AModuleHasEveryOperationInItsPlace) {
   EXPECT_EQ(findings("module"), Findings{"ok: every operation is where libcpp2c calls it"});
+}
+
+TEST_F(InspectLiveTest, DescriptorsAreClosed) {
+  const std::size_t before = host::openDescriptors();
+  findings("module");
+  EXPECT_EQ(host::openDescriptors(), before);
 }
 
 TEST_F(InspectLiveTest, EveryPositionIsListed) {

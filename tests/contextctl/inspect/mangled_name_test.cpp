@@ -61,15 +61,26 @@ TEST(MangledNameTest, NumbersThatAreNotLengthsAreRecognised) {
            "_Z1fDTfp5_E5aSsbc",          // function parameter
            "_Z1fSA_5aSsbc",              // reference
            "_Z1fT10_5aSsbc",             // template parameter
+           "_Z1ft5_Ssbc",                // unsigned short, which no number follows
        })
     EXPECT_FALSE(hasOldString(name)) << name;
 }
 
 TEST(MangledNameTest, AStringAfterANumberIsFound) {
-  for (const char* name : {"_Z1fILi12EEvSs", "_Z1fIL4Enum12EEvSs", "_Z1fA12_Ss", "_ZZ1fvENKUlvE12_clESs",
-                           "_ZN1AUt12_C2ESs", "_ZN1AD1ESs", "_ZThn16_NK1AclESs", "_ZTv0_n24_N1A1fESs",
-                           "_Z1fDv16_fSs", "_Z1fDTfp12_ESs", "_Z1f1aS12_Ss", "_Z1fIiEvT12_Ss", "_Z1fSb"})
+  for (const char* name :
+       {"_Z1fILi12EEvSs", "_Z1fIL4Enum12EEvSs", "_Z1fA12_Ss", "_ZZ1fvENKUlvE12_clESs", "_ZN1AUt12_C2ESs",
+        "_ZN1AD1ESs", "_ZThn16_NK1AclESs", "_ZTv0_n24_N1A1fESs", "_Z1fDv16_fSs", "_Z1fDTfp12_ESs",
+        "_Z1f1aS12_Ss", "_Z1fIiEvT12_Ss", "_Z1fSb", "_Z1fSA9B_Ss", "_Z1fSZ9B_Ss"})
     EXPECT_TRUE(hasOldString(name)) << name;
+}
+
+TEST(MangledNameTest, NewStringIsFoundByItsTagOrNamespace) {
+  for (const char* name : {"_Z1fB5cxx11v", "_Z1fNSt7__cxx1112basic_stringE"}) {
+    EXPECT_TRUE(scanMangledName(name).new_string) << name;
+  }
+  for (const char* name : {"_Z5cxx11v", "_Z1fB3tagv", "_Z7__cxx11v", "_Z1fSt4pair"}) {
+    EXPECT_FALSE(scanMangledName(name).new_string) << name;
+  }
 }
 
 TEST(MangledNameTest, AnInternalNameIsAnIdentifier) {

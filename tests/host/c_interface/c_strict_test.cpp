@@ -39,6 +39,11 @@ int lockOnce(void* /*user*/, const char* /*event*/, const char* /*data*/, const 
   return c_heartbeat_lock();
 }
 
+int unlockTwice(void* /*user*/, const char* /*event*/, const char* /*data*/, const char* /*source*/) {
+  c_heartbeat_unlock();
+  return c_heartbeat_unlock();
+}
+
 int stopLoop() {
   return raise(SIGTERM);
 }
@@ -243,6 +248,26 @@ TEST_F(CStrictTest, CallbackThatKeepsALockIsReported) {
       << reports[0];
 }
 
+TEST_F(CStrictTest, CallbackThatReleasesALockIsReported) {
+  c_event_regist_observer("link-up", unlockTwice, nullptr);
+  c_heartbeat_lock();
+  c_heartbeat_lock();
+  c_heartbeat_lock();
+  c_event_notify("link-up", "");
+  const Records reports = strictRecords("warning strict: ");
+  ASSERT_EQ(reports.size(), 1U);
+  EXPECT_NE(reports[0].find(" of event link-up returns with 2 fewer heartbeat locks than it was called with"),
+            std::string::npos)
+      << reports[0];
+}
+
+TEST_F(CStrictTest, CallbackDuringALockIsNotReported) {
+  c_event_regist_observer("link-up", onEvent, nullptr);
+  c_heartbeat_lock();
+  c_event_notify("link-up", "");
+  EXPECT_EQ(strictRecords("warning strict: "), Records{});
+}
+
 TEST_F(CStrictTest, CallOnAnotherThreadIsReportedByTheLoop) {
   bool done = false;
   std::thread([&done] {
@@ -331,6 +356,19 @@ TEST_F(CStrictModuleTest, RegistrationOfAModuleWithoutAnUnloadStepIsReported) {
   EXPECT_NE(log.find(" of event link-up is still registered after its module was unloaded"),
             std::string::npos)
       << log;
+}
+
+TEST_F(CStrictModuleTest, RegistrationFromALibraryThatIsNotAModuleIsNotReported) {
+  ASSERT_EQ(initWith("{}", {"--strict"}), C_RESULT_OK);
+  void* library = dlopen(MODULE_FOLDER "/libforgetful_module.so", RTLD_NOW);
+  ASSERT_NE(library, nullptr) << dlerror();
+  c_event_regist_observer("link-up", reinterpret_cast<c_event_callback>(dlsym(library, "getInstance")),
+                          nullptr);
+  ASSERT_EQ(c_context_load(), C_RESULT_OK);
+  c_context_set_timer(0, 0, stopLoop);
+  c_loop_run();
+  EXPECT_EQ(folder_.read("log").find("warning strict: "), std::string::npos) << folder_.read("log");
+  dlclose(library);
 }
 
 using CStrictDeathTest = CInterfaceFixture;

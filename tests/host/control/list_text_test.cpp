@@ -43,6 +43,11 @@ TEST(ListTextTest, PieceIsNotMuchLongerThan64KiB) {
             '[' + seven + "|," + seven + "|," + element + "]}");
 }
 
+TEST(ListTextTest, PieceOfExactly64KiBIsComplete) {
+  const std::string element(65535, '1');
+  EXPECT_EQ(piecesOf(ListText("[", elements(2, element))), '[' + element + "|," + element + "|]}");
+}
+
 TEST(ListTextTest, SlowElementEndsThePiece) {
   EXPECT_EQ(piecesOf(ListText("[", elements(3, "1", std::chrono::milliseconds(15)))), "[1|,1|,1|]}");
 }

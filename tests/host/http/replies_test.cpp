@@ -8,6 +8,8 @@
 #include <functional>
 #include <new>
 #include <stdexcept>
+#include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -24,14 +26,15 @@ constexpr std::size_t kPiece = 65536;
 class HttpRepliesTest : public testing::Test {
  protected:
   // Serves `/good` and, by the function, every other path.
-  void serve(std::function<void(HttpExchange&)> handler) {
+  void serve(std::function<void(HttpExchange&)> handler,
+             const Connections::Limits& limits = Connections::Limits()) {
     server_.emplace(
         base_, path_,
         [handler](HttpExchange& exchange) {
           if (exchange.request().path == "/good") return exchange.reply(200, "{}");
           handler(exchange);
         },
-        Connections::Limits(), [](int, const std::string&) {});
+        limits, [](int, const std::string&) {});
   }
 
   void turn() {
@@ -139,6 +142,14 @@ TEST_F(HttpRepliesTest, FailureInAPieceEndsTheConnection) {
   expectConnectionEnds("HTTP/1.1 200 OK");
 }
 
+TEST_F(HttpRepliesTest, RefusalAfterTheFirstPieceEndsTheConnection) {
+  serve([](HttpExchange& exchange) {
+    exchange.replyInPieces([] { return Piece{"x", false}; });
+    exchange.refuse(503, C_RESULT_NO_MEMORY, "no memory");
+  });
+  expectConnectionEnds("");
+}
+
 TEST_F(HttpRepliesTest, RefusalIsJson) {
   serve([](HttpExchange& exchange) { exchange.refuse(404, -7, "no \"leaf\" \xff"); });
   HttpClient client(path_);
@@ -183,6 +194,42 @@ TEST_F(HttpRepliesTest, ReplyInPiecesEndsWithTheConnectionInTheOldProtocol) {
               std::string(kPiece, '0') + std::string(kPiece, '1') + std::string(kPiece, '2') + '\n');
     server_.reset();
   }
+}
+
+// The pieces together take longer than a request may.
+TEST_F(HttpRepliesTest, TimeLimitAppliesToEachPiece) {
+  Connections::Limits limits;
+  limits.request_time = std::chrono::milliseconds(500);
+  limits.check_every = std::chrono::milliseconds(10);
+  serve(
+      [](HttpExchange& exchange) {
+        exchange.replyInPieces([count = 0]() mutable -> Piece {
+          std::this_thread::sleep_for(std::chrono::milliseconds(25));
+          return {"x", ++count == 30};
+        });
+      },
+      limits);
+  const std::string text = received("GET / HTTP/1.1\r\n\r\n");
+  EXPECT_NE(text.find("\r\n2\r\nx\n\r\n0\r\n\r\n"), std::string::npos) << text;
+}
+
+TEST_F(HttpRepliesTest, RepliesInPiecesFollowOneAnother) {
+  serve([](HttpExchange& exchange) {
+    exchange.replyInPieces([count = 0]() mutable -> Piece {
+      count++;
+      return {std::to_string(count), count == 3};
+    });
+  });
+  HttpClient client(path_);
+  client.request("GET", "/");
+  client.request("GET", "/");
+  const std::string body = "\r\n1\r\n1\r\n1\r\n2\r\n2\r\n3\n\r\n0\r\n\r\n";
+  const auto last = [&] { return client.received().rfind(body); };
+  until([&] {
+    client.move();
+    return client.isCutOff() || (last() != std::string::npos && last() != client.received().find(body));
+  });
+  EXPECT_FALSE(client.isCutOff()) << client.received();
 }
 
 // The system takes some pieces for a client that does not read; no more are made.

@@ -15,6 +15,7 @@
 
 #include "tests/host/support/error_text.h"
 #include "tests/host/support/open_descriptors.h"
+#include "tests/host/support/without_standard_input.h"
 #include "tests/support/temporary_folder.h"
 
 namespace host {
@@ -71,6 +72,12 @@ class UnixSocketTest : public testing::Test {
   TemporaryFolder folder_;
   std::string path_ = folder_.file("control");
 };
+
+TEST_F(UnixSocketTest, SocketIsServedWithoutStandardInput) {
+  const WithoutStandardInput without;
+  const UnixSocket socket(path_);
+  EXPECT_TRUE(canConnect());
+}
 
 TEST_F(UnixSocketTest, OnlyTheOwnerHasAccessWhateverTheUmask) {
   const mode_t mask = umask(0);

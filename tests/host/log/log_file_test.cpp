@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 
@@ -17,6 +18,8 @@
 #include "include_c"
 #include "tests/host/support/child_process.h"
 #include "tests/host/support/error_text.h"
+#include "tests/host/support/open_descriptors.h"
+#include "tests/host/support/without_standard_input.h"
 #include "tests/support/printed_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -84,6 +87,34 @@ TEST_F(LogFileTest, LogCanBeWrittenToTheStandardStreams) {
   record("/dev/stderr", "to error");
   EXPECT_NE(printed.standardOutput().find(" info m: to output\n"), std::string::npos);
   EXPECT_NE(printed.standardError().find(" info m: to error\n"), std::string::npos);
+}
+
+TEST_F(LogFileTest, LogIsWrittenWithoutStandardInput) {
+  const WithoutStandardInput without;
+  EXPECT_EQ(refusalOf(log()), "");
+  EXPECT_NE(folder_.read("log").find(" info m: text\n"), std::string::npos);
+}
+
+TEST_F(LogFileTest, LogCanBeDiscardedWithoutStandardInput) {
+  const WithoutStandardInput without;
+  EXPECT_EQ(refusalOf("/dev/null"), "");
+}
+
+TEST_F(LogFileTest, RefusedFileIsClosed) {
+  const WithoutStandardInput without;
+  const std::size_t before = openDescriptors();
+  EXPECT_NE(refusalOf("/dev/full"), "");
+  EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(LogFileTest, DescriptorsAreClosed) {
+  const std::size_t before = openDescriptors();
+  {
+    LogService log(C_LOG_INFO, this->log(), clock_);
+    log.reopen();
+    EXPECT_EQ(openDescriptors(), before + 1);
+  }
+  EXPECT_EQ(openDescriptors(), before);
 }
 
 // Writing beyond this limit fails with EFBIG, as on a full disk.

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -103,6 +104,25 @@ TEST_F(CommandEndTest, SignalIsNotBlockedAfterwards) {
   sigset_t blocked;
   ASSERT_EQ(sigprocmask(SIG_BLOCK, nullptr, &blocked), 0);
   EXPECT_EQ(sigismember(&blocked, SIGCHLD), 0);
+}
+
+std::string blockedSignals() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind("SigBlk:", 0) == 0) return line;
+  }
+  return "unknown";
+}
+
+TEST_F(CommandEndTest, CommandBlocksTheSignalsThatTheProgramBlocks) {
+  sigset_t blocked;
+  sigset_t before;
+  sigemptyset(&blocked);
+  sigaddset(&blocked, SIGUSR1);
+  ASSERT_EQ(sigprocmask(SIG_BLOCK, &blocked, &before), 0);
+  processes_.runLogged("exec grep SigBlk: /proc/self/status");
+  EXPECT_EQ(log_.records, std::vector<std::string>{"6 command: " + blockedSignals() + '\n'});
+  sigprocmask(SIG_SETMASK, &before, nullptr);
 }
 
 // The program does not wait for its children if it ignores the signal.

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The output of commands in the log, whatever its size.
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -53,6 +55,24 @@ TEST(CommandOutputTest, HugeLineIsLoggedInPartsWithoutLoss) {
   EXPECT_EQ(Processes(log).runLogged("head -c 20000000 /dev/zero | tr '\\0' x"), 0);
   EXPECT_EQ(log.total(), kHuge);
   EXPECT_EQ(log.longest(), 4096U);
+}
+
+// Takes long enough for each record that the command has ended when the next part is read.
+class SlowLog final : public ILog {
+ public:
+  int record(std::string, int, const char* text) override {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    records.emplace_back(text);
+    return 0;
+  }
+
+  std::vector<std::string> records;
+};
+
+TEST(CommandOutputTest, LastByteIsReadAfterTheEndOfTheCommand) {
+  SlowLog log;
+  Processes(log).runLogged("printf '%04095d\\nx' 0");
+  EXPECT_EQ(log.records, (std::vector<std::string>{std::string(4095, '0') + '\n', "x"}));
 }
 
 TEST(CommandOutputTest, OutputInPiecesIsOneLine) {

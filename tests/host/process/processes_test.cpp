@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -13,6 +14,8 @@
 
 #include "include_c"
 #include "tests/host/support/memory_log.h"
+#include "tests/host/support/open_descriptors.h"
+#include "tests/host/support/without_standard_input.h"
 #include "tests/support/printed_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -65,6 +68,15 @@ TEST_F(ProcessesTest, EarlierOutputOfTheProgramComesFirst) {
   EXPECT_EQ(printed.standardOutput(), "first second");
 }
 
+// The command prints to standard error, which is the same file.
+TEST_F(ProcessesTest, EarlierOutputOfTheProgramComesBeforeThatOfALoggedCommand) {
+  PrintedText printed;
+  ASSERT_EQ(dup2(STDOUT_FILENO, STDERR_FILENO), STDERR_FILENO);
+  std::printf("first ");
+  processes_.runLogged("printf second >&2");
+  EXPECT_EQ(printed.standardOutput(), "first second");
+}
+
 TEST_F(ProcessesTest, OutputIsLoggedLineByLine) {
   PrintedText printed;
   processes_.runLogged("echo one; echo; printf three");
@@ -93,6 +105,22 @@ TEST_F(ProcessesTest, OutputCannotBeReadWithoutDescriptors) {
   const int result = processes_.runLogged("true");
   setrlimit(RLIMIT_NOFILE, &limit);
   EXPECT_EQ(result, C_RESULT_SYSTEM_CALL);
+}
+
+TEST_F(ProcessesTest, DescriptorsAreClosed) {
+  const std::size_t before = openDescriptors();
+  EXPECT_EQ(processes_.run("exit 3"), 3);
+  EXPECT_EQ(processes_.runLogged("exit 4"), 4);
+  EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(ProcessesTest, CommandsAreRunWithoutStandardInput) {
+  const WithoutStandardInput without;
+  const std::size_t before = openDescriptors();
+  EXPECT_EQ(processes_.run("exit 3"), 3);
+  EXPECT_EQ(processes_.runLogged("echo out; exit 4"), 4);
+  EXPECT_EQ(log_.records, Records{"6 command: out\n"});
+  EXPECT_EQ(openDescriptors(), before);
 }
 
 // A handler without SA_RESTART interrupts the system call in which the process waits. The command sends the

@@ -45,6 +45,13 @@ TEST(OptionsTest, CountWithoutArgumentsIsIgnored) {
   EXPECT_EQ(readOptions(3, nullptr).config, "");
 }
 
+TEST(OptionsTest, CountEndsTheArguments) {
+  const char* arguments[] = {"service", "--config", "c.json"};
+  EXPECT_EQ(errorOf([&] { readOptions(2, arguments); }),
+            refusal("the option \"--config\" needs an argument"));
+  EXPECT_EQ(readOptions(1, arguments).config, "");
+}
+
 TEST(OptionsTest, NameOfTheProgramIsNotAnOption) {
   const char* arguments[] = {"--colour", nullptr};
   EXPECT_EQ(readOptions(1, arguments).config, "");

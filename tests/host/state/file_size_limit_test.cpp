@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <sys/resource.h>
 
+#include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -43,6 +44,22 @@ TEST_F(FileSizeLimitTest, SaveBeyondTheLimitIsRefusedInOneLine) {
   EXPECT_EQ(inChild([&] {
               StatefulConfig config = start();
               config.set("A.X", std::string(100000, 'n'));
+              limitFileSize(32768);
+              std::string results = std::to_string(config.save());
+              limitFileSize(RLIM_INFINITY);
+              for (const std::string& record : log_.records) results += '\n' + record;
+              return results + '\n' + std::to_string(config.save());
+            }),
+            "-1021\n3 state: " + file_ + ": would exceed the limit for file sizes (RLIMIT_FSIZE)\n0");
+  EXPECT_EQ(start().valueOf("A.X"), std::string(100000, 'n'));
+}
+
+TEST_F(FileSizeLimitTest, LostFileThatCannotBeWrittenAgainIsRefusedInOneLine) {
+  EXPECT_EQ(inChild([&] {
+              StatefulConfig config = start();
+              config.set("A.X", std::string(100000, 'n'));
+              config.save();
+              std::filesystem::remove(file_);
               limitFileSize(32768);
               std::string results = std::to_string(config.save());
               limitFileSize(RLIM_INFINITY);

@@ -2,6 +2,7 @@
 // State that is restored at the next start, also with a changed configuration.
 #include "host/state/state_file.h"
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -69,6 +70,20 @@ TEST_F(SavedStateTest, LaterSaveReplacesAnEarlierOne) {
   const char changed_default[] = R"({"objects": [{"number": 1, "name": "Time.", "leaves": {
     "Server": {"type": "str", "default": "new"}}}]})";
   EXPECT_EQ(start(changed_default).valueOf("Time.Server"), "pool");
+}
+
+// By default, SQLite never shrinks its log.
+TEST_F(SavedStateTest, LogShrinksAfterALargeSave) {
+  const std::string log = folder_.file("state.db-wal");
+  StatefulConfig config = start();
+  config.set("Time.Server", std::string(300000, 'x'));
+  EXPECT_EQ(config.save(), C_RESULT_OK);
+  EXPECT_GT(std::filesystem::file_size(log), 300000U);
+  for (const char* server : {"short", "shorter"}) {
+    config.set("Time.Server", server);
+    EXPECT_EQ(config.save(), C_RESULT_OK);
+  }
+  EXPECT_LE(std::filesystem::file_size(log), 65536U);
 }
 
 TEST_F(SavedStateTest, AnyTextIsRestored) {

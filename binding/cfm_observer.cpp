@@ -53,7 +53,7 @@ void c_cfm_regist_observer(int id, c_cfm_callback callback, void* user) {
   NewNames names(id);
   walkInstances(*cfm, id, [&names](const std::string& name) { names.add(name); });
   names.keep();
-  registration.release();
+  static_cast<void>(registration.release());
 }
 
 void c_cfm_unregist_observer(int id, c_cfm_callback callback) {

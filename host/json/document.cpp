@@ -22,12 +22,10 @@ constexpr std::size_t kMaxMiB = 256;  // of a file
 
 // Removes all content, one value at a time. The destructor of a value with content would allocate memory.
 void clear(json& value) noexcept {
-  if (value.is_array()) {
-    auto& elements = value.get_ref<json::array_t&>();
-    for (; !elements.empty(); elements.pop_back()) clear(elements.back());
-  } else if (value.is_object()) {
-    auto& members = value.get_ref<json::object_t&>();
-    for (; !members.empty(); members.erase(members.begin())) clear(members.begin()->second);
+  if (auto* elements = value.get_ptr<json::array_t*>()) {
+    for (; !elements->empty(); elements->pop_back()) clear(elements->back());
+  } else if (auto* members = value.get_ptr<json::object_t*>()) {
+    for (; !members->empty(); members->erase(members->begin())) clear(members->begin()->second);
   }
 }
 

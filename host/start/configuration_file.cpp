@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/start/configuration_file.h"
 
+#include <malloc.h>
+
 #include "host/config/object_reader.h"
 #include "host/json/document.h"
 
@@ -30,7 +32,9 @@ Configuration parseConfiguration(const std::string& text, const std::string& sou
 }
 
 Configuration readConfiguration(const std::string& file) {
-  return parseConfiguration(readFile(file), file);
+  Configuration configuration = parseConfiguration(readFile(file), file);
+  malloc_trim(0);  // the document took several times the memory of the configuration
+  return configuration;
 }
 
 }  // namespace host

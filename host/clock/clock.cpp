@@ -32,10 +32,6 @@ Clock::TimePoint Clock::later(TimePoint time, Duration delay) const {
   return time + std::min(delay, start_ + kLongestUptime - time);
 }
 
-Clock::Duration Clock::waitFor(TimePoint time) const {
-  return isVirtual() ? Duration::zero() : std::max(time - now(), Duration::zero());
-}
-
 bool Clock::reach(TimePoint time) {
   if (isVirtual()) virtual_now_ = std::max(virtual_now_, time);
   return now() >= time;

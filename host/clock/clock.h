@@ -27,9 +27,6 @@ class Clock {
   // Virtual time can reach this limit.
   TimePoint later(TimePoint time, Duration delay) const;
 
-  // The real time to wait until `time`. Zero on a virtual clock.
-  Duration waitFor(TimePoint time) const;
-
   // Returns whether `time` has come. A virtual clock first advances to `time`.
   bool reach(TimePoint time);
 

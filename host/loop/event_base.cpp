@@ -15,18 +15,6 @@ namespace {
 // libevent has one log callback per process and passes it no user pointer.
 ILog* g_log = nullptr;
 
-struct FreeConfig {
-  void operator()(event_config* config) const { event_config_free(config); }
-};
-
-// The flag gives timers the kernel's resolution of microseconds instead of milliseconds.
-event_base* newBase() {
-  const std::unique_ptr<event_config, FreeConfig> config(event_config_new());
-  if (config == nullptr) return nullptr;
-  event_config_set_flag(config.get(), EVENT_BASE_FLAG_PRECISE_TIMER);
-  return event_base_new_with_config(config.get());
-}
-
 // libevent ends the process if it gets no descriptors for its signals.
 bool canOpenDescriptors() {
   constexpr int kNeeded = 4;
@@ -47,7 +35,7 @@ EventBase::EventBase(ILog& log) : process_(getpid()) {
   if (!canOpenDescriptors()) throw util::Error(C_RESULT_SYSTEM_CALL, "cannot create the event loop");
   g_log = &log;
   event_set_log_callback(logMessage);
-  base_.reset(newBase());
+  base_.reset(event_base_new());
   if (base_ == nullptr || event_base_priority_init(base_.get(), kLastPriority + 1) != 0) {
     throw util::Error(C_RESULT_SYSTEM_CALL, "cannot create the event loop");
   }

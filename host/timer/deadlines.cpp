@@ -5,10 +5,14 @@
 
 namespace host {
 
-Deadlines::Deadlines(EventBase& base, Clock& clock)
-    : clock_(clock), event_(event_new(base.get(), -1, 0, onTime, this)) {
-  if (event_ == nullptr) throw std::bad_alloc();
-  if (clock.isVirtual()) event_priority_set(event_.get(), EventBase::kLastPriority);
+Deadlines::Deadlines(EventBase& base, Clock& clock) : clock_(clock) {
+  if (clock.isVirtual()) {
+    idle_.reset(event_new(base.get(), -1, 0, onTime, this));
+    if (idle_ == nullptr) throw std::bad_alloc();
+    event_priority_set(idle_.get(), EventBase::kLastPriority);
+  } else {
+    alarm_.emplace(base, onTime, this);
+  }
 }
 
 Deadlines::Deadline Deadlines::in(Clock::Duration delay) {
@@ -32,10 +36,14 @@ void Deadlines::remove(const Deadline& deadline) {
 }
 
 void Deadlines::arm() {
-  event_del(event_.get());
+  if (alarm_) {
+    alarm_->set(callbacks_.empty() ? std::nullopt : std::optional(callbacks_.begin()->first.first));
+    return;
+  }
+  event_del(idle_.get());
   if (callbacks_.empty()) return;
-  const timeval wait = timevalOf(clock_.waitFor(callbacks_.begin()->first.first));
-  if (event_add(event_.get(), &wait) != 0) throw std::bad_alloc();
+  constexpr timeval kAtOnce = {0, 0};
+  if (event_add(idle_.get(), &kAtOnce) != 0) throw std::bad_alloc();
 }
 
 void Deadlines::onTime(evutil_socket_t /*fd*/, short /*events*/, void* self) {
@@ -45,6 +53,7 @@ void Deadlines::onTime(evutil_socket_t /*fd*/, short /*events*/, void* self) {
 // Calls one function only, so that the loop handles other events in between. The function is removed from the
 // map first because it may add and remove deadlines.
 void Deadlines::callFirst() {
+  if (callbacks_.empty()) return;  // the last one was removed in this turn of the loop
   Callback callback = [] {};
   auto first = callbacks_.begin();
   if (clock_.reach(first->first.first)) {

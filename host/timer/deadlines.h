@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "host/clock/clock.h"
 #include "host/loop/event_base.h"
+#include "host/timer/alarm.h"
 
 namespace host {
 
@@ -39,7 +41,8 @@ class Deadlines {
   std::map<Deadline, Callback> callbacks_;
   decltype(callbacks_)::node_type spare_;  // lets a function that is called add itself again without memory
   std::uint64_t next_number_ = 0;
-  EventPtr event_;
+  std::optional<Alarm> alarm_;  // of the machine's clock
+  EventPtr idle_;               // on a virtual clock: the loop has nothing else to do
 };
 
 }  // namespace host

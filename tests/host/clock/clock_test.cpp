@@ -30,18 +30,10 @@ TEST(ClockTest, RealClockDoesNotReachAFutureTime) {
   EXPECT_TRUE(clock.reach(clock.now()));
 }
 
-TEST(ClockTest, RealClockWaitsForTheRemainingTime) {
-  const Clock clock;
-  EXPECT_GT(clock.waitFor(clock.now() + hours(1)), hours(0));
-  EXPECT_LE(clock.waitFor(clock.now() + hours(1)), hours(1));
-  EXPECT_EQ(clock.waitFor(clock.now() - hours(1)), hours(0));
-}
-
 TEST(ClockTest, VirtualClockMovesOnlyWhenATimeIsReached) {
   Clock clock(Clock::Kind::kVirtual);
   const auto start = clock.now();
   EXPECT_TRUE(clock.isVirtual());
-  EXPECT_EQ(clock.waitFor(start + hours(1)), hours(0));
   EXPECT_EQ(clock.now(), start);
   EXPECT_TRUE(clock.reach(start + hours(1)));
   EXPECT_EQ(clock.now(), start + hours(1));

@@ -42,6 +42,9 @@ TEST_F(ForeignThreadCallsTest, CallIsReportedAtTheEndIfTheLoopDoesNotRun) {
 }
 
 TEST_F(ForeignThreadCallsTest, MissingDescriptorIsRefused) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer's check of virtual calls needs descriptors itself";
+#endif
   rlimit limit = {};
   ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
   const rlimit none = {0, limit.rlim_max};

@@ -107,6 +107,13 @@ TEST_F(LimitsTest, TooManyMembersAreRejected) {
                 "invalid answer from the context: it has more than 1000 members in one object");
 }
 
+TEST_F(LimitsTest, MembersUpToTheLimitAreRead) {
+  std::string members = R"("modules":[],"state":"s")";
+  for (int i = 0; i < 998; i++) members += ",\"" + std::to_string(i) + "\":0";
+  context.answer("GET /modules", '{' + members + '}');
+  EXPECT_EQ(run({"modules"}).status, 0);
+}
+
 TEST_F(LimitsTest, MembersAreCountedForEachObject) {
   std::string members = R"("a":0)";
   for (int i = 0; i < 900; i++) members += ",\"" + std::to_string(i) + "\":0";

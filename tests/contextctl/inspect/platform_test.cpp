@@ -110,6 +110,9 @@ TEST(PlatformTest, TheFlagsOfMipsAreDescribed) {
             "32-bit big-endian MIPS, no named calling convention, mips1, any floating point");
   EXPECT_EQ(described(mipsFile(0x1000 | 0x90000000 | EF_MIPS_NAN2008, 8)),
             "32-bit big-endian MIPS, o32, mips32r6, unknown floating point with 2008 NaNs");
+  EXPECT_EQ(described(mipsFile(0x1000 | EF_MIPS_ARCH_32R2, 7)),
+            "32-bit big-endian MIPS, o32, mips32r2, "
+            "64-bit hardware floating point without odd single registers");
   ElfFile wide = mipsFile(EF_MIPS_ARCH_64R2, 6);
   wide.is64 = true;
   EXPECT_EQ(described(wide), "64-bit big-endian MIPS, n64, mips64r2, 64-bit hardware floating point");

@@ -22,7 +22,12 @@ is_from_clang() {
   readelf --string-dump=.comment "$1" | grep -q clang
 }
 
-# Checks all ELF files in a folder and its subfolders.
+# The C library refuses fortification without optimisation.
+is_optimised() {
+  grep -q '^CMAKE_BUILD_TYPE:.*Rel' "$build/CMakeCache.txt"
+}
+
+# Checks all ELF files in a folder and its subfolders. The variable `build` has the build folder.
 expect_hardened() {
   local file missing count=0
   for file in $(find "$1" -type f); do
@@ -33,6 +38,7 @@ expect_hardened() {
     uses "$file" __stack_chk_fail || fail "$file has no stack protector"
   done
   [ $count -ge 10 ] || fail "only $count programs and libraries found in $1"
+  is_optimised || return 0
   for file in $(find "$1" -name 'libcpp2c.so.*.*' -o -name libcontext_proxy.so -o -name contextctl -type f); do
     case $file in *completion*) continue ;; esac
     [ -L "$file" ] || is_from_clang "$file" || uses "$file" _chk || fail "$file is not fortified"

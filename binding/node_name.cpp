@@ -116,6 +116,7 @@ int c_cfm_lookup_instance(int id, c_visit_callback visit, c_pass_fn3 pass_fn3, c
   ICfm* cfm = context->getCfm();
   if (cfm == nullptr) return 0;
 
+  // Not data(): a string that shares its text copies it now, and data() must not throw.
   return walkInstances(*cfm, id,
-                       [&](std::string& name) { visit(id, name.data(), nullptr, pass_fn3, pass_fn4, arg); });
+                       [&](std::string& name) { visit(id, &name[0], nullptr, pass_fn3, pass_fn4, arg); });
 }

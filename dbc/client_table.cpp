@@ -20,6 +20,7 @@ void DBClientTable::lookup(int db, c_visit_callback visit, c_pass_fn3 pass_fn3, 
   for (std::size_t i = 0; i < count; i++) {
     const DBClientItem* item = snapshot[i];
     std::string name = item->name;  // a copy, because `visit` may remove the item
-    visit(db, name.data(), item->userdata, pass_fn3, pass_fn4, arg);
+    // Not data(): a string that shares its text copies it now, and data() must not throw.
+    visit(db, &name[0], item->userdata, pass_fn3, pass_fn4, arg);
   }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The control socket of a whole context, whose loop runs until a client stops it.
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -26,6 +27,20 @@ namespace {
 constexpr char kDone[] = R"(200 {"result":0})";
 constexpr char kModule[] = MODULE_FOLDER "/libfirst_module.so";
 
+class StopsOnceAnswered final : public ITimer {
+ public:
+  explicit StopsOnceAnswered(HttpClient& client) : client_(client) {}
+
+  int timeArrive(int /*expiries*/) override {
+    client_.move();
+    if (!client_.answer().empty()) std::raise(SIGTERM);
+    return 0;
+  }
+
+ private:
+  HttpClient& client_;
+};
+
 class ControlledContextTest : public testing::Test {
  protected:
   void start(std::vector<std::string> more = {}) {
@@ -47,13 +62,14 @@ class ControlledContextTest : public testing::Test {
     return client.takeAnswer();
   }
 
-  // Runs the loop for one request.
+  // Runs the loop until one request is answered.
   json runFor(const std::string& target) {
     HttpClient client(path_);
     client.request("GET", target);
-    client.move();
-    runUntilStopped();
-    client.move();
+    StopsOnceAnswered answered(client);
+    context_->setTimer(0, 0, 1, &answered);
+    EXPECT_EQ(context_->getLoop()->run(), C_RESULT_OK);
+    context_->setTimer(-1, 0, 0, &answered);
     return json::parse(client.takeAnswer().substr(4));
   }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 
 #include "tests/host/control/control_fixture.h"
 
@@ -61,6 +62,9 @@ class AcceptTest : public ControlFixture {
 };
 
 TEST_F(AcceptTest, ClientWaitsWhileThereAreNoDescriptors) {
+  if (std::getenv("UNDER_VALGRIND") != nullptr) {
+    GTEST_SKIP() << "valgrind accepts the connection and closes it, instead of leaving it in the queue";
+  }
   log_.record("test", C_LOG_INFO, "");  // a sanitizer needs descriptors when it first sees a class
   turnFor(std::chrono::milliseconds(0));
   const Client client = connect();

@@ -9,7 +9,7 @@ namespace host {
 namespace {
 
 constexpr timeval kTurn{0, 1000};
-constexpr std::chrono::seconds kPatience{20};
+constexpr std::chrono::minutes kPatience{2};
 
 void wake(evutil_socket_t /*fd*/, short /*events*/, void* /*argument*/) {}
 

@@ -23,7 +23,7 @@ struct Outcome {
 // Called after each piece of output.
 using OnOutput = std::function<void(pid_t process, const Outcome& so_far)>;
 
-constexpr timeval kLongestRun = {20, 0};
+constexpr timeval kLongestRun = {120, 0};
 
 // Runs a program, given by the words of its command line, while dispatching the events of `base`. The
 // environment is that of this process with variables set ("NAME=value") or removed ("NAME"). After `longest`,

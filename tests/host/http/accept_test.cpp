@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 
 #include "tests/host/control/control_fixture.h"
+#include "tests/support/valgrind.h"
 
 namespace host {
 namespace {
@@ -62,7 +62,7 @@ class AcceptTest : public ControlFixture {
 };
 
 TEST_F(AcceptTest, ClientWaitsWhileThereAreNoDescriptors) {
-  if (std::getenv("UNDER_VALGRIND") != nullptr) {
+  if (underValgrind()) {
     GTEST_SKIP() << "valgrind accepts the connection and closes it, instead of leaving it in the queue";
   }
   log_.record("test", C_LOG_INFO, "");  // a sanitizer needs descriptors when it first sees a class

@@ -8,6 +8,7 @@
 
 #include "include_c"
 #include "tests/host/http/server_fixture.h"
+#include "tests/support/valgrind.h"
 
 namespace host {
 namespace {
@@ -16,7 +17,7 @@ class ServerTest : public ServerFixture {
  protected:
   static Connections::Limits limits() {
     Connections::Limits limits;
-    limits.request_time = std::chrono::milliseconds(200);
+    limits.request_time = std::chrono::milliseconds(underValgrind() ? 5000 : 200);
     limits.check_every = std::chrono::milliseconds(10);
     return limits;
   }

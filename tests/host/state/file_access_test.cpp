@@ -71,7 +71,7 @@ TEST_F(FileAccessTest, AccessToTheLogIsTakenAwayToo) {
   chmod(file_.c_str(), 0644);
   // Killed, it leaves the write-ahead log behind.
   EXPECT_EQ(inChild([&] {
-              const auto* config = new StatefulConfig(file_, kConfig, log_);
+              static const auto* config = new StatefulConfig(file_, kConfig, log_);
               chmod(file_.c_str(), 0644);
               chmod((file_ + "-wal").c_str(), 0644);
               return std::string(config == nullptr ? "no" : "yes");

@@ -152,6 +152,8 @@ TEST_F(CForkTest, SaveInAChildIsRefusedAndLeavesTheParentItsSaves) {
 }
 
 TEST_F(CForkTest, EndOfTheContextInAChildLeavesTheStateFile) {
+  if (underValgrind())
+    GTEST_SKIP() << "the child leaves its parent's services alone, which is reported as a leak";
   const int value = 5;
   EXPECT_EQ(c_cfm_set_value("A.X", 0, "int", &value, sizeof value), C_RESULT_OK);
   EXPECT_EQ(c_cfm_save_config(), C_RESULT_OK);

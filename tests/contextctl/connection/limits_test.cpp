@@ -8,6 +8,7 @@
 
 #include "tests/contextctl/contextctl_test.h"
 #include "tests/host/support/child_process.h"
+#include "tests/support/valgrind.h"
 
 namespace contextctl {
 namespace {
@@ -68,6 +69,7 @@ TEST_F(LimitsTest, ALineOfAStreamWithoutAnEndIsRejected) {
 }
 
 TEST_F(LimitsTest, AnItemOfAStreamWithoutAnEndIsRejected) {
+  if (underValgrind()) GTEST_SKIP() << "millions of values and bytes take minutes";
   expectEnd({"follow", "log"}, kHead + std::string("\r\n"), "data: x\n",
             "an item of the stream is larger than 16 MiB");
 }
@@ -95,6 +97,7 @@ TEST_F(LimitsTest, NestingUpToTheLimitIsRead) {
 }
 
 TEST_F(LimitsTest, TooManyValuesAreRejected) {
+  if (underValgrind()) GTEST_SKIP() << "millions of values and bytes take minutes";
   context.answer("GET /tree", R"({"leaves":[0)" + repeated(",0", 2000000) + "]}");
   expectFailure({"tree"}, 3, "invalid answer from the context: it has more than 2000000 values");
 }
